@@ -1,0 +1,42 @@
+#pragma once
+
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "platform/main_queue.h"
+
+namespace quiverly {
+
+// Jobs waiting for their turn. Any thread pushes; one thread runs a turn: all that had been pushed before it, in order,
+// outside the lock. What a job pushes waits for the next turn. In a steady flow nothing is allocated but the jobs.
+class JobQueue {
+public:
+    // Whether the queue was empty, so that somebody has to be woken.
+    bool push(mainQueue::Job job) {
+        const std::lock_guard lock(mutex);
+        waiting.push_back(std::move(job));
+        return waiting.size() == 1;
+    }
+
+    // Whether there was a job to run.
+    bool runTurn() {
+        std::vector<mainQueue::Job> turn = std::move(spare);
+        {
+            const std::lock_guard lock(mutex);
+            turn.swap(waiting);
+        }
+        for (mainQueue::Job& job : turn) std::exchange(job, nullptr)();
+        const bool ran = !turn.empty();
+        turn.clear();
+        spare = std::move(turn);
+        return ran;
+    }
+
+private:
+    std::mutex mutex;
+    std::vector<mainQueue::Job> waiting;
+    std::vector<mainQueue::Job> spare; // memory of the turn before; empty, and of the running thread only
+};
+
+} // namespace quiverly

@@ -1,0 +1,52 @@
+#include "platform/virtual/VirtualAudio.h"
+
+#include <utility>
+
+#include "platform/virtual/VirtualPlatform.h"
+
+namespace quiverly {
+
+// Is in the platform's list for as long as it lives.
+struct audio::Player {
+    explicit Player(std::filesystem::path file) : clip{std::move(file)} {
+        VirtualPlatform::current().audio.players.push_back(this);
+    }
+    ~Player() { std::erase(VirtualPlatform::current().audio.players, this); }
+    Player(const Player&) = delete;
+    Player& operator=(const Player&) = delete;
+
+    VirtualAudio::Clip clip;
+};
+
+std::vector<VirtualAudio::Clip> VirtualAudio::sounding() const {
+    std::vector<Clip> clips;
+    for (const audio::Player* player : players) {
+        if (player->clip.playing) clips.push_back(player->clip);
+    }
+    return clips;
+}
+
+void audio::Release::operator()(Player* player) const noexcept {
+    delete player;
+}
+
+audio::PlayerHandle audio::create(const std::filesystem::path& file) {
+    const auto& canOpen = VirtualPlatform::current().audio.canOpen;
+    return PlayerHandle(!canOpen || canOpen(file) ? new Player(file) : nullptr);
+}
+
+void audio::setVolume(Player& player, float volume) {
+    player.clip.volume = volume;
+}
+
+void audio::prepareToPlay(Player& player) {
+    player.clip.prepared = true;
+}
+
+void audio::play(Player& player) {
+    player.clip.playing = true;
+    const auto& onPlay = VirtualPlatform::current().audio.onPlay;
+    if (onPlay) onPlay(player.clip);
+}
+
+} // namespace quiverly

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <vector>
+
+#include "platform/audio.h"
+
+namespace quiverly {
+
+// The sound system of the virtual platform: opens no file, makes no sound, and tells what would be heard.
+class VirtualAudio {
+public:
+    // One player as it was asked to sound.
+    struct Clip {
+        std::filesystem::path file;
+        float volume = 1.0F;
+        bool prepared = false;
+        bool playing = false;
+    };
+
+    std::function<bool(const std::filesystem::path& file)> canOpen; // absent: every file can be opened
+    std::function<void(const Clip& clip)> onPlay;
+
+    // The clips that sound at this moment, the oldest first.
+    std::vector<Clip> sounding() const;
+
+    std::size_t lentPlayers() const { return players.size(); }
+
+private:
+    friend struct audio::Player;
+
+    std::vector<const audio::Player*> players; // in the order in which they were created
+};
+
+} // namespace quiverly

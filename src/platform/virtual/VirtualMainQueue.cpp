@@ -1,0 +1,41 @@
+#include "platform/virtual/VirtualMainQueue.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/virtual/VirtualPlatform.h"
+
+namespace quiverly {
+
+void VirtualMainQueue::drain() {
+    while (runTurn()) {
+    }
+}
+
+void VirtualMainQueue::advance(double seconds) {
+    const double target = clock + seconds;
+    drain();
+    while (!delayed.empty() && delayed.front().due <= target) {
+        clock = delayed.front().due;
+        post(std::move(delayed.front().job));
+        delayed.erase(delayed.begin());
+        drain();
+    }
+    clock = target;
+}
+
+void VirtualMainQueue::postAfter(double seconds, mainQueue::Job job) {
+    const double due = clock + seconds;
+    const auto after = std::ranges::upper_bound(delayed, due, {}, &Delayed::due);
+    delayed.insert(after, {due, std::move(job)});
+}
+
+void mainQueue::post(Job job) {
+    VirtualPlatform::current().mainQueue.post(std::move(job));
+}
+
+void mainQueue::postAfter(double seconds, Job job) {
+    VirtualPlatform::current().mainQueue.postAfter(seconds, std::move(job));
+}
+
+} // namespace quiverly

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/main_queue.h"
+#include "platform/standard/JobQueue.h"
+
+namespace quiverly {
+
+// The main queue of the virtual platform. Jobs run when they are drained, delayed ones when this queue's own clock,
+// which is not the calendar, has been advanced to their time.
+class VirtualMainQueue {
+public:
+    // Runs what waits, and what that posts, until nothing waits.
+    void drain();
+
+    // Runs what waits now, but not what that posts. Whether there was anything.
+    bool runTurn() { return jobs.runTurn(); }
+
+    // Lets that much time pass for delayed jobs, running each at its time, then drains.
+    void advance(double seconds);
+
+    void post(mainQueue::Job job) { jobs.push(std::move(job)); }
+    void postAfter(double seconds, mainQueue::Job job);
+
+private:
+    struct Delayed {
+        double due; // seconds on this queue's clock
+        mainQueue::Job job;
+    };
+
+    JobQueue jobs;
+    std::vector<Delayed> delayed; // by time, then in the order posted
+    double clock = 0.0;           // seconds
+};
+
+} // namespace quiverly
