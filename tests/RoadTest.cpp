@@ -1,0 +1,36 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "Reports.h"
+#include "engine/BonkoEngine.h"
+#include "platform/virtual/VirtualPlatform.h"
+
+namespace quiverly {
+namespace {
+
+TEST(RoadTest, AReportBecomesASoundingClip) {
+    VirtualPlatform platform;
+    platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
+    const auto root = std::filesystem::temp_directory_path() / "quiverly-road-test";
+    std::filesystem::create_directories(root / "audio" / "sexy");
+    std::ofstream(root / "audio" / "sexy" / "1.mp3");
+    platform.resources.folders = {root};
+
+    BonkoEngine engine;
+    engine.soundEnabled = true;
+    engine.start();
+    ASSERT_TRUE(engine.isRunning());
+    for (int count = 0; count < 8; ++count) EXPECT_TRUE(platform.registry.deliver(report(0, 0, 1.0)));
+    platform.mainQueue.drain();
+
+    EXPECT_EQ(engine.slapCount, 1);
+    ASSERT_EQ(platform.audio.sounding().size(), 1U);
+    EXPECT_EQ(platform.audio.sounding()[0].file.filename(), "1.mp3");
+    EXPECT_EQ(platform.audio.sounding()[0].volume, 1.0F);
+    std::filesystem::remove_all(root);
+}
+
+} // namespace
+} // namespace quiverly
