@@ -15,7 +15,7 @@ TEST(RoadTest, AReportBecomesASoundingClip) {
     platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
     const auto root = std::filesystem::temp_directory_path() / "quiverly-road-test";
     std::filesystem::create_directories(root / "audio" / "sexy");
-    std::ofstream(root / "audio" / "sexy" / "1.mp3");
+    const std::ofstream clip(root / "audio" / "sexy" / "1.mp3");
     platform.resources.folders = {root};
 
     BonkoEngine engine;
