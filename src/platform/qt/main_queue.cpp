@@ -1,0 +1,67 @@
+#include "platform/main_queue.h"
+
+#include <chrono>
+#include <utility>
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QObject>
+#include <QTimer>
+
+#include "platform/standard/JobQueue.h"
+
+namespace quiverly {
+
+namespace {
+
+// Runs a turn of the jobs when Qt's event loop hands it the event that woke it.
+class MainQueue : public QObject {
+public:
+    void push(mainQueue::Job job) {
+        if (jobs.push(std::move(job))) wake();
+    }
+
+    void wake() { QCoreApplication::postEvent(this, new QEvent(QEvent::User)); }
+
+private:
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::User) return QObject::event(event);
+        if (std::exchange(running, true)) {
+            wokenWhileRunning = true; // by an event loop inside a job: that job's turn has to end first
+            return true;
+        }
+        jobs.runTurn();
+        running = false;
+        if (std::exchange(wokenWhileRunning, false)) wake();
+        return true;
+    }
+
+    JobQueue jobs;
+    bool running = false;
+    bool wokenWhileRunning = false;
+};
+
+// Belongs to the thread that loads the program, which is the main thread, whichever thread posts first. Never
+// destroyed, so that posting is safe at any time: what finds no application waits for the next one, which may never
+// come.
+MainQueue& queue = *new MainQueue;
+
+// An application that ends throws away the events that were to wake the queue.
+void wakeQueue() {
+    queue.wake();
+}
+Q_COREAPP_STARTUP_FUNCTION(wakeQueue)
+
+} // namespace
+
+void mainQueue::post(Job job) {
+    queue.push(std::move(job));
+}
+
+void mainQueue::postAfter(double seconds, Job job) {
+    if (!QCoreApplication::instance()) return; // no timers without it
+    const auto delay = std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
+    QTimer::singleShot(delay, Qt::PreciseTimer, &queue, [job = std::move(job)] { post(job); });
+}
+
+} // namespace quiverly
