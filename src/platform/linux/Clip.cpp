@@ -1,0 +1,69 @@
+#include "platform/linux/Clip.h"
+
+#include <algorithm>
+#include <optional>
+
+#include <fcntl.h>
+#include <pulse/sample.h>
+#include <sndfile.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quiverly {
+
+namespace {
+
+struct Close {
+    void operator()(SNDFILE* file) const { sf_close(file); }
+};
+
+using SoundFile = std::unique_ptr<SNDFILE, Close>;
+
+// Opening a pipe or a device could wait, so only regular files are read.
+SoundFile open(const std::filesystem::path& file, SF_INFO& info) {
+    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0) return nullptr;
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(descriptor);
+        return nullptr;
+    }
+    return SoundFile(sf_open_fd(descriptor, SFM_READ, &info, SF_TRUE)); // closes the descriptor, opened or not
+}
+
+bool isPlayable(const SF_INFO& info) {
+    return info.samplerate > 0 && info.samplerate <= static_cast<int>(PA_RATE_MAX) && info.channels > 0 &&
+           info.channels <= static_cast<int>(PA_CHANNELS_MAX);
+}
+
+// Reads piece by piece: the number of frames a file announces is no more than a guess.
+std::vector<float> readSamples(SNDFILE& file, std::size_t channels) {
+    constexpr std::size_t pieceFrames = 16'384;
+    const std::size_t mostSamples = Clip::mostSamples / channels * channels;
+    std::vector<float> samples;
+    std::size_t size = 0;
+    while (size < mostSamples) {
+        samples.resize(std::min(size + pieceFrames * channels, mostSamples));
+        const auto wanted = static_cast<sf_count_t>((samples.size() - size) / channels);
+        const sf_count_t frames = sf_readf_float(&file, &samples[size], wanted);
+        if (frames <= 0) break;
+        size += static_cast<std::size_t>(frames) * channels;
+    }
+    samples.resize(size);
+    return samples;
+}
+
+} // namespace
+
+std::shared_ptr<const Clip> Clip::decode(const std::filesystem::path& path) {
+    SF_INFO info{};
+    const SoundFile file = open(path, info);
+    if (!file || !isPlayable(info)) return nullptr;
+    const auto channels = static_cast<std::uint8_t>(info.channels);
+    std::vector<float> samples = readSamples(*file, channels);
+    if (samples.empty()) return nullptr;
+    return std::make_shared<const Clip>(
+        Clip{std::move(samples), static_cast<std::uint32_t>(info.samplerate), channels});
+}
+
+} // namespace quiverly

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+
+#include "platform/linux/Clip.h"
+
+namespace quiverly {
+
+// One wish to hear a clip.
+struct Playback {
+    using Clock = std::chrono::steady_clock;
+
+    std::shared_ptr<const Clip> clip;
+    float volume; // 1 plays the clip as it is, 0 is silence
+    Clock::time_point since = Clock::now();
+
+    // A clip that starts later than this after its slap would answer nothing any more.
+    static constexpr std::chrono::seconds patience{1};
+
+    bool isStale(Clock::time_point now = Clock::now()) const { return now - since > patience; }
+};
+
+} // namespace quiverly

@@ -1,0 +1,47 @@
+#include "platform/audio.h"
+
+#include <algorithm>
+
+#include "platform/linux/SoundOutput.h"
+
+namespace quiverly {
+
+namespace {
+
+SoundOutput& output() {
+    static SoundOutput output;
+    return output;
+}
+
+} // namespace
+
+struct audio::Player {
+    std::shared_ptr<const Clip> clip;
+    float volume = 1.0F;
+    std::shared_ptr<const Playback> playback = nullptr; // started last
+};
+
+void audio::Release::operator()(Player* player) const noexcept {
+    if (player->playback) output().end(player->playback);
+    delete player;
+}
+
+audio::PlayerHandle audio::create(const std::filesystem::path& file) {
+    auto clip = Clip::decode(file);
+    return PlayerHandle(clip ? new Player{std::move(clip)} : nullptr);
+}
+
+void audio::setVolume(Player& player, float volume) {
+    player.volume = std::max(volume, 0.0F);
+}
+
+void audio::prepareToPlay(Player&) {
+    output().prepare();
+}
+
+void audio::play(Player& player) {
+    player.playback = std::make_shared<const Playback>(Playback{player.clip, player.volume});
+    output().play(player.playback);
+}
+
+} // namespace quiverly
