@@ -14,45 +14,7 @@ VirtualRegistry& registry() {
     return VirtualPlatform::current().registry;
 }
 
-// Whatever the port gives out is counted until it comes back.
-struct Lent {
-    Lent() { registry().lend(1); }
-    ~Lent() { registry().lend(-1); }
-    Lent(const Lent&) = delete;
-    Lent& operator=(const Lent&) = delete;
-};
-
 } // namespace
-
-struct hid::Matching : Lent {
-    std::string className;
-};
-
-struct hid::Services : Lent {
-    std::vector<std::size_t> found;
-    std::size_t next = 0;
-};
-
-struct hid::Service : Lent {
-    std::size_t index = 0;
-    VirtualService described;
-};
-
-struct hid::Properties : Lent {
-    VirtualService::Properties values;
-};
-
-struct hid::Device : Lent {
-    std::string name; // index of its service
-    ReturnCode openResult = success;
-    bool open = false;
-    bool scheduled = false;
-    const Thread* thread = nullptr; // on whose run loop it is scheduled
-    std::uint8_t* buffer = nullptr;
-    std::ptrdiff_t size = 0;
-    InputReportCallback callback = nullptr;
-    void* context = nullptr;
-};
 
 VirtualService VirtualService::driver() {
     return {.className = "AppleSPUHIDDriver"};
@@ -65,6 +27,57 @@ VirtualService VirtualService::accelerometer() {
 VirtualService VirtualService::device(std::int64_t usagePage, std::int64_t usage) {
     return {.className = "AppleSPUHIDDevice",
             .properties = Properties{{"PrimaryUsagePage", usagePage}, {"PrimaryUsage", usage}}};
+}
+
+VirtualDevice::VirtualDevice(std::size_t service)
+    : name(std::to_string(service)), openResult(registry().services[service].openResult) {}
+
+VirtualDevice::~VirtualDevice() {
+    if (isOpen) VirtualPlatform::fault("a device was released while it was open");
+    registry().tell("release device " + name);
+}
+
+hid::ReturnCode VirtualDevice::open() {
+    registry().tell("open " + name);
+    if (isOpen) VirtualPlatform::fault("a device was opened twice");
+    if (openResult == hid::success) {
+        isOpen = true;
+        registry().didOpen(*this);
+    }
+    return openResult;
+}
+
+void VirtualDevice::close() {
+    registry().tell("close " + name);
+    if (!isOpen) VirtualPlatform::fault("a device was closed that was not open");
+    if (isScheduled) VirtualPlatform::fault("a device was closed while it was scheduled");
+    isOpen = false;
+    registry().didClose(*this);
+}
+
+void VirtualDevice::registerReceiver(std::uint8_t* newBuffer, std::ptrdiff_t newSize,
+                                     std::function<void(std::ptrdiff_t)> newReceive) {
+    registry().tell("register " + name + ' ' + std::to_string(newSize));
+    buffer = newBuffer;
+    size = newSize;
+    receive = std::move(newReceive);
+}
+
+void VirtualDevice::schedule() {
+    registry().tell("schedule " + name);
+    const std::lock_guard lock(registry().mutex);
+    if (!isOpen || isScheduled) VirtualPlatform::fault("a device was scheduled closed, or twice");
+    isScheduled = true;
+    thread = VirtualThreads::current();
+}
+
+void VirtualDevice::unschedule() {
+    registry().tell("unschedule " + name);
+    const std::lock_guard lock(registry().mutex);
+    if (!isScheduled || thread != VirtualThreads::current()) {
+        VirtualPlatform::fault("a device was unscheduled on another thread than scheduled");
+    }
+    isScheduled = false;
 }
 
 bool VirtualRegistry::deliver(std::span<const std::uint8_t> report) {
@@ -89,165 +102,56 @@ bool VirtualRegistry::deviceIsOpen() const {
     return !openDevices.empty();
 }
 
+bool VirtualRegistry::canMatch(const std::string& className) const {
+    tell("matching " + className);
+    return !unbuildable.contains(className);
+}
+
+std::optional<std::vector<std::size_t>> VirtualRegistry::find(const std::string& className) const {
+    tell("find " + className);
+    if (unsearchable.contains(className)) return std::nullopt;
+    std::vector<std::size_t> found;
+    for (std::size_t index = 0; index < services.size(); ++index) {
+        if (services[index].className == className) found.push_back(index);
+    }
+    return found;
+}
+
 void VirtualRegistry::tell(const std::string& call) const {
     if (onCall) onCall(call);
 }
 
-void VirtualRegistry::runLoop(double seconds) {
+bool VirtualRegistry::runLoop(double seconds) {
     std::unique_lock lock(mutex);
     if (VirtualPlatform::current().threads.real) {
         changed.wait_for(lock, std::chrono::duration<double>(seconds), [this] { return pending.has_value(); });
     }
-    const auto scheduledHere = [](const hid::Device* device) {
-        return device->scheduled && device->thread == VirtualThreads::current();
+    const auto scheduledHere = [](const VirtualDevice* device) {
+        return device->isScheduled && device->thread == VirtualThreads::current();
     };
     const auto found = std::ranges::find_if(openDevices, scheduledHere);
-    if (!pending || found == openDevices.end()) return;
+    if (!pending || found == openDevices.end()) return false;
 
-    const hid::Device& device = **found;
+    const VirtualDevice& device = **found;
     const std::ptrdiff_t length = std::min(std::ssize(*pending), device.size);
     std::copy_n(pending->begin(), length, device.buffer);
     pending.reset();
     ++delivered;
     lock.unlock();
     changed.notify_all();
-    device.callback(device.context, hid::success, nullptr, 0, 0, device.buffer, length);
+    device.receive(length);
+    return true;
 }
 
-void VirtualRegistry::didOpen(hid::Device& device) {
+void VirtualRegistry::didOpen(VirtualDevice& device) {
     const std::lock_guard lock(mutex);
     openDevices.push_back(&device);
 }
 
-void VirtualRegistry::didClose(hid::Device& device) {
+void VirtualRegistry::didClose(VirtualDevice& device) {
     const std::lock_guard lock(mutex);
     std::erase(openDevices, &device);
     changed.notify_all();
-}
-
-void hid::Release::operator()(Matching* matching) const noexcept {
-    delete matching;
-}
-
-void hid::Release::operator()(Services* services) const noexcept {
-    registry().tell("release services");
-    delete services;
-}
-
-void hid::Release::operator()(Service* service) const noexcept {
-    registry().tell("release " + std::to_string(service->index));
-    delete service;
-}
-
-void hid::Release::operator()(Properties* properties) const noexcept {
-    delete properties;
-}
-
-void hid::Release::operator()(Device* device) const noexcept {
-    if (device->open) VirtualPlatform::fault("a device was released while it was open");
-    registry().tell("release device " + device->name);
-    delete device;
-}
-
-hid::Handle<hid::Matching> hid::matchingClass(const char* className) {
-    registry().tell(std::string("matching ") + className);
-    if (registry().unbuildable.contains(className)) return nullptr;
-    Handle<Matching> matching(new Matching);
-    matching->className = className;
-    return matching;
-}
-
-hid::Handle<hid::Services> hid::findServices(Handle<Matching> matching) {
-    registry().tell("find " + matching->className);
-    if (registry().unsearchable.contains(matching->className)) return nullptr;
-    Handle<Services> services(new Services);
-    for (std::size_t index = 0; index < registry().services.size(); ++index) {
-        if (registry().services[index].className == matching->className) services->found.push_back(index);
-    }
-    return services;
-}
-
-hid::Handle<hid::Service> hid::nextService(Services& services) {
-    if (services.next == services.found.size()) return nullptr;
-    Handle<Service> service(new Service);
-    service->index = services.found[services.next++];
-    service->described = registry().services[service->index];
-    registry().tell("next " + std::to_string(service->index));
-    return service;
-}
-
-hid::Handle<hid::Properties> hid::readProperties(const Service& service) {
-    registry().tell("properties " + std::to_string(service.index));
-    if (!service.described.properties) return nullptr;
-    Handle<Properties> properties(new Properties);
-    properties->values = *service.described.properties;
-    return properties;
-}
-
-std::optional<std::int64_t> hid::integerProperty(const Properties& properties, const char* key) {
-    const auto found = properties.values.find(key);
-    if (found == properties.values.end()) return std::nullopt;
-    const std::int64_t* number = std::get_if<std::int64_t>(&found->second);
-    return number ? std::optional(*number) : std::nullopt;
-}
-
-void hid::setProperty(Service& service, const char* key, std::int32_t value) {
-    registry().tell("set " + std::to_string(service.index) + ' ' + key + ' ' + std::to_string(value));
-}
-
-hid::Handle<hid::Device> hid::createDevice(const Service& service) {
-    registry().tell("create " + std::to_string(service.index));
-    if (!service.described.canBecomeDevice) return nullptr;
-    Handle<Device> device(new Device);
-    device->name = std::to_string(service.index);
-    device->openResult = service.described.openResult;
-    return device;
-}
-
-hid::ReturnCode hid::open(Device& device) {
-    registry().tell("open " + device.name);
-    if (device.open) VirtualPlatform::fault("a device was opened twice");
-    if (device.openResult == success) {
-        device.open = true;
-        registry().didOpen(device);
-    }
-    return device.openResult;
-}
-
-void hid::close(Device& device) {
-    registry().tell("close " + device.name);
-    if (!device.open) VirtualPlatform::fault("a device was closed that was not open");
-    if (device.scheduled) VirtualPlatform::fault("a device was closed while it was scheduled");
-    device.open = false;
-    registry().didClose(device);
-}
-
-void hid::registerInputReportCallback(Device& device, std::uint8_t* buffer, std::ptrdiff_t size,
-                                      InputReportCallback callback, void* context) {
-    registry().tell("register " + device.name + ' ' + std::to_string(size));
-    device.buffer = buffer;
-    device.size = size;
-    device.callback = callback;
-    device.context = context;
-}
-
-void hid::schedule(Device& device) {
-    registry().tell("schedule " + device.name);
-    if (!device.open || device.scheduled) VirtualPlatform::fault("a device was scheduled closed, or twice");
-    device.scheduled = true;
-    device.thread = VirtualThreads::current();
-}
-
-void hid::unschedule(Device& device) {
-    registry().tell("unschedule " + device.name);
-    if (!device.scheduled || device.thread != VirtualThreads::current()) {
-        VirtualPlatform::fault("a device was unscheduled on another thread than scheduled");
-    }
-    device.scheduled = false;
-}
-
-void hid::runLoop(double seconds) {
-    registry().runLoop(seconds);
 }
 
 } // namespace quiverly

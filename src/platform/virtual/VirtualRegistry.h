@@ -17,9 +17,11 @@
 
 namespace quiverly {
 
+struct Thread;
+
 // One service of the virtual registry, and how the device behind it behaves.
 struct VirtualService {
-    using Properties = std::map<std::string, std::variant<std::int64_t, std::string>>;
+    using Properties = std::map<std::string, std::variant<std::int64_t, double, bool, std::string>>;
 
     std::string className;
     std::optional<Properties> properties = Properties{}; // absent: they cannot be read
@@ -29,6 +31,36 @@ struct VirtualService {
     static VirtualService driver();
     static VirtualService accelerometer();
     static VirtualService device(std::int64_t usagePage, std::int64_t usage);
+};
+
+// The device of one service, on the registry that is alive. It belongs to whoever implements the port on it.
+class VirtualDevice {
+public:
+    explicit VirtualDevice(std::size_t service);
+    ~VirtualDevice();
+    VirtualDevice(const VirtualDevice&) = delete;
+    VirtualDevice& operator=(const VirtualDevice&) = delete;
+
+    hid::ReturnCode open();
+    void close();
+
+    // `receive` is called on the sensor thread with the length of each report that has been put into the buffer.
+    void registerReceiver(std::uint8_t* buffer, std::ptrdiff_t size, std::function<void(std::ptrdiff_t)> receive);
+
+    void schedule();
+    void unschedule();
+
+private:
+    friend class VirtualRegistry;
+
+    std::string name; // index of the service
+    hid::ReturnCode openResult;
+    bool isOpen = false;
+    bool isScheduled = false;
+    const Thread* thread = nullptr; // on whose run loop it is scheduled
+    std::uint8_t* buffer = nullptr;
+    std::ptrdiff_t size = 0;
+    std::function<void(std::ptrdiff_t)> receive;
 };
 
 // The scripted registry of the virtual platform and the devices that were opened in it.
@@ -55,17 +87,22 @@ public:
     // Handles that the port has given out and not got back.
     std::int64_t lentObjects() const { return lent; }
 
-    // The port's own operations need these.
+    // What implements the port needs these.
+    bool canMatch(const std::string& className) const;
+    std::optional<std::vector<std::size_t>> find(const std::string& className) const; // indices of services
     void tell(const std::string& call) const;
-    void runLoop(double seconds);
-    void didOpen(hid::Device& device);
-    void didClose(hid::Device& device);
+    bool runLoop(double seconds); // whether a report came
     void lend(std::int64_t objects) { lent += objects; }
 
 private:
+    friend class VirtualDevice;
+
+    void didOpen(VirtualDevice& device);
+    void didClose(VirtualDevice& device);
+
     mutable std::mutex mutex;
     std::condition_variable changed;
-    std::vector<hid::Device*> openDevices;
+    std::vector<VirtualDevice*> openDevices;
     std::optional<std::span<const std::uint8_t>> pending; // the report to be taken next
     std::atomic<std::int64_t> delivered{0};
     std::atomic<std::int64_t> lent{0};
