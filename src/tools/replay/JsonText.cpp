@@ -1,0 +1,63 @@
+#include "tools/replay/JsonText.h"
+
+#include <cstdint>
+#include <cstdio>
+
+#include <unicode/unistr.h>
+
+namespace quiverly::json {
+
+namespace {
+
+std::string validUtf8(std::string_view bytes) {
+    std::string text;
+    const icu::StringPiece piece(bytes.data(), static_cast<std::int32_t>(bytes.size()));
+    icu::UnicodeString::fromUTF8(piece).toUTF8String(text);
+    return text;
+}
+
+void appendEscaped(std::string& text, char character) {
+    switch (character) {
+    case '"':
+        text += "\\\"";
+        return;
+    case '\\':
+        text += "\\\\";
+        return;
+    case '\b':
+        text += "\\b";
+        return;
+    case '\f':
+        text += "\\f";
+        return;
+    case '\n':
+        text += "\\n";
+        return;
+    case '\r':
+        text += "\\r";
+        return;
+    case '\t':
+        text += "\\t";
+        return;
+    default:
+        break;
+    }
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte >= 0x20) {
+        text += character;
+    } else {
+        char escape[8];
+        std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(byte));
+        text += escape;
+    }
+}
+
+} // namespace
+
+void appendString(std::string& text, std::string_view bytes) {
+    text += '"';
+    for (const char character : validUtf8(bytes)) appendEscaped(text, character);
+    text += '"';
+}
+
+} // namespace quiverly::json

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <charconv>
+#include <concepts>
+#include <string>
+#include <string_view>
+
+// Values as JSON, appended to a text.
+namespace quiverly::json {
+
+// The shortest text that reads back as the same finite number of the same type.
+template<class Number>
+void appendNumber(std::string& text, Number number) {
+    char digits[32];
+    const auto [end, error] = std::to_chars(std::begin(digits), std::end(digits), number);
+    text.append(digits, end);
+}
+
+// The text in quotation marks, UTF-8 as it is. Bytes that are no UTF-8 become U+FFFD, one for each maximal subpart, as
+// the Unicode standard recommends.
+void appendString(std::string& text, std::string_view bytes);
+
+} // namespace quiverly::json

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace quiverly {
+
+// One line on standard error that tells how far a replay is, rewritten in place; nothing at all where that is no
+// terminal.
+class Progress {
+public:
+    Progress();
+    ~Progress() { clear(); }
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    // One more line of the recording has been replayed. Shows itself now and then.
+    void advance(double seconds);
+
+    // Takes the line away, before anything else is written to the terminal.
+    void clear();
+
+private:
+    const bool onTerminal;
+    bool visible = false;
+    std::int64_t lines = 0;
+};
+
+} // namespace quiverly

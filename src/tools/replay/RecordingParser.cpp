@@ -1,0 +1,205 @@
+#include "tools/replay/RecordingParser.h"
+
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <string_view>
+#include <utility>
+
+namespace quiverly {
+
+namespace {
+
+struct Malformed {
+    std::string what;
+};
+
+constexpr std::uint64_t latestTime = 4'000'000'000'000'000'000U;     // nanoseconds
+constexpr std::uint64_t latestCalendar = 9'000'000'000'000'000'000U; // nanoseconds after 1970
+
+constexpr std::size_t longestReport = 256; // bytes
+constexpr std::size_t longestWord = 2 * longestReport;
+
+bool isBlank(int byte) {
+    return byte == ' ' || byte == '\t';
+}
+
+// The digit's value; nothing for a byte that is no digit.
+std::optional<unsigned> hexadecimal(char digit) {
+    if ('0' <= digit && digit <= '9') return digit - '0';
+    if ('a' <= digit && digit <= 'f') return digit - 'a' + 10;
+    if ('A' <= digit && digit <= 'F') return digit - 'A' + 10;
+    return std::nullopt;
+}
+
+std::string inHexadecimal(int byte) {
+    char text[8];
+    std::snprintf(text, sizeof text, "0x%02X", static_cast<unsigned>(byte));
+    return text;
+}
+
+} // namespace
+
+std::optional<RecordingLine> RecordingParser::next() {
+    try {
+        while (!malformed && source.peek() != ByteSource::end) {
+            ++number;
+            skipBlanks();
+            if (source.peek() == '#') {
+                source.skipLine();
+            } else if (!takeLineEnd()) {
+                return line();
+            }
+        }
+    } catch (Malformed& line) {
+        malformed = std::move(line.what);
+    }
+    return std::nullopt;
+}
+
+RecordingLine RecordingParser::line() {
+    const double seconds = timeInSeconds();
+    skipBlanks();
+    const Action action = this->action();
+    skipBlanks();
+    if (!takeLineEnd()) fail("the line should end here");
+    if (calendar > latestCalendar) fail("the calendar would read more than 9000000000 s");
+    const std::chrono::nanoseconds since1970(static_cast<std::int64_t>(calendar));
+    return {seconds, calendar::TimePoint(since1970), action};
+}
+
+double RecordingParser::timeInSeconds() {
+    const Decimal seconds = decimal();
+    const auto nanoseconds = seconds.billionths();
+    if (seconds.isNegative()) fail("the time is negative");
+    if (!nanoseconds) fail("the time has more than nine digits after the point");
+    if (*nanoseconds > latestTime) fail("the time is more than 4000000000 s");
+    if (*nanoseconds < time) fail("the time is less than that of a line before");
+    calendar += *nanoseconds - time;
+    time = *nanoseconds;
+    return seconds.value();
+}
+
+Action RecordingParser::action() {
+    const std::string what = word();
+    if (what.empty()) fail("a report or a command is missing");
+    if (what.starts_with('!')) return command(what);
+    return report(what == "-" ? "" : what);
+}
+
+action::Report RecordingParser::report(const std::string& digits) {
+    if (digits.size() % 2 != 0) fail("the report has an odd number of digits");
+    action::Report report;
+    report.bytes.reserve(digits.size() / 2);
+    for (std::size_t index = 0; index < digits.size(); index += 2) {
+        const auto high = hexadecimal(digits[index]);
+        const auto low = hexadecimal(digits[index + 1]);
+        if (!high || !low) fail("neither a report in hexadecimal digits nor a command");
+        report.bytes.push_back(static_cast<std::uint8_t>(*high << 4 | *low));
+    }
+    return report;
+}
+
+Action RecordingParser::command(const std::string& name) {
+    skipBlanks();
+    if (name == "!start") return action::Start{};
+    if (name == "!stop") return action::Stop{};
+    if (name == "!sound") return choice<Action>({{"on", action::Sound{true}}, {"off", action::Sound{false}}});
+    if (name == "!pack") {
+        const auto pack = SoundPack::fromRawValue(word());
+        if (!pack) fail("there is no such pack");
+        return action::Pack{*pack};
+    }
+    if (name == "!threshold") return action::Threshold{threshold()};
+    if (name == "!check") return choice<Action>({{"begin", action::BeginCheck{}}, {"end", action::EndCheck{}}});
+    if (name == "!clock") return clockJump();
+    if (name == "!sensor") {
+        return action::Sensor{choice<SensorAnswer>({{"ok", SensorAnswer::ok},
+                                                    {"no-query", SensorAnswer::noQuery},
+                                                    {"no-lookup", SensorAnswer::noLookup},
+                                                    {"missing", SensorAnswer::missing},
+                                                    {"no-device", SensorAnswer::noDevice},
+                                                    {"denied", SensorAnswer::denied}})};
+    }
+    fail("there is no such command");
+}
+
+template<class Value, std::size_t count>
+Value RecordingParser::choice(const std::pair<const char*, Value> (&choices)[count]) {
+    const std::string chosen = word();
+    std::string expected;
+    for (const auto& [name, value] : choices) {
+        if (chosen == name) return value;
+        expected.append(expected.empty() ? "" : ", ").append(name);
+    }
+    fail("the command needs one of: " + expected);
+}
+
+double RecordingParser::threshold() {
+    const double value = decimal().value();
+    if (!std::isfinite(value)) fail("the threshold is beyond all numbers");
+    return value;
+}
+
+// Moves the calendar. One that ends up too late is noticed with the whole line.
+action::ClockJump RecordingParser::clockJump() {
+    const Decimal seconds = decimal();
+    const auto nanoseconds = seconds.billionths();
+    if (!nanoseconds) fail("the jump has more than nine digits after the point");
+    if (seconds.isNegative()) {
+        if (*nanoseconds > calendar) fail("the calendar would read less than 0 s");
+        calendar -= *nanoseconds;
+    } else {
+        constexpr std::uint64_t never = std::numeric_limits<std::uint64_t>::max();
+        calendar = *nanoseconds < never - calendar ? calendar + *nanoseconds : never;
+    }
+    return {};
+}
+
+Decimal RecordingParser::decimal() {
+    Decimal number;
+    while (number.accept(source.peek())) source.take();
+    if (!number.isComplete() || !atWordEnd()) fail("a number such as 12 or 12.345 should stand here");
+    return number;
+}
+
+// The characters up to a blank or the end of the line; none when the line ends here.
+std::string RecordingParser::word() {
+    std::string word;
+    while (!atWordEnd()) {
+        const int byte = source.peek();
+        if (byte < 0x20 || byte >= 0x7F) fail("there should be printable characters only");
+        if (word.size() == longestWord) fail("a report has 256 bytes at most, and no other word is as long");
+        word += static_cast<char>(byte);
+        source.take();
+    }
+    return word;
+}
+
+void RecordingParser::skipBlanks() {
+    while (isBlank(source.peek())) source.take();
+}
+
+bool RecordingParser::takeLineEnd() {
+    if (!atLineEnd()) return false;
+    source.skipLine();
+    return true;
+}
+
+bool RecordingParser::atLineEnd() {
+    const int byte = source.peek();
+    return byte == '\n' || byte == ByteSource::end || (byte == '\r' && source.peekSecond() == '\n');
+}
+
+bool RecordingParser::atWordEnd() {
+    return isBlank(source.peek()) || atLineEnd();
+}
+
+void RecordingParser::fail(const std::string& what) {
+    const int byte = source.peek();
+    const bool shown = byte == ByteSource::end || byte == '\n' || byte == '\t' || (0x20 <= byte && byte < 0x7F);
+    throw Malformed{shown ? what : what + ", not the byte " + inHexadecimal(byte)};
+}
+
+} // namespace quiverly

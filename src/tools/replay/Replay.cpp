@@ -1,0 +1,133 @@
+#include "tools/replay/Replay.h"
+
+#include <utility>
+#include <variant>
+
+#include "platform/virtual/Inspector.h"
+
+namespace quiverly {
+
+namespace {
+
+constexpr char deviceClass[] = "AppleSPUHIDDevice";
+
+void setSensor(VirtualRegistry& registry, SensorAnswer answer) {
+    VirtualService accelerometer = VirtualService::accelerometer();
+    accelerometer.canBecomeDevice = answer != SensorAnswer::noDevice;
+    accelerometer.openResult = answer == SensorAnswer::denied ? hid::notPermitted : hid::success;
+    registry.services = {VirtualService::driver()};
+    if (answer != SensorAnswer::missing) registry.services.push_back(accelerometer);
+
+    registry.unbuildable.clear();
+    if (answer == SensorAnswer::noQuery) registry.unbuildable.insert(deviceClass);
+    registry.unsearchable.clear();
+    if (answer == SensorAnswer::noLookup) registry.unsearchable.insert(deviceClass);
+}
+
+} // namespace
+
+Replay::Replay(VirtualPlatform& platform, EventPrinter& events, Samples samples) : platform(platform), events(events) {
+    setSensor(platform.registry, SensorAnswer::ok);
+    watchSamples(samples);
+    watchState();
+    watchPlatform();
+}
+
+void Replay::watchSamples(Samples printing) {
+    auto& onSample = Inspector::reader(engine).onSample;
+    onSample = [this, printing, engineReceives = onSample.copy()](double x, double y, double z) {
+        ++samples;
+        if (printing == Samples::printed) events.sample(x, y, z);
+        (*engineReceives)(x, y, z);
+    };
+}
+
+// A change is announced before it is made, so what was written is printed a little later: before whatever follows.
+void Replay::watchState() {
+    stateWatcher = engine.objectWillChange.subscribe([this](const void* property) {
+        if (property == &engine.phase) phaseWritten = true;
+        if (property == &engine.lastAmplitude) slapAccepted = true;
+    });
+}
+
+void Replay::watchPlatform() {
+    platform.audio.onPlay = [this](const VirtualAudio::Clip& clip) {
+        ++clips;
+        printChanges();
+        events.clip(clip.file, clip.volume);
+    };
+    platform.workspace.onOpen = [this](const std::string& url) {
+        printChanges();
+        events.settingsPage(url);
+    };
+}
+
+void Replay::perform(const RecordingLine& line) {
+    events.setTime(line.seconds);
+    platform.calendar.now = line.calendar;
+    if (std::exchange(firstLine, false) && std::holds_alternative<action::Report>(line.action)) {
+        carryOut(action::Sound{true});
+        carryOut(action::Start{});
+        printChanges();
+    }
+    std::visit([this](const auto& action) { carryOut(action); }, line.action);
+    platform.mainQueue.drain();
+    printChanges();
+}
+
+void Replay::finish() {
+    events.end({.reports = platform.registry.reportsDelivered(),
+                .samples = samples,
+                .slaps = engine.slapCount,
+                .clips = clips});
+}
+
+void Replay::carryOut(const action::Report& report) {
+    platform.registry.deliver(report.bytes);
+}
+
+void Replay::carryOut(const action::Start&) {
+    engine.start();
+}
+
+void Replay::carryOut(const action::Stop&) {
+    engine.stop();
+    while (platform.registry.deviceIsOpen()) platform.threads.turn();
+}
+
+void Replay::carryOut(const action::Sound& sound) {
+    engine.soundEnabled = sound.on;
+}
+
+void Replay::carryOut(const action::Pack& pack) {
+    engine.pack = pack.pack;
+}
+
+void Replay::carryOut(const action::Threshold& threshold) {
+    engine.threshold = threshold.value;
+}
+
+void Replay::carryOut(const action::BeginCheck&) {
+    engine.beginHardwareCheck([this](double amplitude) {
+        printChanges();
+        events.checkSlap(amplitude);
+    });
+}
+
+void Replay::carryOut(const action::EndCheck&) {
+    engine.endHardwareCheck();
+}
+
+// The calendar already reads what it reads after the jump.
+void Replay::carryOut(const action::ClockJump&) {}
+
+void Replay::carryOut(const action::Sensor& sensor) {
+    setSensor(platform.registry, sensor.answer);
+}
+
+void Replay::printChanges() {
+    if (std::exchange(phaseWritten, false)) events.phase(engine.phase);
+    if (std::exchange(slapAccepted, false)) events.slap(engine.slapCount, engine.lastAmplitude);
+}
+
+} // namespace quiverly
