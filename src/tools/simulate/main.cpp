@@ -1,0 +1,107 @@
+#include <getopt.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <csignal>
+#include <iostream>
+#include <optional>
+#include <string_view>
+
+#include "identity.h"
+#include "platform/linux/FileDescriptor.h"
+#include "tools/simulate/Simulator.h"
+
+namespace {
+
+using namespace quiverly;
+
+constexpr int unusable = 2; // exit status
+
+int fail(const std::string& what) {
+    std::cerr << "quiverly-simulate: " << what << '\n';
+    return unusable;
+}
+
+int help() {
+    std::cout << R"(Usage: quiverly-simulate [OPTIONS]
+Simulates a laptop with a motion sensor for Quiverly and obeys commands on standard input, whose end is not its end.
+
+  --script FILE   obey timed commands, such as "2.5 slap 0.6"; time 0 is the first report that anybody gets
+  --seed NUMBER   of the sensor's noise (0)
+  --verbose       tell what happens
+  --help          print this text
+  --version       print the version
+
+)" << command::help;
+    return 0;
+}
+
+std::optional<std::uint64_t> seedOf(std::string_view text) {
+    std::uint64_t seed = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seed);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(seed) : std::nullopt;
+}
+
+// The options, or the status with which to end.
+std::variant<Simulator::Options, int> parse(int argc, char** argv) {
+    enum Option { script = 1, seed, verbose, askHelp, askVersion };
+    const option known[] = {
+        {"script", required_argument, nullptr, script}, {"seed", required_argument, nullptr, seed},
+        {"verbose", no_argument, nullptr, verbose},     {"help", no_argument, nullptr, askHelp},
+        {"version", no_argument, nullptr, askVersion},  {nullptr, 0, nullptr, 0},
+    };
+    Simulator::Options options;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the only thread
+    for (int found = 0; (found = ::getopt_long(argc, argv, "", known, nullptr)) != -1;) {
+        switch (found) {
+        case script: {
+            auto read = readScript(optarg);
+            if (const auto* mistake = std::get_if<command::Mistake>(&read)) return fail(mistake->text);
+            options.script = std::move(std::get<Script>(read));
+            break;
+        }
+        case seed: {
+            const auto read = seedOf(optarg);
+            if (!read) return fail("--seed takes a whole number of 64 bits, not \"" + std::string(optarg) + '"');
+            options.seed = *read;
+            break;
+        }
+        case verbose:
+            options.verbose = true;
+            break;
+        case askHelp:
+            return help();
+        case askVersion:
+            std::cout << "quiverly-simulate " << identity::version << '\n';
+            return 0;
+        default:
+            return unusable; // getopt_long has said why
+        }
+    }
+    if (optind < argc) return fail("unexpected \"" + std::string(argv[optind]) + "\"; try --help");
+    return options;
+}
+
+// Makes the signals that ask a program to end readable instead, and lets it do without commands and listeners.
+FileDescriptor interruptions() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, signal);
+    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGTTIN, SIG_IGN); // a job in the background that reads from its terminal would be stopped
+    return FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    auto options = parse(argc, argv);
+    if (const int* status = std::get_if<int>(&options)) return *status;
+    const FileDescriptor ends = interruptions();
+    Simulator simulator(std::move(std::get<Simulator::Options>(options)), std::cout, std::cerr);
+    if (!simulator.open()) return 1;
+    simulator.run(STDIN_FILENO, ends.get());
+    return 0;
+}

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <mutex>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Waiting.h"
+#include "platform/linux/FileDescriptor.h"
+#include "tools/simulate/Simulator.h"
+
+namespace quiverly {
+
+// A private folder that is $XDG_RUNTIME_DIR while this lives.
+class RuntimeFolder {
+public:
+    RuntimeFolder() {
+        std::string name = "/tmp/quiverly-test-XXXXXX";
+        folder = ::mkdtemp(name.data());
+        ::setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+    }
+    ~RuntimeFolder() { std::filesystem::remove_all(folder); }
+    RuntimeFolder(const RuntimeFolder&) = delete;
+    RuntimeFolder& operator=(const RuntimeFolder&) = delete;
+
+    const std::filesystem::path& path() const { return folder; }
+
+private:
+    std::filesystem::path folder;
+};
+
+// The simulated laptop on a thread of this program.
+class LiveLaptop {
+public:
+    explicit LiveLaptop(Simulator::Options options = {}) : simulator(std::move(options), output, errors) {
+        int ends[2];
+        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) std::abort();
+        commands = FileDescriptor(ends[0]);
+        input = FileDescriptor(ends[1]);
+        EXPECT_TRUE(simulator.open()) << errors.str();
+        thread = std::thread([this] { simulator.run(input.get(), -1); });
+    }
+    ~LiveLaptop() { quit(); }
+    LiveLaptop(const LiveLaptop&) = delete;
+    LiveLaptop& operator=(const LiveLaptop&) = delete;
+
+    void tell(const std::string& command) {
+        const std::string line = command + '\n';
+        EXPECT_EQ(::write(commands.get(), line.data(), line.size()), std::ssize(line));
+    }
+
+    // What it has said, and what it has complained of, by its end.
+    std::string quit() {
+        if (thread.joinable()) {
+            tell("quit");
+            thread.join();
+        }
+        return output.str() + errors.str();
+    }
+
+    const std::filesystem::path& folder() const { return runtime.path(); }
+
+private:
+    RuntimeFolder runtime;
+    std::ostringstream output;
+    std::ostringstream errors;
+    Simulator simulator;
+    FileDescriptor commands;
+    FileDescriptor input;
+    std::thread thread;
+};
+
+// Samples as they come in from the sensor thread.
+class Samples {
+public:
+    std::function<void(double, double, double)> receiver() {
+        return [this](double x, double y, double z) {
+            const std::lock_guard lock(mutex);
+            samples.push_back({.x = x, .y = y, .z = z});
+        };
+    }
+
+    std::vector<Acceleration> all() const {
+        const std::lock_guard lock(mutex);
+        return samples;
+    }
+
+    void waitFor(std::size_t count) const {
+        waitUntil([&] { return all().size() >= count; });
+    }
+
+private:
+    mutable std::mutex mutex;
+    std::vector<Acceleration> samples;
+};
+
+} // namespace quiverly
