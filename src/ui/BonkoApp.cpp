@@ -1,0 +1,82 @@
+#include "ui/BonkoApp.h"
+
+#include <variant>
+
+#include "platform/defaults.h"
+#include "ui/ContentView.h"
+#include "ui/OnboardingView.h"
+#include "ui/Theme.h"
+
+namespace quiverly {
+
+namespace {
+
+constexpr char completedKey[] = "bonko.onboardingCompleted"; // a number, not 0 once the user has been through
+
+bool onboardingIsCompleted() {
+    const auto stored = defaults::object(completedKey);
+    const double* number = stored ? std::get_if<double>(&*stored) : nullptr;
+    return number && *number != 0;
+}
+
+} // namespace
+
+BonkoApp::BonkoApp() {
+    window.setWindowTitle("Quiverly");
+    window.setContextMenuPolicy(Qt::NoContextMenu);
+    QObject::connect(&Theme::current(), &Theme::changed, &window, [this] {
+        dress();
+        limitSize();
+    });
+    dress();
+    showContent();
+    window.resize(420, 560);
+}
+
+BonkoApp::~BonkoApp() {
+    window.hide();
+}
+
+void BonkoApp::show() {
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+void BonkoApp::showContent() {
+    if (QWidget* former = window.takeCentralWidget()) {
+        former->hide();
+        former->deleteLater();
+    }
+    window.setCentralWidget(onboardingIsCompleted() ? content() : onboarding());
+    limitSize();
+}
+
+View* BonkoApp::onboarding() {
+    auto* view = new OnboardingView(engine);
+    view->onContinue = [this] {
+        defaults::setNumber(completedKey, 1);
+        showContent();
+    };
+    return view;
+}
+
+View* BonkoApp::content() {
+    auto* view = new ContentView(engine);
+    view->onAppear = [this] { engine.soundEnabled = true; };
+    return view;
+}
+
+void BonkoApp::dress() {
+    window.setPalette(Theme::current().palette());
+}
+
+// The window can be as small and as large as its content.
+void BonkoApp::limitSize() {
+    const QWidget* view = window.centralWidget();
+    window.setMinimumSize(view->minimumSizeHint().expandedTo(view->minimumSize()));
+    window.setMaximumSize(view->maximumSize());
+}
+
+} // namespace quiverly

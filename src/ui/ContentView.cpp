@@ -1,0 +1,182 @@
+#include "ui/ContentView.h"
+
+#include <algorithm>
+
+#include <QFrame>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include "ui/AppImages.h"
+#include "ui/controls/Divider.h"
+#include "ui/controls/Label.h"
+#include "ui/controls/Logo.h"
+#include "ui/controls/PushButton.h"
+#include "ui/controls/SegmentedPicker.h"
+#include "ui/controls/Slider.h"
+#include "ui/controls/StatusPill.h"
+
+namespace quiverly {
+
+namespace {
+
+constexpr int lowestThreshold = 4;   // hundredths of g
+constexpr int highestThreshold = 40; // hundredths of g
+
+QStringList packTitles() {
+    QStringList titles;
+    for (const SoundPack pack : SoundPack::allCases) titles << pack.title();
+    return titles;
+}
+
+int indexOf(SoundPack pack) {
+    return static_cast<int>(std::ranges::find(SoundPack::allCases, pack) - SoundPack::allCases.begin());
+}
+
+} // namespace
+
+ContentView::ContentView(BonkoEngine& engine)
+    : engine(engine),
+      pill(new StatusPill),
+      picker(new SegmentedPicker("Mode", packTitles())),
+      value(new Label(FontRole::body, Tone::secondary)),
+      slider(new Slider("Sensitivity", lowestThreshold, highestThreshold)),
+      button(new PushButton({})),
+      status(new Label(FontRole::callout, Tone::secondary)),
+      hint(new Label(FontRole::caption, Tone::secondary,
+                     "If macOS asks, allow Quiverly under Privacy → Input Monitoring")),
+      counter(new Label(FontRole::caption, Tone::secondary)),
+      observer(engine.objectWillChange, [this] { refresh(); }) {
+    auto* root = new QVBoxLayout(this);
+    root->setContentsMargins(0, 0, 0, 0);
+    root->setSpacing(0);
+    root->addLayout(header());
+    root->addWidget(new Divider);
+    root->addWidget(scrollArea(), 1);
+
+    picker->onChoice = [this](int index) { choosePack(index); };
+    slider->onMove = [this](double threshold) { this->engine.threshold = threshold; };
+    connect(button, &PushButton::clicked, this, &ContentView::startOrStop);
+    refresh();
+}
+
+QSize ContentView::sizeHint() const {
+    return {420, 560};
+}
+
+QSize ContentView::minimumSizeHint() const {
+    return {std::max(400, layout()->minimumSize().width()), 480};
+}
+
+QLayout* ContentView::header() {
+    auto* titles = new QVBoxLayout;
+    titles->setSpacing(2);
+    titles->addWidget(new Label(FontRole::title, Tone::primary, "Quiverly"));
+    titles->addWidget(new Label(FontRole::subheadline, Tone::secondary, "Slap → yell."));
+
+    auto* row = new QHBoxLayout;
+    row->setContentsMargins(20, 16, 20, 16);
+    row->setSpacing(12);
+    row->addWidget(new Logo(headerLogo(), {.size = 36, .radius = 8, .symbolHeight = 30}));
+    row->addLayout(titles);
+    row->addStretch();
+    row->addWidget(pill);
+    return row;
+}
+
+QWidget* ContentView::scrollArea() {
+    auto* content = new QWidget;
+    auto* column = new QVBoxLayout(content);
+    column->setContentsMargins(20, 20, 20, 20);
+    column->setSpacing(18);
+    auto* mode = new Label(FontRole::strongCaption, Tone::secondary, "MODE");
+    mode->setTracking(0.6);
+    column->addWidget(mode);
+    column->addWidget(picker);
+    column->addLayout(sensitivityGroup());
+    column->addWidget(button);
+    column->addLayout(statusBlock());
+    column->addWidget(counter);
+    column->addStretch();
+    counter->wrap();
+
+    auto* area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setWidget(content);
+    return area;
+}
+
+QLayout* ContentView::sensitivityGroup() {
+    auto* values = new QHBoxLayout;
+    values->addWidget(new Label(FontRole::body, Tone::primary, "Sensitivity"));
+    values->addStretch();
+    values->addWidget(value);
+
+    auto* group = new QVBoxLayout;
+    group->setSpacing(6);
+    group->addLayout(values);
+    group->addWidget(slider);
+    group->addWidget(new Label(FontRole::caption2, Tone::tertiary, "Lower detects lighter taps"));
+    return group;
+}
+
+QLayout* ContentView::statusBlock() {
+    status->wrap();
+    hint->wrap();
+    auto* block = new QVBoxLayout;
+    block->setSpacing(8);
+    block->addWidget(status);
+    block->addWidget(hint);
+    return block;
+}
+
+void ContentView::refresh() {
+    const bool running = engine.isRunning();
+    pill->show(running ? "Listening" : "Idle", running ? Tone::green : Tone::secondary);
+    picker->select(indexOf(engine.pack));
+    picker->setEnabled(engine.soundEnabled);
+    value->setText(QString::asprintf("%.2f", engine.threshold.get()));
+    slider->show(engine.threshold);
+    button->setText(running ? "Stop" : "Start listening");
+    button->setTint(running ? Theme::stopRed : Theme::primaryPink);
+    refreshStatusBlock();
+    refreshCounter();
+}
+
+void ContentView::refreshStatusBlock() {
+    const BonkoEngine::Phase& phase = engine.phase;
+    const bool failed = phase.kind == BonkoEngine::Phase::Kind::error;
+    hint->setVisible(failed);
+    status->setTone(failed ? Tone::red : Tone::secondary);
+    switch (phase.kind) {
+    case BonkoEngine::Phase::Kind::idle:
+        return status->setText("Press Start, then slap your MacBook.");
+    case BonkoEngine::Phase::Kind::listening:
+        return status->setText(QString("Listening with %1 sounds. Slap away.").arg(engine.pack.get().title()));
+    case BonkoEngine::Phase::Kind::error:
+        return status->setText(QString::fromStdString(phase.message));
+    }
+}
+
+void ContentView::refreshCounter() {
+    counter->setVisible(engine.slapCount > 0);
+    counter->setText(QString::asprintf("Slaps this session: %lld  ·  last %.3fg",
+                                       static_cast<long long>(engine.slapCount), engine.lastAmplitude.get()));
+}
+
+void ContentView::choosePack(int index) {
+    engine.pack = SoundPack::allCases[static_cast<std::size_t>(index)];
+}
+
+void ContentView::startOrStop() {
+    if (engine.isRunning()) {
+        engine.stop();
+    } else {
+        engine.soundEnabled = true;
+        engine.start();
+    }
+}
+
+} // namespace quiverly

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "engine/BonkoEngine.h"
+#include "ui/EngineObserver.h"
+#include "ui/View.h"
+
+class QLayout;
+
+namespace quiverly {
+
+class Label;
+class PushButton;
+class SegmentedPicker;
+class Slider;
+class StatusPill;
+
+// The main view: start and stop, the choice of the pack, the sensitivity, and what the engine is at.
+//
+// Keeps no state of its own: it shows what it reads from the engine and writes what the user chooses straight into it.
+class ContentView : public View {
+public:
+    explicit ContentView(BonkoEngine& engine); // the engine outlives the view
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+private:
+    QLayout* header();
+    QWidget* scrollArea();
+    QLayout* sensitivityGroup();
+    QLayout* statusBlock();
+
+    void refresh();
+    void refreshStatusBlock();
+    void refreshCounter();
+
+    void choosePack(int index);
+    void startOrStop();
+
+    BonkoEngine& engine;
+    StatusPill* pill;
+    SegmentedPicker* picker;
+    Label* value;
+    Slider* slider;
+    PushButton* button;
+    Label* status;
+    Label* hint;
+    Label* counter;
+    EngineObserver observer;
+};
+
+} // namespace quiverly

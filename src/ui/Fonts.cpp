@@ -1,0 +1,68 @@
+#include "ui/Fonts.h"
+
+#include <algorithm>
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QFontInfo>
+
+namespace quiverly {
+
+namespace {
+
+constexpr double largestOrdinarySystemFont = 11.0 * 96 / 72; // pixels: 11 points, the largest default of a desktop
+
+struct Facts {
+    double size; // pixels
+    QFont::Weight weight;
+    bool rounded = false;
+};
+
+Facts facts(FontRole role) {
+    switch (role) {
+    case FontRole::caption2:
+        return {10, QFont::Medium};
+    case FontRole::caption:
+        return {10, QFont::Normal};
+    case FontRole::strongCaption:
+        return {10, QFont::DemiBold};
+    case FontRole::subheadline:
+        return {11, QFont::Normal};
+    case FontRole::callout:
+        return {12, QFont::Normal};
+    case FontRole::body:
+        return {13, QFont::Normal};
+    case FontRole::headline:
+    case FontRole::badge:
+        return {13, QFont::Bold};
+    case FontRole::title:
+        return {20, QFont::Bold, true};
+    case FontRole::welcome:
+        return {24, QFont::Bold, true};
+    }
+    Q_UNREACHABLE();
+}
+
+// The embedded typeface; nothing if it cannot be loaded.
+const QStringList& roundedFamilies() {
+    static const QStringList families =
+        QFontDatabase::applicationFontFamilies(QFontDatabase::addApplicationFont(":/fonts/Quicksand-Bold.ttf"));
+    return families;
+}
+
+} // namespace
+
+double fontScale() {
+    return std::max(1.0, QFontInfo(QApplication::font()).pixelSize() / largestOrdinarySystemFont);
+}
+
+QFont fontFor(FontRole role) {
+    const Facts wanted = facts(role);
+    QFont font = QApplication::font();
+    if (wanted.rounded && !roundedFamilies().isEmpty()) font.setFamilies(roundedFamilies());
+    font.setPixelSize(qRound(wanted.size * fontScale()));
+    font.setWeight(wanted.weight);
+    return font;
+}
+
+} // namespace quiverly

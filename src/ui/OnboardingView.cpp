@@ -1,0 +1,155 @@
+#include "ui/OnboardingView.h"
+
+#include <optional>
+
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include "platform/main_queue.h"
+#include "ui/AppImages.h"
+#include "ui/controls/Label.h"
+#include "ui/controls/Logo.h"
+#include "ui/controls/PushButton.h"
+#include "ui/controls/StepRow.h"
+
+namespace quiverly {
+
+namespace {
+
+constexpr double verdictDelay = 0.6; // seconds
+
+std::optional<QString> phaseError(const BonkoEngine& engine) {
+    const BonkoEngine::Phase& phase = engine.phase;
+    if (phase.kind != BonkoEngine::Phase::Kind::error) return std::nullopt;
+    return QString::fromStdString(phase.message);
+}
+
+} // namespace
+
+OnboardingView::OnboardingView(BonkoEngine& engine)
+    : engine(engine),
+      continueButton(new PushButton("Continue")),
+      observer(engine.objectWillChange, [this] { refresh(); }) {
+    setFixedSize(420, 560);
+    auto* root = new QVBoxLayout(this);
+    root->setContentsMargins(28, 28, 28, 28);
+    root->setSpacing(0);
+    root->addWidget(welcomeBlock());
+    root->addWidget(stepList());
+    root->addSpacerItem(new QSpacerItem(0, 12, QSizePolicy::Minimum, QSizePolicy::Expanding));
+    root->addWidget(continueButton);
+
+    connect(continueButton, &PushButton::clicked, this, [this] {
+        if (onContinue) onContinue();
+    });
+    onAppear = [this] { beginHardwareCheck(); };
+    onDisappear = [this] {
+        check.reset();
+        this->engine.endHardwareCheck();
+        this->engine.stop();
+    };
+    refresh();
+}
+
+QWidget* OnboardingView::welcomeBlock() {
+    auto* logo = new Logo(welcomeLogo(), {.size = 72, .radius = 16, .symbolHeight = 50, .shadow = true});
+    auto* title = new Label(FontRole::welcome, Tone::primary, "Welcome to Quiverly");
+    title->wrap(Qt::AlignHCenter);
+    auto* subtitle =
+        new Label(FontRole::callout, Tone::secondary, "Slap your MacBook. It has feelings, and it will tell you.");
+    subtitle->wrap(Qt::AlignHCenter);
+
+    auto* block = new QWidget;
+    auto* column = new QVBoxLayout(block);
+    column->setContentsMargins(0, 8, 0, 28);
+    column->setSpacing(10);
+    column->addWidget(logo, 0, Qt::AlignHCenter);
+    column->addWidget(title);
+    column->addWidget(subtitle);
+    return block;
+}
+
+QWidget* OnboardingView::stepList() {
+    hardwareStep = new StepRow(1, "Hardware check", hardwareBody());
+    return hardwareStep;
+}
+
+QWidget* OnboardingView::hardwareBody() {
+    auto* body = new QWidget;
+    auto* column = new QVBoxLayout(body);
+    column->setContentsMargins(0, 8, 0, 0);
+    column->setSpacing(10);
+    for (StatusLine*& line : lines) {
+        line = new StatusLine;
+        column->addWidget(line);
+    }
+    return body;
+}
+
+void OnboardingView::resetHardwareState() {
+    step = 1;
+    accelOK = false;
+    slapOK = false;
+    waitingForSlap = true;
+}
+
+void OnboardingView::beginHardwareCheck() {
+    resetHardwareState();
+    engine.beginHardwareCheck([this](double) { feelTestSlap(); });
+    check = std::make_shared<const bool>(true);
+    const std::weak_ptr<const bool> thisCheck = check;
+    mainQueue::postAfter(verdictDelay, [this, thisCheck] {
+        if (!thisCheck.expired()) judgeAccelerometer();
+    });
+    refresh();
+}
+
+void OnboardingView::judgeAccelerometer() {
+    if (step != 1) return;
+    accelOK = engine.isRunning();
+    if (phaseError(engine)) accelOK = false;
+    refresh();
+}
+
+void OnboardingView::feelTestSlap() {
+    if (!waitingForSlap) return;
+    slapOK = true;
+    waitingForSlap = false;
+    step = 2;
+    engine.endHardwareCheck();
+    engine.soundEnabled = false;
+    refresh();
+}
+
+void OnboardingView::refresh() {
+    const auto status = hardwareStatus();
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        lines[index]->setVisible(index < status.size());
+        if (index < status.size()) lines[index]->show(status[index]);
+    }
+    hardwareStep->show(step == 1, step > 1, true);
+    continueButton->setVisible(step > 1);
+}
+
+std::vector<StatusLine::Status> OnboardingView::hardwareStatus() const {
+    std::vector<StatusLine::Status> status;
+    if (step == 1) {
+        const auto error = phaseError(engine);
+        status.push_back({.ok = accelOK,
+                          .text = accelOK ? "Accelerometer detected" : error.value_or("Looking for accelerometer…"),
+                          .warning = !accelOK && error});
+        status.push_back({.text = "Turn volume down if you’re in public — the test slap plays a sexy sound.",
+                          .warning = true,
+                          .forceWarning = true});
+        if (waitingForSlap && accelOK) {
+            status.push_back({.text = "Slap your MacBook to test — you’ll hear a sexy clip!", .hand = true});
+        }
+        if (slapOK) status.push_back({.ok = true, .text = "Motion detected — you’re good to go!"});
+    } else {
+        status.push_back({.ok = true, .text = "Accelerometer OK — you’re good to go!"});
+        if (slapOK) status.push_back({.ok = true, .text = "Motion check passed"});
+    }
+    return status;
+}
+
+} // namespace quiverly

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "engine/BonkoEngine.h"
+#include "ui/EngineObserver.h"
+#include "ui/View.h"
+#include "ui/controls/StatusLine.h"
+
+class QLayout;
+
+namespace quiverly {
+
+class PushButton;
+class StepRow;
+
+// What a new user sees first: a welcome, and a check that the sensor delivers and feels one test slap.
+//
+// Appearing begins the check anew; disappearing ends it and stops the engine.
+class OnboardingView : public View {
+public:
+    explicit OnboardingView(BonkoEngine& engine); // the engine outlives the view
+
+    std::function<void()> onContinue; // the check is complete and the user goes on
+
+private:
+    QWidget* welcomeBlock();
+    QWidget* stepList();
+    QWidget* hardwareBody();
+
+    void resetHardwareState();
+    void beginHardwareCheck();
+    void judgeAccelerometer();
+    void feelTestSlap();
+
+    void refresh();
+    std::vector<StatusLine::Status> hardwareStatus() const;
+
+    BonkoEngine& engine;
+    int step = 1;
+    bool accelOK = false;
+    bool slapOK = false;
+    bool waitingForSlap = true;
+    std::shared_ptr<const bool> check; // lives as long as the check that is under way
+
+    std::array<StatusLine*, 4> lines{};
+    StepRow* hardwareStep = nullptr;
+    PushButton* continueButton;
+    EngineObserver observer;
+};
+
+} // namespace quiverly

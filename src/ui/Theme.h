@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QColor>
+#include <QObject>
+
+class QPalette;
+
+namespace quiverly {
+
+enum class Tone { primary, secondary, tertiary, pink, red, orange, green, white };
+
+// Every colour of the window, light and dark. Follows the system while the program runs: changed() is emitted when the
+// colours or the system's font have become others. One for the application, made when it is first asked for.
+class Theme : public QObject {
+    Q_OBJECT
+
+public:
+    struct Colors {
+        QColor window;
+        QColor primary, secondary, tertiary; // texts
+        QColor red, orange, green;           // texts
+        QColor warning;                      // the triangle
+        QColor divider;
+        QColor track, selection, selectionEdge; // of the mode picker
+        QColor groove, handle, handleEdge;      // of the slider
+    };
+
+    static constexpr QColor primaryPink{242, 71, 158}; // sRGB 0.95, 0.28, 0.62
+    static constexpr QColor stopRed{255, 59, 48};      // the button while listening
+    static const Colors light;
+    static const Colors dark;
+
+    static Theme& current();
+
+    bool isDark() const { return darkness; }
+    const Colors& colors() const { return darkness ? dark : light; }
+    QColor color(Tone tone) const;
+    QPalette palette() const; // for what the system's style paints: scroll bars and the window itself
+
+signals:
+    void changed();
+
+private:
+    explicit Theme(QObject* application);
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void follow();
+
+    bool darkness;
+};
+
+} // namespace quiverly

@@ -1,0 +1,45 @@
+#include "ui/controls/PushButton.h"
+
+#include <QFontMetrics>
+
+#include "ui/Fonts.h"
+#include "ui/Theme.h"
+#include "ui/controls/painting.h"
+
+namespace quiverly {
+
+namespace {
+constexpr int inset = 1;           // pixels from the widget's edge to the fill
+constexpr int verticalPadding = 9; // pixels: the label's own 4 and the large button's 5
+constexpr int radius = 6;
+} // namespace
+
+PushButton::PushButton(const QString& label) : QPushButton(label), tint(Theme::primaryPink) {
+    setAttribute(Qt::WA_LayoutUsesWidgetRect);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setAutoDefault(true);
+    setFont(fontFor(FontRole::headline));
+    connect(&Theme::current(), &Theme::changed, this, [this] { setFont(fontFor(FontRole::headline)); });
+}
+
+void PushButton::setTint(const QColor& next) {
+    if (next == tint) return;
+    tint = next;
+    update();
+}
+
+QSize PushButton::sizeHint() const {
+    const QSize label = fontMetrics().size(Qt::TextSingleLine, text());
+    return {label.width() + 2 * (inset + 12), fontMetrics().height() + 2 * (inset + verticalPadding)};
+}
+
+void PushButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const QRectF fill = rect().adjusted(inset, inset, -inset, -inset);
+    fillRounded(painter, fill, radius, isDown() ? tint.darker(115) : tint);
+    if (focusIsVisible(*this)) drawFocusRing(painter, fill.adjusted(2, 2, -2, -2), radius - 2, Qt::white);
+    painter.setPen(Qt::white);
+    painter.drawText(rect(), Qt::AlignCenter, text());
+}
+
+} // namespace quiverly

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QPushButton>
+
+namespace quiverly {
+
+// The prominent button: as wide as it may be, filled with its tint, its label in white.
+class PushButton : public QPushButton {
+public:
+    explicit PushButton(const QString& label);
+
+    void setTint(const QColor& tint);
+
+    QSize sizeHint() const override;
+
+private:
+    void paintEvent(QPaintEvent* event) override;
+
+    QColor tint;
+};
+
+} // namespace quiverly

@@ -1,0 +1,114 @@
+#include "ui/controls/Slider.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QMouseEvent>
+
+#include "ui/Theme.h"
+#include "ui/controls/painting.h"
+
+namespace quiverly {
+
+namespace {
+constexpr double handleRadius = 9.5; // pixels, as are all lengths here
+constexpr double grooveHeight = 4;
+constexpr double grooveInset = 2;
+constexpr int controlHeight = 22;
+} // namespace
+
+Slider::Slider(const QString& name, int minimum, int maximum) : QSlider(Qt::Horizontal), value_(minimum / 100.0) {
+    setAccessibleName(name);
+    setAttribute(Qt::WA_LayoutUsesWidgetRect);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setRange(minimum, maximum);
+    setPageStep(5);
+    connect(this, &QSlider::actionTriggered, this, [this] { didMove(); });
+    connect(&Theme::current(), &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void Slider::show(double value) {
+    value_ = value;
+    const double steps = std::clamp(value * 100, double(minimum()), double(maximum()));
+    setValue(std::isnan(steps) ? minimum() : int(std::lround(steps)));
+}
+
+double Slider::shown() const {
+    return value_;
+}
+
+void Slider::choose(double value) {
+    if (!std::isfinite(value)) return;
+    const double steps = std::clamp(value * 100, double(minimum()), double(maximum()));
+    setSliderPosition(int(std::lround(steps)));
+    triggerAction(SliderMove);
+}
+
+// Runs before the new position has become the value.
+void Slider::didMove() {
+    const double chosen = sliderPosition() / 100.0;
+    if (chosen == value_) return;
+    value_ = chosen;
+    if (onMove) onMove(chosen);
+}
+
+QSize Slider::sizeHint() const {
+    return {160, controlHeight};
+}
+
+QSize Slider::minimumSizeHint() const {
+    return {80, controlHeight};
+}
+
+QRectF Slider::groove() const {
+    return {grooveInset, (height() - grooveHeight) / 2, width() - 2 * grooveInset, grooveHeight};
+}
+
+QPointF Slider::handleCentre() const {
+    const double travel = width() - 2 * handleRadius;
+    const double fraction = double(sliderPosition() - minimum()) / (maximum() - minimum());
+    return {handleRadius + travel * (isRightToLeft() ? 1 - fraction : fraction), height() / 2.0};
+}
+
+int Slider::positionAt(double x) const {
+    const double travel = width() - 2 * handleRadius;
+    const double fraction = std::clamp((x - handleRadius) / travel, 0.0, 1.0);
+    return minimum() + int(std::lround((isRightToLeft() ? 1 - fraction : fraction) * (maximum() - minimum())));
+}
+
+void Slider::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return event->ignore();
+    setSliderDown(true);
+    grip = event->position().x() - handleCentre().x();
+    if (std::abs(grip) <= handleRadius) return;
+    grip = 0.0;
+    choose(positionAt(event->position().x()) / 100.0);
+}
+
+void Slider::mouseMoveEvent(QMouseEvent* event) {
+    if (isSliderDown()) choose(positionAt(event->position().x() - grip) / 100.0);
+}
+
+void Slider::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) setSliderDown(false);
+}
+
+// The wheel scrolls the view; a threshold should not change because the pointer happened to rest here.
+void Slider::wheelEvent(QWheelEvent* event) {
+    event->ignore();
+}
+
+void Slider::paintEvent(QPaintEvent*) {
+    const Theme::Colors& colors = Theme::current().colors();
+    const QPointF centre = handleCentre();
+    QPainter painter(this);
+    fillRounded(painter, groove(), grooveHeight / 2, colors.groove);
+    QRectF filled = groove();
+    isRightToLeft() ? filled.setLeft(centre.x()) : filled.setRight(centre.x());
+    fillRounded(painter, filled, grooveHeight / 2, Theme::primaryPink);
+    painter.setBrush(isSliderDown() ? colors.handle.darker(105) : colors.handle);
+    painter.setPen(focusIsVisible(*this) ? QPen(Theme::primaryPink, 3) : QPen(colors.handleEdge, 0.5));
+    painter.drawEllipse(centre, handleRadius - 0.25, handleRadius - 0.25);
+}
+
+} // namespace quiverly

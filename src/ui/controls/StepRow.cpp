@@ -1,0 +1,72 @@
+#include "ui/controls/StepRow.h"
+
+#include <QHBoxLayout>
+
+#include "ui/controls/Label.h"
+#include "ui/controls/Symbol.h"
+#include "ui/controls/painting.h"
+
+namespace quiverly {
+
+class StepRow::Badge : public QWidget {
+public:
+    explicit Badge(int number) : number(number) {
+        describe();
+        setFixedSize(28, 28);
+        connect(&Theme::current(), &Theme::changed, this, qOverload<>(&QWidget::update));
+    }
+
+    void show(bool isActive, bool isComplete) {
+        if (isActive == active && isComplete == complete) return;
+        active = isActive;
+        complete = isComplete;
+        describe();
+        update();
+    }
+
+private:
+    void describe() { setAccessibleName(QString(complete && !active ? "Step %1, done" : "Step %1").arg(number)); }
+
+    void paintEvent(QPaintEvent*) override {
+        const bool lit = active || complete;
+        const QColor secondary = Theme::current().color(Tone::secondary);
+        QColor grey = secondary;
+        grey.setAlphaF(0.25F);
+        QPainter painter(this);
+        fillRounded(painter, rect(), width() / 2.0, lit ? Theme::primaryPink : grey);
+        if (complete && !active) {
+            drawSymbol(painter, QRectF(8, 8, 12, 12), Symbol::check, Qt::white);
+            return;
+        }
+        painter.setFont(fontFor(FontRole::badge));
+        painter.setPen(lit ? QColor(Qt::white) : secondary);
+        painter.drawText(rect(), Qt::AlignCenter, QString::number(number));
+    }
+
+    int number;
+    bool active = false;
+    bool complete = false;
+};
+
+StepRow::StepRow(int number, const QString& titleText, QWidget* content)
+    : badge(new Badge(number)), title(new Label(FontRole::headline, Tone::primary, titleText)), content(content) {
+    title->wrap();
+    auto* column = new QVBoxLayout;
+    column->setSpacing(4);
+    column->addWidget(title);
+    column->addWidget(content);
+
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(14);
+    row->addWidget(badge, 0, Qt::AlignTop);
+    row->addLayout(column, 1);
+}
+
+void StepRow::show(bool active, bool complete, bool showsContent) {
+    badge->show(active, complete);
+    title->setTone(active || complete ? Tone::primary : Tone::secondary);
+    content->setVisible(showsContent);
+}
+
+} // namespace quiverly
