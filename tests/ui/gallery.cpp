@@ -1,0 +1,108 @@
+// Writes a picture of every state of the window, light and dark, into the folder given.
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+#include <QApplication>
+#include <QPalette>
+
+#include "Stage.h"
+#include "ui/ContentView.h"
+#include "ui/OnboardingView.h"
+#include "ui/Theme.h"
+
+namespace quiverly {
+namespace {
+
+std::filesystem::path folder;
+
+void setDark(bool dark) {
+    QApplication::setPalette(QPalette(dark ? QColor(40, 40, 40) : QColor(240, 240, 240)));
+}
+
+void picture(QWidget& view, const std::string& name) {
+    const auto file = folder / (name + (Theme::current().isDark() ? "-dark" : "-light") + ".png");
+    view.setPalette(Theme::current().palette());
+    if (!view.grab().save(QString::fromStdString(file.string()))) {
+        std::fprintf(stderr, "%s cannot be written\n", file.c_str());
+        std::exit(1);
+    }
+}
+
+void mainView(const std::string& name, const std::function<void(Stage&, BonkoEngine&)>& act, bool logo = true) {
+    Stage stage;
+    if (logo) stage.platform.resources.folders = {QUIVERLY_IMAGES};
+    BonkoEngine engine;
+    engine.soundEnabled = true;
+    ContentView view(engine);
+    view.resize(420, 560);
+    view.show();
+    act(stage, engine);
+    stage.settle();
+    picture(view, name);
+}
+
+void onboarding(const std::string& name, const std::function<void(Stage&, BonkoEngine&)>& act, bool logo = true,
+                bool sensor = true) {
+    Stage stage;
+    if (logo) stage.platform.resources.folders = {QUIVERLY_IMAGES};
+    if (!sensor) stage.removeSensor();
+    BonkoEngine engine;
+    OnboardingView view(engine);
+    view.show();
+    act(stage, engine);
+    stage.settle();
+    picture(view, name);
+    view.hide();
+}
+
+void everyState() {
+    mainView("main-idle", [](Stage&, BonkoEngine&) {});
+    mainView("main-listening", [](Stage& stage, BonkoEngine& engine) {
+        engine.pack = SoundPack::halo;
+        engine.start();
+        for (const double amplitude : {0.2, 0.4, 0.2567}) stage.slap(engine, amplitude);
+    });
+    mainView("main-error", [](Stage& stage, BonkoEngine& engine) {
+        stage.removeSensor();
+        engine.start();
+    });
+    mainView("main-long-error", [](Stage& stage, BonkoEngine& engine) {
+        stage.platform.registry.services.back().openResult = hid::notPermitted;
+        engine.start();
+    });
+    mainView("main-picker-disabled", [](Stage&, BonkoEngine& engine) { engine.soundEnabled = false; });
+    mainView(
+        "main-no-logo", [](Stage&, BonkoEngine&) {}, false);
+
+    onboarding("onboarding-checking", [](Stage&, BonkoEngine&) {});
+    onboarding("onboarding-waiting", [](Stage& stage, BonkoEngine&) { stage.pass(0.6); });
+    onboarding(
+        "onboarding-failed", [](Stage& stage, BonkoEngine&) { stage.pass(0.6); }, true, false);
+    onboarding("onboarding-complete", [](Stage& stage, BonkoEngine& engine) {
+        stage.pass(2.0);
+        stage.slap(engine, 0.5);
+        QTest::qWait(300);
+    });
+    onboarding(
+        "onboarding-no-logo", [](Stage&, BonkoEngine&) {}, false);
+}
+
+} // namespace
+} // namespace quiverly
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: %s FOLDER\n", argv[0]);
+        return 2;
+    }
+    quiverly::folder = argv[1];
+    std::filesystem::create_directories(quiverly::folder);
+    for (const bool dark : {false, true}) {
+        quiverly::setDark(dark);
+        quiverly::everyState();
+    }
+    return 0;
+}
