@@ -1,7 +1,7 @@
 #include "sensing/AccelerometerReader.h"
 
-#include <cassert>
 #include <cmath>
+#include <cstdlib>
 #include <utility>
 
 #include "identity.h"
@@ -151,7 +151,7 @@ void AccelerometerReader::handleReport(const std::uint8_t* report, std::ptrdiff_
 }
 
 std::int32_t AccelerometerReader::readInt32LE(std::span<const std::uint8_t> bytes, std::ptrdiff_t offset) {
-    assert(offset >= 0);
+    if (offset < 0) std::abort(); // cannot be meant
     const auto first = static_cast<std::size_t>(offset);
     if (first + 3 >= bytes.size()) return 0;
     const auto byte = [&](std::size_t index) { return std::uint32_t{bytes[first + index]}; };
