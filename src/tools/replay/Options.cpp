@@ -65,7 +65,7 @@ public:
 
 private:
     std::string takeNext() {
-        const std::string argument = rest.front();
+        std::string argument = rest.front();
         rest = rest.subspan(1);
         return argument;
     }
