@@ -2,7 +2,10 @@
 
 #include <variant>
 
+#include <QPixmap>
+
 #include "platform/defaults.h"
+#include "ui/AppImages.h"
 #include "ui/ContentView.h"
 #include "ui/OnboardingView.h"
 #include "ui/Theme.h"
@@ -23,6 +26,7 @@ bool onboardingIsCompleted() {
 
 BonkoApp::BonkoApp() {
     window.setWindowTitle("Quiverly");
+    window.setWindowIcon(QPixmap::fromImage(welcomeLogo()));
     window.setContextMenuPolicy(Qt::NoContextMenu);
     QObject::connect(&Theme::current(), &Theme::changed, &window, [this] {
         dress();

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <QFrame>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "ui/AppImages.h"
@@ -11,6 +9,7 @@
 #include "ui/controls/Label.h"
 #include "ui/controls/Logo.h"
 #include "ui/controls/PushButton.h"
+#include "ui/controls/ScrollArea.h"
 #include "ui/controls/SegmentedPicker.h"
 #include "ui/controls/Slider.h"
 #include "ui/controls/StatusPill.h"
@@ -99,13 +98,7 @@ QWidget* ContentView::scrollArea() {
     column->addStretch();
     counter->wrap();
 
-    auto* area = new QScrollArea;
-    area->setFrameShape(QFrame::NoFrame);
-    area->setWidgetResizable(true);
-    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->setFocusPolicy(Qt::NoFocus);
-    area->setWidget(content);
-    return area;
+    return new ScrollArea(content);
 }
 
 QLayout* ContentView::sensitivityGroup() {

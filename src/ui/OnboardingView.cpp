@@ -2,15 +2,16 @@
 
 #include <optional>
 
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "platform/main_queue.h"
 #include "ui/AppImages.h"
+#include "ui/controls/CrossFade.h"
 #include "ui/controls/Label.h"
 #include "ui/controls/Logo.h"
 #include "ui/controls/PushButton.h"
-#include "ui/controls/StepRow.h"
+#include "ui/controls/ScrollArea.h"
+#include "ui/controls/StepList.h"
 
 namespace quiverly {
 
@@ -28,30 +29,41 @@ std::optional<QString> phaseError(const BonkoEngine& engine) {
 
 OnboardingView::OnboardingView(BonkoEngine& engine)
     : engine(engine),
+      steps(new StepList),
       continueButton(new PushButton("Continue")),
       observer(engine.objectWillChange, [this] { refresh(); }) {
     setFixedSize(420, 560);
+    auto* footer = new QVBoxLayout;
+    footer->setContentsMargins(28, 0, 28, 0);
+    footer->addWidget(continueButton);
+
     auto* root = new QVBoxLayout(this);
-    root->setContentsMargins(28, 28, 28, 28);
+    root->setContentsMargins(0, 0, 0, 28);
     root->setSpacing(0);
-    root->addWidget(welcomeBlock());
-    root->addWidget(stepList());
-    root->addSpacerItem(new QSpacerItem(0, 12, QSizePolicy::Minimum, QSizePolicy::Expanding));
-    root->addWidget(continueButton);
+    root->addWidget(new ScrollArea(welcomeAndSteps()), 1);
+    root->addLayout(footer);
 
     connect(continueButton, &PushButton::clicked, this, [this] {
         if (onContinue) onContinue();
     });
     onAppear = [this] { beginHardwareCheck(); };
-    onDisappear = [this] {
-        check.reset();
-        this->engine.endHardwareCheck();
-        this->engine.stop();
-    };
+    onDisappear = [this] { endHardwareCheck(); };
     refresh();
 }
 
-QWidget* OnboardingView::welcomeBlock() {
+QWidget* OnboardingView::welcomeAndSteps() {
+    steps->add("Hardware check", hardwareBody());
+    auto* content = new QWidget;
+    auto* column = new QVBoxLayout(content);
+    column->setContentsMargins(28, 28, 28, 0);
+    column->setSpacing(0);
+    column->addLayout(welcomeBlock());
+    column->addWidget(steps);
+    column->addSpacerItem(new QSpacerItem(0, 12, QSizePolicy::Minimum, QSizePolicy::Expanding));
+    return content;
+}
+
+QLayout* OnboardingView::welcomeBlock() {
     auto* logo = new Logo(welcomeLogo(), {.size = 72, .radius = 16, .symbolHeight = 50, .shadow = true});
     auto* title = new Label(FontRole::welcome, Tone::primary, "Welcome to Quiverly");
     title->wrap(Qt::AlignHCenter);
@@ -59,19 +71,13 @@ QWidget* OnboardingView::welcomeBlock() {
         new Label(FontRole::callout, Tone::secondary, "Slap your MacBook. It has feelings, and it will tell you.");
     subtitle->wrap(Qt::AlignHCenter);
 
-    auto* block = new QWidget;
-    auto* column = new QVBoxLayout(block);
-    column->setContentsMargins(0, 8, 0, 28);
-    column->setSpacing(10);
-    column->addWidget(logo, 0, Qt::AlignHCenter);
-    column->addWidget(title);
-    column->addWidget(subtitle);
+    auto* block = new QVBoxLayout;
+    block->setContentsMargins(0, 8, 0, 28);
+    block->setSpacing(10);
+    block->addWidget(logo, 0, Qt::AlignHCenter);
+    block->addWidget(title);
+    block->addWidget(subtitle);
     return block;
-}
-
-QWidget* OnboardingView::stepList() {
-    hardwareStep = new StepRow(1, "Hardware check", hardwareBody());
-    return hardwareStep;
 }
 
 QWidget* OnboardingView::hardwareBody() {
@@ -104,6 +110,12 @@ void OnboardingView::beginHardwareCheck() {
     refresh();
 }
 
+void OnboardingView::endHardwareCheck() {
+    check.reset();
+    engine.endHardwareCheck();
+    engine.stop();
+}
+
 void OnboardingView::judgeAccelerometer() {
     if (step != 1) return;
     accelOK = engine.isRunning();
@@ -115,6 +127,7 @@ void OnboardingView::feelTestSlap() {
     if (!waitingForSlap) return;
     slapOK = true;
     waitingForSlap = false;
+    crossFade(*this);
     step = 2;
     engine.endHardwareCheck();
     engine.soundEnabled = false;
@@ -127,7 +140,7 @@ void OnboardingView::refresh() {
         lines[index]->setVisible(index < status.size());
         if (index < status.size()) lines[index]->show(status[index]);
     }
-    hardwareStep->show(step == 1, step > 1, true);
+    steps->show(1, step == 1, step > 1);
     continueButton->setVisible(step > 1);
 }
 

@@ -15,7 +15,7 @@ class QLayout;
 namespace quiverly {
 
 class PushButton;
-class StepRow;
+class StepList;
 
 // What a new user sees first: a welcome, and a check that the sensor delivers and feels one test slap.
 //
@@ -27,12 +27,13 @@ public:
     std::function<void()> onContinue; // the check is complete and the user goes on
 
 private:
-    QWidget* welcomeBlock();
-    QWidget* stepList();
+    QWidget* welcomeAndSteps();
+    QLayout* welcomeBlock();
     QWidget* hardwareBody();
 
     void resetHardwareState();
     void beginHardwareCheck();
+    void endHardwareCheck();
     void judgeAccelerometer();
     void feelTestSlap();
 
@@ -47,7 +48,7 @@ private:
     std::shared_ptr<const bool> check; // lives as long as the check that is under way
 
     std::array<StatusLine*, 4> lines{};
-    StepRow* hardwareStep = nullptr;
+    StepList* steps;
     PushButton* continueButton;
     EngineObserver observer;
 };

@@ -15,7 +15,7 @@ public:
     void setTone(Tone tone);
     void setTracking(double pixels); // extra space between letters
 
-    // Goes on on further lines rather than being cut, even inside a word if need be.
+    // Goes on on further lines rather than being cut.
     void wrap(Qt::Alignment alignment = Qt::AlignLeft);
 
 private:

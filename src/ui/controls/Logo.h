@@ -1,12 +1,12 @@
 #pragma once
 
+#include "ui/controls/Picture.h"
 #include <QImage>
-#include <QWidget>
 
 namespace quiverly {
 
 // The application's image in a rounded square, or the hand in its place where there is no image.
-class Logo : public QWidget {
+class Logo : public Picture {
 public:
     struct Style {
         int size;            // pixels, of the square

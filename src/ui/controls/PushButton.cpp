@@ -1,6 +1,7 @@
 #include "ui/controls/PushButton.h"
 
 #include <QFontMetrics>
+#include <QKeyEvent>
 
 #include "ui/Fonts.h"
 #include "ui/Theme.h"
@@ -17,7 +18,6 @@ constexpr int radius = 6;
 PushButton::PushButton(const QString& label) : QPushButton(label), tint(Theme::primaryPink) {
     setAttribute(Qt::WA_LayoutUsesWidgetRect);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    setAutoDefault(true);
     setFont(fontFor(FontRole::headline));
     connect(&Theme::current(), &Theme::changed, this, [this] { setFont(fontFor(FontRole::headline)); });
 }
@@ -31,6 +31,12 @@ void PushButton::setTint(const QColor& next) {
 QSize PushButton::sizeHint() const {
     const QSize label = fontMetrics().size(Qt::TextSingleLine, text());
     return {label.width() + 2 * (inset + 12), fontMetrics().height() + 2 * (inset + verticalPadding)};
+}
+
+void PushButton::keyPressEvent(QKeyEvent* event) {
+    const bool enters = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enters && !event->isAutoRepeat()) return click();
+    QPushButton::keyPressEvent(event);
 }
 
 void PushButton::paintEvent(QPaintEvent*) {

@@ -14,6 +14,7 @@ public:
     QSize sizeHint() const override;
 
 private:
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
     QColor tint;

@@ -6,6 +6,7 @@
 
 #include "ui/Fonts.h"
 #include "ui/Theme.h"
+#include "ui/controls/accessibility.h"
 #include "ui/controls/painting.h"
 
 namespace quiverly {
@@ -58,6 +59,7 @@ private:
 } // namespace
 
 SegmentedPicker::SegmentedPicker(const QString& name, const QStringList& titles) {
+    describeControlsToScreenReaders();
     setAccessibleName(name);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);

@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 
 #include "ui/Theme.h"
+#include "ui/controls/accessibility.h"
 #include "ui/controls/painting.h"
 
 namespace quiverly {
@@ -18,6 +19,7 @@ constexpr int controlHeight = 22;
 } // namespace
 
 Slider::Slider(const QString& name, int minimum, int maximum) : QSlider(Qt::Horizontal), value_(minimum / 100.0) {
+    describeControlsToScreenReaders();
     setAccessibleName(name);
     setAttribute(Qt::WA_LayoutUsesWidgetRect);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <QBasicTimer>
-#include <QWidget>
+
+#include "ui/controls/Picture.h"
 
 namespace quiverly {
 
 // Turns for as long as it can be seen, one step in 120 milliseconds; costs nothing otherwise.
-class Spinner : public QWidget {
+class Spinner : public Picture {
 public:
     Spinner();
 

@@ -5,13 +5,14 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
+#include "ui/controls/Picture.h"
 #include "ui/controls/Spinner.h"
 #include "ui/controls/Symbol.h"
 
 namespace quiverly {
 
 // A symbol, or the spinner where there is none.
-class StatusLine::Icon : public QWidget {
+class StatusLine::Icon : public Picture {
 public:
     Icon() : spinner(new Spinner) {
         auto* box = new QHBoxLayout(this);
@@ -25,10 +26,23 @@ public:
         spinner->setVisible(!next);
         if (next == symbol) return;
         symbol = next;
+        setAccessibleName(meaning());
         update();
     }
 
 private:
+    QString meaning() const {
+        if (!symbol) return {}; // the spinner speaks for itself
+        switch (*symbol) {
+        case Symbol::hand:
+            return "Slap now";
+        case Symbol::warning:
+            return "Warning";
+        default:
+            return "Done";
+        }
+    }
+
     void paintEvent(QPaintEvent*) override {
         if (!symbol) return;
         QPainter painter(this);

@@ -3,12 +3,13 @@
 #include <QHBoxLayout>
 
 #include "ui/controls/Label.h"
+#include "ui/controls/Picture.h"
 #include "ui/controls/Symbol.h"
 #include "ui/controls/painting.h"
 
 namespace quiverly {
 
-class StepRow::Badge : public QWidget {
+class StepRow::Badge : public Picture {
 public:
     explicit Badge(int number) : number(number) {
         describe();
@@ -49,7 +50,10 @@ private:
 };
 
 StepRow::StepRow(int number, const QString& titleText, QWidget* content)
-    : badge(new Badge(number)), title(new Label(FontRole::headline, Tone::primary, titleText)), content(content) {
+    : number(number),
+      badge(new Badge(number)),
+      title(new Label(FontRole::headline, Tone::primary, titleText)),
+      content(content) {
     title->wrap();
     auto* column = new QVBoxLayout;
     column->setSpacing(4);
@@ -63,10 +67,10 @@ StepRow::StepRow(int number, const QString& titleText, QWidget* content)
     row->addLayout(column, 1);
 }
 
-void StepRow::show(bool active, bool complete, bool showsContent) {
+void StepRow::show(bool active, bool complete) {
     badge->show(active, complete);
     title->setTone(active || complete ? Tone::primary : Tone::secondary);
-    content->setVisible(showsContent);
+    content->setVisible(active || (complete && number == 1));
 }
 
 } // namespace quiverly
