@@ -16,11 +16,13 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-Clock::time_point distrustedUntil; // set when a laptop was silent; main thread
+// The laptop that was silent last. Main thread.
+struct {
+    laptop::SocketIdentity socket;
+    Clock::time_point forgotten; // when it is asked again
+} silentLaptop;
 
-FileDescriptor connectedSocket() {
-    const laptop::SocketPlace place = laptop::socketPlace();
-    if (place.isFallback && !laptop::isPrivate(place.folder)) return {};
+FileDescriptor connectedSocket(const laptop::SocketPlace& place) {
     FileDescriptor socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     if (!socket) return {};
     const sockaddr_un address = laptop::socketAddress(place.socket());
@@ -33,10 +35,13 @@ FileDescriptor connectedSocket() {
 } // namespace
 
 std::shared_ptr<LaptopConnection> LaptopConnection::connect() {
-    if (Clock::now() < distrustedUntil) return nullptr;
-    FileDescriptor socket = connectedSocket();
+    const laptop::SocketPlace place = laptop::socketPlace();
+    if (place.isFallback && !laptop::isPrivate(place.folder)) return nullptr;
+    const auto identity = laptop::identityOf(place.socket());
+    if (!identity || (identity == silentLaptop.socket && Clock::now() < silentLaptop.forgotten)) return nullptr;
+    FileDescriptor socket = connectedSocket(place);
     if (!socket) return nullptr;
-    std::shared_ptr<LaptopConnection> connection(new LaptopConnection(std::move(socket)));
+    std::shared_ptr<LaptopConnection> connection(new LaptopConnection(std::move(socket), *identity));
     return connection->receiveHellos() ? connection : nullptr;
 }
 
@@ -84,7 +89,7 @@ bool LaptopConnection::waitForInput() {
     const bool ready = quiverly::waitForInput({&input, 1}, patience);
     const auto now = Clock::now();
     patience -= std::min(patience, now - begin);
-    if (!ready) distrustedUntil = now + std::chrono::seconds(1);
+    if (!ready) silentLaptop = {.socket = identity, .forgotten = now + std::chrono::seconds(1)};
     return ready;
 }
 

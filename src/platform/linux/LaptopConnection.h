@@ -2,11 +2,14 @@
 
 #include <chrono>
 #include <memory>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/SensorSource.h"
 #include "platform/linux/laptop_protocol.h"
+#include "platform/linux/laptop_socket.h"
 
 namespace quiverly {
 
@@ -30,7 +33,8 @@ public:
     sensors::Reading readReport(std::span<std::uint8_t> buffer) const;
 
 private:
-    explicit LaptopConnection(FileDescriptor socket) : socket(std::move(socket)) {}
+    LaptopConnection(FileDescriptor socket, const laptop::SocketIdentity& identity)
+        : socket(std::move(socket)), identity(identity) {}
 
     bool receiveHellos();
     template<class Answer>
@@ -40,6 +44,7 @@ private:
     std::nullopt_t end();
 
     FileDescriptor socket;
+    laptop::SocketIdentity identity;
     std::vector<laptop::ServiceHello> hellos;
     bool ended = false;
     std::chrono::nanoseconds patience = std::chrono::milliseconds(250); // what is left of it

@@ -38,6 +38,12 @@ sockaddr_un socketAddress(const std::filesystem::path& path) {
     return address;
 }
 
+std::optional<SocketIdentity> identityOf(const std::filesystem::path& socket) {
+    struct stat status = {};
+    if (::lstat(socket.c_str(), &status) != 0 || !S_ISSOCK(status.st_mode)) return std::nullopt;
+    return SocketIdentity(status.st_dev, status.st_ino, status.st_ctim.tv_sec, status.st_ctim.tv_nsec);
+}
+
 bool peerIs(int socket, uid_t user) {
     ucred peer = {};
     socklen_t size = sizeof peer;

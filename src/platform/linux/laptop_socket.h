@@ -4,6 +4,8 @@
 #include <sys/un.h>
 
 #include <filesystem>
+#include <optional>
+#include <tuple>
 
 // Where the socket of the simulated laptop is, and whom both of its ends trust: the user they run as, nobody else.
 namespace quiverly::laptop {
@@ -24,6 +26,10 @@ bool isPrivate(const std::filesystem::path& folder);
 
 // The path holds at most 107 bytes, as that of a SocketPlace does.
 sockaddr_un socketAddress(const std::filesystem::path& path);
+
+// Tells a socket from another one that took its place: device, inode, time of its last change.
+using SocketIdentity = std::tuple<dev_t, ino_t, time_t, long>;
+std::optional<SocketIdentity> identityOf(const std::filesystem::path& socket); // nothing when there is none
 
 // Whether the program at the other end of a connected socket runs as that user.
 bool peerIs(int socket, uid_t user);
