@@ -1,11 +1,12 @@
 #include "tools/simulate/Command.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <optional>
 #include <span>
 #include <vector>
+
+#include "tools/replay/Decimal.h"
 
 namespace quiverly::command {
 
@@ -23,13 +24,6 @@ std::vector<std::string_view> wordsOf(std::string_view line) {
     return words;
 }
 
-std::optional<double> number(std::string_view word) {
-    double value = 0.0;
-    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value, std::chars_format::fixed);
-    const bool whole = error == std::errc() && end == word.data() + word.size();
-    return whole && std::isfinite(value) ? std::optional(value) : std::nullopt;
-}
-
 using Words = std::span<const std::string_view>;
 using Result = std::variant<Command, Mistake>;
 
@@ -40,7 +34,7 @@ struct Range {
 };
 
 std::optional<Mistake> read(std::string_view word, const Range& range, double& value) {
-    const auto read = number(word);
+    const auto read = Decimal::finiteNumber(word);
     if (read && *read > range.least && *read <= range.most) {
         value = *read;
         return std::nullopt;
@@ -70,9 +64,9 @@ Result slap(Words words) {
 Result tilt(Words words) {
     const Mistake usage{"usage: tilt X Y Z, the direction in which a sensor at rest feels its 1 g, not all zero"};
     if (words.size() != 3) return usage;
-    const auto x = number(words[0]);
-    const auto y = number(words[1]);
-    const auto z = number(words[2]);
+    const auto x = Decimal::finiteNumber(words[0]);
+    const auto y = Decimal::finiteNumber(words[1]);
+    const auto z = Decimal::finiteNumber(words[2]);
     if (!x || !y || !z) return usage;
     const double length = std::hypot(*x, *y, *z);
     if (length < 1e-9 || length > 1e9) return usage;
@@ -106,7 +100,7 @@ Result parseWords(Words words) {
 } // namespace
 
 const std::string_view help = R"(Commands:
-  slap PEAK [FREQUENCY [DECAY]]  slap: g, Hz (18), seconds (0.08)
+  slap PEAK [FREQUENCY [DECAY]]  slap: g, Hz (18), seconds (0.05)
   type, walk                     somebody types, or carries the laptop, until rest
   rest                           lies still
   tilt X Y Z                     lies turned, with its 1 g in that direction
@@ -128,7 +122,7 @@ std::variant<Command, Mistake> parse(std::string_view line) {
 std::variant<Timed, Mistake> parseTimed(std::string_view line) {
     constexpr double longest = 1e9; // seconds
     const auto words = wordsOf(line);
-    const auto seconds = words.empty() ? std::nullopt : number(words.front());
+    const auto seconds = words.empty() ? std::nullopt : Decimal::finiteNumber(words.front());
     if (!seconds || *seconds < 0.0 || *seconds > longest) {
         return Mistake{"a line begins with the time of its command, in seconds"};
     }

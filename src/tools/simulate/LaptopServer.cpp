@@ -1,5 +1,6 @@
 #include "tools/simulate/LaptopServer.h"
 
+#include <fcntl.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -50,11 +51,24 @@ void LaptopServer::handleInputs(std::span<const pollfd> inputs) {
 
 void LaptopServer::accept() {
     FileDescriptor socket(::accept4(listener.descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-    if (!socket) return;
+    if (!socket) return turnAway();
     if (!laptop::peerIs(socket.get(), ::geteuid())) return say("another user's program was turned away");
     if (!sendHellos(socket.get())) return;
     clients.push_back({.socket = std::move(socket), .number = ++clientsSoFar});
     say("client " + std::to_string(clientsSoFar) + " came");
+}
+
+FileDescriptor LaptopServer::openSpare() {
+    return FileDescriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+}
+
+// A client that nobody takes in would keep the laptop awake for ever.
+void LaptopServer::turnAway() {
+    if (errno != EMFILE && errno != ENFILE) return;
+    spare.reset();
+    FileDescriptor(::accept4(listener.descriptor(), nullptr, nullptr, SOCK_CLOEXEC)).reset();
+    spare = openSpare();
+    say("too many open files: a client was turned away");
 }
 
 void LaptopServer::handle(Client& client) {

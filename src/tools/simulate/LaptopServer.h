@@ -28,7 +28,6 @@ public:
 
     std::optional<std::string> appear(); // nothing, or why the socket cannot be shown
     void vanish();
-    bool isThere() const { return listener.descriptor() >= 0; }
     std::string address() const { return listener.path().string(); }
 
     void setPermitted(bool permitted) { openError = permitted ? 0 : notPermitted; }
@@ -53,7 +52,9 @@ private:
 
     static const int notPermitted;
 
+    static FileDescriptor openSpare();
     void accept();
+    void turnAway();
     void handle(Client& client);
     bool answer(Client& client, const laptop::Message& message);
     int writeProperty(const laptop::PropertyWrite& write);
@@ -63,6 +64,7 @@ private:
 
     std::function<void(const std::string& event)> say;
     ListeningSocket listener;
+    FileDescriptor spare = openSpare(); // lets a client in to turn it away when no descriptor is left
     SensorDriver driver;
     std::vector<Client> clients;
     int clientsSoFar = 0;

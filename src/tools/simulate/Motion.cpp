@@ -13,7 +13,7 @@ constexpr double inaudible = 0.0001;     // g; a blow that rings less is over
 constexpr double turn = 2.0 * std::numbers::pi;
 
 // Carrying a laptop: the body rises and falls with each step, and each heel sends a jolt.
-constexpr int stepReports = 550;
+constexpr int stepReports = 600;
 constexpr double bodyHeave = 0.08; // g
 constexpr Blow heelStrike{.peak = 0.25, .frequency = 12.0, .decay = 0.05};
 

@@ -19,7 +19,7 @@ struct Acceleration {
 struct Blow {
     double peak;             // g
     double frequency = 18.0; // Hz
-    double decay = 0.08;     // seconds
+    double decay = 0.05;     // seconds
 };
 
 // How the laptop is moved: what an ideal sensor at rest, slapped, typed on or carried would feel, plus its noise.

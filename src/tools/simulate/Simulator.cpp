@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <ostream>
+#include <utility>
 
 #include "platform/linux/input.h"
 #include "tools/simulate/wire_report.h"
@@ -23,7 +24,10 @@ Simulator::Simulator(Options options, std::ostream& output, std::ostream& errors
     : options(std::move(options)), output(output), errors(errors), motion(this->options.seed) {}
 
 bool Simulator::open() {
-    if (const auto error = server.appear()) {
+    if (options.recording) recording = std::make_unique<RecordingPlayer>(*options.recording);
+    const auto problem = recording ? recording->problem() : std::nullopt;
+    const auto error = problem ? problem : server.appear();
+    if (error) {
         complain(*error);
         return false;
     }
@@ -31,18 +35,20 @@ bool Simulator::open() {
     return true;
 }
 
-void Simulator::run(int commands, int interruptions) {
+bool Simulator::run(int commands, int interruptions) {
     std::vector<pollfd> inputs;
     while (!finished) {
         inputs = {inputOf(commands), inputOf(interruptions)};
         server.addInputs(inputs);
         waitForInput(inputs, untilNext());
+        skipSilence();
         server.handleInputs(std::span(inputs).subspan(2));
         if (inputs[0].revents != 0) readCommands(commands);
         if (inputs[1].revents != 0) finished = true;
         catchUp();
     }
     server.vanish();
+    return !failed;
 }
 
 Simulator::Milliseconds Simulator::now() const {
@@ -51,10 +57,13 @@ Simulator::Milliseconds Simulator::now() const {
 
 std::chrono::nanoseconds Simulator::untilNext() const {
     if (isReporting()) return origin + next - Clock::now();
-    if (scriptBegin && !options.script.empty()) {
-        return origin + *scriptBegin + options.script.front().due - Clock::now();
-    }
+    if (begin && !options.script.empty()) return origin + *begin + options.script.front().due - Clock::now();
     return forever;
+}
+
+// Time during which nobody listened needs no catching up.
+void Simulator::skipSilence() {
+    if (!isReporting()) next = std::max(next, now());
 }
 
 void Simulator::readCommands(int& commands) {
@@ -62,7 +71,7 @@ void Simulator::readCommands(int& commands) {
     const ssize_t length = ::read(commands, bytes.data(), bytes.size());
     if (length <= 0) {
         commands = -1;
-        return;
+        return obeyLine(std::exchange(unfinishedLine, {}));
     }
     for (const char byte : std::span(bytes).first(static_cast<std::size_t>(length))) {
         if (byte == '\n') {
@@ -85,22 +94,39 @@ void Simulator::catchUp() {
     const Milliseconds end = now();
     next = std::max(next, end - longestBacklog);
     for (; next <= end && !finished; ++next) {
-        if (isReporting() && !scriptBegin) scriptBegin = next;
+        if (isReporting() && !begin) begin = next;
         obeyScript();
-        if (isReporting()) sendReport();
+        if (isReporting()) sendReports();
     }
 }
 
 void Simulator::obeyScript() {
-    while (scriptBegin && !options.script.empty() && *scriptBegin + options.script.front().due <= next) {
-        const command::Command command = options.script.front().command;
-        options.script.pop_front();
+    Script& script = options.script;
+    while (begin && !script.empty() && *begin + script.front().due <= next) {
+        const command::Command command = script.front().command;
+        script.pop_front();
         obey(command);
     }
 }
 
-void Simulator::sendReport() {
-    server.report(wireReport(motion.next(), ++reports));
+void Simulator::sendReports() {
+    if (recording) {
+        playRecording();
+    } else {
+        server.report(wireReport(motion.next(), ++reports));
+    }
+}
+
+void Simulator::playRecording() {
+    while (const auto report = recording->take(next - *begin)) server.report(*report);
+    if (!recording->hasEnded()) return;
+    if (const auto problem = recording->problem()) {
+        complain(*problem);
+        finished = failed = true;
+    }
+    say("the recording has ended");
+    recording.reset();
+    asleep = true;
 }
 
 void Simulator::obey(const command::Command& command) {
@@ -109,6 +135,7 @@ void Simulator::obey(const command::Command& command) {
 
 void Simulator::apply(const command::Slap& slap) {
     if (!isReporting()) return complain("nobody listens to the sensor: the slap is lost");
+    if (recording) return complain("a recording is played: the slap is lost");
     motion.slap(slap.blow);
     say("slap of " + std::to_string(slap.blow.peak) + " g");
 }

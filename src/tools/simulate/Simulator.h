@@ -3,12 +3,14 @@
 #include <chrono>
 #include <cstdint>
 #include <iosfwd>
+#include <memory>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "tools/simulate/Command.h"
 #include "tools/simulate/LaptopServer.h"
 #include "tools/simulate/Motion.h"
+#include "tools/simulate/RecordingPlayer.h"
 #include "tools/simulate/Script.h"
 
 namespace quiverly {
@@ -16,23 +18,27 @@ namespace quiverly {
 // The simulated laptop as a whole: its time, its commands, its motion, its sensor. One thread.
 //
 // It has a clock of milliseconds; at each of them the commands of the script that are due are obeyed and, when somebody
-// listens, one report is sent. Time 0 of the script is the first report that anybody gets.
+// listens, one report is sent, or those of the recording that are due. Time 0 of script and recording is the first
+// report that anybody gets. After the end of the recording the laptop sleeps; awake again, it feels for itself.
 class Simulator {
 public:
     struct Options {
         std::uint64_t seed = 0;
         bool verbose = false;
         Script script;
+        std::optional<std::string> recording; // a file whose reports are sent instead of what the laptop feels
     };
 
     Simulator(Options options, std::ostream& output, std::ostream& errors);
 
-    // Shows the socket and says so on the output; false, with the reason among the errors, when it cannot.
+    // Shows the socket and says so on the output, the first line there. False, with the reason among the errors, when
+    // it cannot be shown or the recording is unusable from its first line on.
     bool open();
 
     // Obeys the lines that come in at `commands` until one is "quit" or `interruptions` has anything to read. The end
-    // of the commands is not the end of the laptop.
-    void run(int commands, int interruptions);
+    // of the commands is not the end of the laptop. False, with the reason among the errors, when the recording turns
+    // out to be unusable.
+    bool run(int commands, int interruptions);
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -41,11 +47,13 @@ private:
     Milliseconds now() const;
     std::chrono::nanoseconds untilNext() const;
     bool isReporting() const { return server.isReporting() && !asleep; }
+    void skipSilence();
     void readCommands(int& commands);
     void obeyLine(const std::string& line);
     void catchUp();
     void obeyScript();
-    void sendReport();
+    void sendReports();
+    void playRecording();
 
     void obey(const command::Command& command);
     void apply(const command::Slap& slap);
@@ -69,12 +77,14 @@ private:
     std::ostream& errors;
     LaptopServer server{[this](const std::string& event) { say(event); }};
     Motion motion;
+    std::unique_ptr<RecordingPlayer> recording;
     const Clock::time_point origin = Clock::now();
-    Milliseconds next{0}; // the next millisecond to live through
-    std::optional<Milliseconds> scriptBegin;
+    Milliseconds next{0};              // the next millisecond to live through
+    std::optional<Milliseconds> begin; // when the first report was sent
     std::uint32_t reports = 0;
     bool asleep = false;
     bool finished = false;
+    bool failed = false;
     std::string unfinishedLine;
 };
 

@@ -27,11 +27,12 @@ int help() {
     std::cout << R"(Usage: quiverly-simulate [OPTIONS]
 Simulates a laptop with a motion sensor for Quiverly and obeys commands on standard input, whose end is not its end.
 
-  --script FILE   obey timed commands, such as "2.5 slap 0.6"; time 0 is the first report that anybody gets
-  --seed NUMBER   of the sensor's noise (0)
-  --verbose       tell what happens
-  --help          print this text
-  --version       print the version
+  --script FILE     obey timed commands, such as "2.5 slap 0.6"; time 0 is the first report that anybody gets
+  --recording FILE  send the reports of a recording at their times, then sleep
+  --seed NUMBER     of the sensor's noise (0)
+  --verbose         tell what happens
+  --help            print this text
+  --version         print the version
 
 )" << command::help;
     return 0;
@@ -45,11 +46,15 @@ std::optional<std::uint64_t> seedOf(std::string_view text) {
 
 // The options, or the status with which to end.
 std::variant<Simulator::Options, int> parse(int argc, char** argv) {
-    enum Option { script = 1, seed, verbose, askHelp, askVersion };
+    enum Option { script = 1, recording, seed, verbose, askHelp, askVersion };
     const option known[] = {
-        {"script", required_argument, nullptr, script}, {"seed", required_argument, nullptr, seed},
-        {"verbose", no_argument, nullptr, verbose},     {"help", no_argument, nullptr, askHelp},
-        {"version", no_argument, nullptr, askVersion},  {nullptr, 0, nullptr, 0},
+        {"script", required_argument, nullptr, script},
+        {"recording", required_argument, nullptr, recording},
+        {"seed", required_argument, nullptr, seed},
+        {"verbose", no_argument, nullptr, verbose},
+        {"help", no_argument, nullptr, askHelp},
+        {"version", no_argument, nullptr, askVersion},
+        {nullptr, 0, nullptr, 0},
     };
     Simulator::Options options;
     // NOLINTNEXTLINE(concurrency-mt-unsafe): the only thread
@@ -61,6 +66,10 @@ std::variant<Simulator::Options, int> parse(int argc, char** argv) {
             options.script = std::move(std::get<Script>(read));
             break;
         }
+        case recording:
+            if (std::string_view(optarg) == "-") return fail("standard input is for commands: name a recording");
+            options.recording = optarg;
+            break;
         case seed: {
             const auto read = seedOf(optarg);
             if (!read) return fail("--seed takes a whole number of 64 bits, not \"" + std::string(optarg) + '"');
@@ -101,7 +110,5 @@ int main(int argc, char** argv) {
     if (const int* status = std::get_if<int>(&options)) return *status;
     const FileDescriptor ends = interruptions();
     Simulator simulator(std::move(std::get<Simulator::Options>(options)), std::cout, std::cerr);
-    if (!simulator.open()) return 1;
-    simulator.run(STDIN_FILENO, ends.get());
-    return 0;
+    return simulator.open() && simulator.run(STDIN_FILENO, ends.get()) ? 0 : 1;
 }

@@ -28,7 +28,7 @@ WireReport wireReport(const Acceleration& acceleration, std::uint32_t number) {
     put(report, 6, raw(acceleration.x));
     put(report, 10, raw(acceleration.y));
     put(report, 14, raw(acceleration.z));
-    put(report, 18, ~number);
+    put(report, 18, number ^ 0x5A5A5A5A);
     return report;
 }
 

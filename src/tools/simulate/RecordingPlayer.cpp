@@ -1,0 +1,36 @@
+#include "tools/simulate/RecordingPlayer.h"
+
+#include <utility>
+
+namespace quiverly {
+
+RecordingPlayer::RecordingPlayer(const std::string& file)
+    : name(file),
+      file(file),
+      source([this](std::span<char> chunk) { return this->file.read(chunk); }),
+      parser(source),
+      next(readReport()) {
+    if (next) begin = next->seconds;
+}
+
+std::optional<std::vector<std::uint8_t>> RecordingPlayer::take(std::chrono::milliseconds sinceFirst) {
+    if (!next || std::chrono::duration<double>(next->seconds - begin) > sinceFirst) return std::nullopt;
+    return std::exchange(next, readReport())->bytes;
+}
+
+std::optional<std::string> RecordingPlayer::problem() const {
+    if (file.error()) return name + ": " + file.error().message();
+    if (parser.problem()) return name + ':' + std::to_string(parser.lineNumber()) + ": " + *parser.problem();
+    return std::nullopt;
+}
+
+std::optional<RecordingPlayer::Report> RecordingPlayer::readReport() {
+    while (auto line = parser.next()) {
+        if (auto* report = std::get_if<action::Report>(&line->action)) {
+            return Report{.seconds = line->seconds, .bytes = std::move(report->bytes)};
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace quiverly
