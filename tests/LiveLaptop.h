@@ -6,35 +6,19 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <mutex>
 #include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "RuntimeFolder.h"
 #include "Waiting.h"
 #include "platform/linux/FileDescriptor.h"
 #include "tools/simulate/Simulator.h"
 
 namespace quiverly {
-
-// A private folder that is $XDG_RUNTIME_DIR while this lives.
-class RuntimeFolder {
-public:
-    RuntimeFolder() {
-        std::string name = "/tmp/quiverly-test-XXXXXX";
-        folder = ::mkdtemp(name.data());
-        ::setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
-    }
-    ~RuntimeFolder() { std::filesystem::remove_all(folder); }
-    RuntimeFolder(const RuntimeFolder&) = delete;
-    RuntimeFolder& operator=(const RuntimeFolder&) = delete;
-
-    const std::filesystem::path& path() const { return folder; }
-
-private:
-    std::filesystem::path folder;
-};
 
 // The simulated laptop on a thread of this program.
 class LiveLaptop {
