@@ -19,7 +19,7 @@ std::vector<std::filesystem::path> clipsOf(SoundPack pack) {
     auto clips = bundle::files("mp3", std::filesystem::path("audio") / pack.folder());
     if (!clips) clips = bundle::files("mp3", pack.folder());
     if (!clips) return {};
-    std::ranges::sort(*clips, [](const auto& a, const auto& b) {
+    std::sort(clips->begin(), clips->end(), [](const auto& a, const auto& b) {
         return bundle::precedes(a.filename().string(), b.filename().string());
     });
     return *std::move(clips);
@@ -63,11 +63,12 @@ void SoundPlayer::playHardwarePreview(double amplitude) {
 }
 
 const SoundPlayer::Path& SoundPlayer::previewFile() const {
-    const auto named = std::ranges::find(files, "28.mp3", &Path::filename);
-    if (named != files.end()) return *named;
-    const auto similar = std::ranges::find_if(
-        files, [](const Path& file) { return file.filename().string().find("28") != std::string::npos; });
-    if (similar != files.end()) return *similar;
+    for (const Path& file : files) {
+        if (file.filename() == "28.mp3") return file;
+    }
+    for (const Path& file : files) {
+        if (file.filename().string().find("28") != std::string::npos) return file;
+    }
     return files[files.size() / 5];
 }
 

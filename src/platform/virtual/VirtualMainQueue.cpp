@@ -26,7 +26,8 @@ void VirtualMainQueue::advance(double seconds) {
 
 void VirtualMainQueue::postAfter(double seconds, mainQueue::Job job) {
     const double due = clock + seconds;
-    const auto after = std::ranges::upper_bound(delayed, due, {}, &Delayed::due);
+    const auto after =
+        std::find_if(delayed.begin(), delayed.end(), [due](const Delayed& other) { return other.due > due; });
     delayed.insert(after, {due, std::move(job)});
 }
 

@@ -129,7 +129,7 @@ bool VirtualRegistry::runLoop(double seconds) {
     const auto scheduledHere = [](const VirtualDevice* device) {
         return device->isScheduled && device->thread == VirtualThreads::current();
     };
-    const auto found = std::ranges::find_if(openDevices, scheduledHere);
+    const auto found = std::find_if(openDevices.begin(), openDevices.end(), scheduledHere);
     if (!pending || found == openDevices.end()) return false;
 
     const VirtualDevice& device = **found;

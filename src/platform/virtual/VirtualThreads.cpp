@@ -62,7 +62,8 @@ void VirtualThreads::turn() {
 }
 
 std::size_t VirtualThreads::looping() const {
-    return static_cast<std::size_t>(std::ranges::count(threads, false, &Thread::ended));
+    return static_cast<std::size_t>(
+        std::count_if(threads.begin(), threads.end(), [](const Thread* thread) { return !thread->ended; }));
 }
 
 const Thread* VirtualThreads::current() {
