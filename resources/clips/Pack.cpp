@@ -1,0 +1,46 @@
+#include "Pack.h"
+
+#include "Mp3.h"
+#include "synthesis/Mastering.h"
+
+namespace quiverly::clips {
+
+namespace {
+
+constexpr double meanLoudness = -16; // LUFS, momentary
+constexpr double loudnessRise = 2.4; // LU from the first to the last clip of a pack that escalates
+
+double wantedLoudness(const Pack& pack, std::size_t index) {
+    if (!pack.name.escalates()) {
+        return meanLoudness;
+    }
+    const double along = static_cast<double>(index) / static_cast<double>(pack.clips.size() - 1);
+    return meanLoudness + loudnessRise * (along - 0.5);
+}
+
+} // namespace
+
+std::vector<Pack> allPacks() {
+    return {painPack(), sexyPack(), haloPack(), lizardPack()};
+}
+
+Stereo rendered(const Pack& pack, std::size_t index) {
+    const Clip& clip = pack.clips[index];
+    Random random(clip.seed);
+    return mastered(clip.compose(random), wantedLoudness(pack, index));
+}
+
+void makeAll(const std::filesystem::path& folder) {
+    for (const Pack& pack : allPacks()) {
+        std::filesystem::create_directories(folder / pack.name.folder());
+        for (std::size_t i = 0; i < pack.clips.size(); ++i) {
+            writeMp3(folder / fileOf(pack, i), rendered(pack, i), pack.clips[i].title);
+        }
+    }
+}
+
+std::filesystem::path fileOf(const Pack& pack, std::size_t index) {
+    return std::filesystem::path(pack.name.folder()) / (std::to_string(index + 1) + ".mp3");
+}
+
+} // namespace quiverly::clips

@@ -1,0 +1,39 @@
+#include "instruments/Harp.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "synthesis/Filter.h"
+#include "synthesis/Oscillator.h"
+
+namespace quiverly::clips {
+
+namespace {
+
+constexpr double damperSeconds = 0.03; // in which a hand silences the string
+
+} // namespace
+
+Signal plucked(double hertz, double seconds, double brightness, Random& random) {
+    const double period = sampleRate / hertz;
+    const auto whole = static_cast<std::size_t>(period - 0.5);
+    const double part = period - 0.5 - static_cast<double>(whole); // half a sample is the averaging's own delay
+    Signal string =
+        lowPassed(hiss((static_cast<double>(whole) + 1.5) / sampleRate, random), hertz * (3 + 40 * brightness));
+    const double ringing = std::pow(10, -3 / (hertz * (0.5 + 2.5 * std::exp(-hertz / 500))));
+    std::size_t position = 0;
+    double averaged = 0;
+    Signal out = shaped(seconds, [&](double) {
+        const double oldest = string[position];
+        const double next = string[(position + 1) % string.size()];
+        const double delayed = next + part * (oldest - next);
+        const double sample = ringing * 0.5 * (delayed + averaged);
+        averaged = delayed;
+        string[position] = sample;
+        position = (position + 1) % string.size();
+        return sample;
+    });
+    return normalised(faded(std::move(out), {{1 - std::min(0.5, damperSeconds / seconds), 1}, {1, 0}}));
+}
+
+} // namespace quiverly::clips

@@ -1,0 +1,167 @@
+#include "instruments/Voice.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+
+#include "synthesis/Filter.h"
+#include "synthesis/Oscillator.h"
+#include "synthesis/Vibrato.h"
+
+namespace quiverly::clips {
+
+namespace {
+
+constexpr std::size_t retuneEvery = 32; // samples between two positions of the mouth
+constexpr double edgeHertz = 1400;      // above which a shout is stronger than speech,
+constexpr double edgeAtMost = 7;        // by so much at full tension
+
+// The vocal folds: one pulse of air flow per period, as its derivative, which is what the lips radiate.
+class Folds {
+public:
+    Folds(double roughness, Random& random) : roughness_(roughness), random_(random) {}
+
+    // The next sample; openness() then tells how far the folds are apart.
+    double operator()(double hertz, double tension) {
+        const double step = std::clamp(hertz * timing_ / sampleRate, 1e-5, 0.25);
+        phase_ += step;
+        if (phase_ >= 1) {
+            phase_ -= 1;
+            startPulse();
+        }
+        const double openPart = 0.75 - 0.3 * tension;
+        const double opened = phase_ / openPart;
+        const double sinceClosing = std::fmod(phase_ - openPart + 1, 1);
+        openness_ = opened < 1 ? 6.75 * opened * opened * (1 - opened) : 0;
+        const double flow = opened < 1 ? 2 * opened - 3 * opened * opened : 0;
+        return strength_ * (flow + smoothedJump(sinceClosing, step));
+    }
+
+    double openness() const { return openness_; }
+
+private:
+    static constexpr double jitter = 0.006; // of one period, as in a healthy voice
+
+    void startPulse() {
+        weak_ = !weak_;
+        timing_ = 1 + (jitter + 0.12 * roughness_) * random_.noise();
+        strength_ = (weak_ ? 1 - 0.55 * roughness_ : 1) * (1 + 0.25 * roughness_ * random_.noise());
+    }
+
+    double roughness_;
+    Random& random_;
+    double phase_ = 0;
+    double timing_ = 1;
+    double strength_ = 1;
+    double openness_ = 0;
+    bool weak_ = false;
+};
+
+// A pole pair with gain 1 at 0 Hz, so that a row of them makes the loudnesses of the resonances by itself.
+class Resonance {
+public:
+    void tune(double hertz, double width) {
+        const double radius = std::exp(-std::numbers::pi * width / sampleRate);
+        older_ = -radius * radius;
+        newer_ = 2 * radius * std::cos(2 * std::numbers::pi * hertz / sampleRate);
+    }
+
+    double operator()(double sample) {
+        const double out = (1 - newer_ - older_) * sample + newer_ * last_ + older_ * beforeLast_;
+        beforeLast_ = last_;
+        last_ = out;
+        return out;
+    }
+
+private:
+    double newer_ = 0;
+    double older_ = 0;
+    double last_ = 0;
+    double beforeLast_ = 0;
+};
+
+// The row of resonances from the throat to the lips.
+class Tract {
+public:
+    explicit Tract(double scale) : scale_(scale) {}
+
+    void shape(const std::array<double, 3>& formants) {
+        for (std::size_t i = 0; i < resonances_.size(); ++i) {
+            // Above the third, resonances are a tube's: one every thousand hertz.
+            const double hertz = i < 3 ? formants[i] : 500 + 1000 * static_cast<double>(i);
+            const double width = 50 + 0.03 * hertz + 8e-6 * hertz * hertz;
+            resonances_[i].tune(std::min(scale_ * hertz, 0.48 * sampleRate), scale_ * width);
+        }
+    }
+
+    double operator()(double sample) {
+        for (Resonance& resonance : resonances_) {
+            sample = resonance(sample);
+        }
+        return sample;
+    }
+
+private:
+    double scale_;
+    std::array<Resonance, 9> resonances_;
+};
+
+std::array<double, 3> formantsAt(const std::vector<Voice::Mouth>& mouth, double along) {
+    const auto next = std::find_if(mouth.begin(), mouth.end(), [along](const auto& shape) { return shape.at > along; });
+    if (next == mouth.begin()) {
+        return mouth.front().vowel.formants;
+    }
+    const Voice::Mouth& before = *(next - 1);
+    if (next == mouth.end()) {
+        return before.vowel.formants;
+    }
+    std::array<double, 3> formants{};
+    for (std::size_t i = 0; i < formants.size(); ++i) {
+        const Gesture move{{before.at, before.vowel.formants[i]}, {next->at, next->vowel.formants[i]}};
+        formants[i] = move(along);
+    }
+    return formants;
+}
+
+// A singer's own evening out: whatever vowel and pitch do to the loudness, most of it is taken back, so that the
+// gesture of loudness is what one hears.
+Signal evened(Signal sound) {
+    constexpr double followHertz = 12;
+    constexpr double share = 0.6;
+    const double following = 1 - std::exp(-2 * std::numbers::pi * followHertz / sampleRate);
+    const double rest = 0.02 * peakOf(sound);
+    double power = rest * rest;
+    for (double& sample : sound) {
+        power += following * (sample * sample - power);
+        sample /= std::pow(std::sqrt(power) + rest, share);
+    }
+    return normalised(std::move(sound));
+}
+
+} // namespace
+
+Signal sing(const Voice& voice, Random& random) {
+    Folds folds(voice.roughness, random);
+    Tract tract(voice.tract);
+    Filter tilt;
+    Filter edge;
+    edge.tune(edgeHertz, 0.6);
+    std::size_t sampleIndex = 0;
+    Vibrato vibrato(voice.vibrato, voice.vibratoRate);
+    Signal sound = shaped(voice.seconds, [&](double along) {
+        const double tension = voice.tension(along);
+        if (sampleIndex++ % retuneEvery == 0) {
+            tract.shape(formantsAt(voice.mouth, along));
+            tilt.tune(1400 * std::exp2(3.3 * tension), 0.7);
+        }
+        const double soft = tilt(folds(voice.pitch(along) * vibrato(along), tension)).low;
+        const double pulses = soft + edgeAtMost * tension * tension * edge(soft).high;
+        const double breath = voice.breath(along);
+        const double air = 0.5 * breath * random.noise() * (0.5 + 0.5 * folds.openness());
+        return tract((1 - breath) * pulses + air);
+    });
+    return normalised(faded(evened(std::move(sound)), voice.loudness));
+}
+
+} // namespace quiverly::clips

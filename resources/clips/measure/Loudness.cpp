@@ -1,0 +1,65 @@
+#include "measure/Loudness.h"
+
+#include <ebur128.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <stdexcept>
+
+namespace quiverly::clips {
+
+namespace {
+
+constexpr std::size_t hop = 480;             // samples between two windows: 10 ms
+constexpr std::size_t windowTail = 40 * hop; // silence after the clip, so that the last window is whole
+
+struct Release {
+    void operator()(ebur128_state* state) const { ebur128_destroy(&state); }
+};
+using Meter = std::unique_ptr<ebur128_state, Release>;
+
+Meter meter(int mode) {
+    Meter meter(ebur128_init(2, static_cast<unsigned long>(sampleRate), mode));
+    if (!meter) {
+        throw std::runtime_error("The loudness meter could not be made.");
+    }
+    return meter;
+}
+
+std::vector<double> interleaved(const Stereo& sound, std::size_t silence) {
+    std::vector<double> frames(2 * (sound.left.size() + silence));
+    for (std::size_t i = 0; i < sound.left.size(); ++i) {
+        frames[2 * i] = sound.left[i];
+        frames[2 * i + 1] = sound.right[i];
+    }
+    return frames;
+}
+
+} // namespace
+
+double momentaryLoudness(const Stereo& sound) {
+    const Meter state = meter(EBUR128_MODE_M);
+    const std::vector<double> frames = interleaved(sound, windowTail);
+    double greatest = -HUGE_VAL;
+    for (std::size_t start = 0; start + 2 * hop <= frames.size(); start += 2 * hop) {
+        ebur128_add_frames_double(state.get(), &frames[start], hop);
+        double loudness = 0;
+        ebur128_loudness_momentary(state.get(), &loudness);
+        greatest = std::max(greatest, loudness);
+    }
+    return greatest;
+}
+
+double truePeak(const Stereo& sound) {
+    const Meter state = meter(EBUR128_MODE_TRUE_PEAK);
+    const std::vector<double> frames = interleaved(sound, hop);
+    ebur128_add_frames_double(state.get(), frames.data(), frames.size() / 2);
+    double left = 0;
+    double right = 0;
+    ebur128_true_peak(state.get(), 0, &left);
+    ebur128_true_peak(state.get(), 1, &right);
+    return 20 * std::log10(std::max(left, right));
+}
+
+} // namespace quiverly::clips

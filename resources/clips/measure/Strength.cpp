@@ -1,0 +1,70 @@
+#include "measure/Strength.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "measure/Loudness.h"
+#include "measure/PitchTrack.h"
+#include "measure/Spectrogram.h"
+
+namespace quiverly::clips {
+
+namespace {
+
+constexpr double soundingBelowLoudest = 40; // dB below the loudest band of the clip in which a band still sounds
+constexpr double lowShare = 0.1;            // of the pitches are left out below the range, and as many above
+
+// The mean of the bands on the ear's scale of octaves, each weighed by the root of its power, which is nearer to how
+// loud it is heard than the power.
+double brightnessOf(const std::vector<Spectrum>& columns) {
+    double weights = 0;
+    double sum = 0;
+    for (const Spectrum& column : columns) {
+        for (std::size_t band = 0; band < spectrumBands; ++band) {
+            const double weight = std::sqrt(column[band]);
+            weights += weight;
+            sum += weight * std::log2(bandHertz(band));
+        }
+    }
+    return weights > 0 ? std::exp2(sum / weights) : 0;
+}
+
+double densityOf(const std::vector<Spectrum>& columns) {
+    double loudest = 0;
+    for (const Spectrum& column : columns) {
+        loudest = std::max(loudest, *std::max_element(column.begin(), column.end()));
+    }
+    const double least = loudest * std::pow(10, -soundingBelowLoudest / 10);
+    double sounding = 0;
+    for (const Spectrum& column : columns) {
+        sounding += static_cast<double>(
+            std::count_if(column.begin(), column.end(), [least](double power) { return power > least; }));
+    }
+    return sounding / static_cast<double>(columns.size());
+}
+
+double rangeOf(std::vector<double> pitches) {
+    if (pitches.empty()) {
+        return 0;
+    }
+    std::sort(pitches.begin(), pitches.end());
+    const auto at = [&pitches](double share) {
+        return pitches[static_cast<std::size_t>(share * static_cast<double>(pitches.size() - 1))];
+    };
+    return std::log2(at(1 - lowShare) / at(lowShare));
+}
+
+} // namespace
+
+double Strength::points() const {
+    return std::log2(seconds) + 0.5 * std::log2(density) + 0.3 * std::log2(brightness / 1000) + 0.25 * range +
+           loudness / 6;
+}
+
+Strength strengthOf(const Stereo& sound) {
+    const std::vector<Spectrum> columns = spectrogram(sound);
+    return {static_cast<double>(sound.left.size()) / sampleRate, momentaryLoudness(sound), brightnessOf(columns),
+            densityOf(columns), rangeOf(pitchTrack(sound))};
+}
+
+} // namespace quiverly::clips

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "synthesis/Signal.h"
+
+namespace quiverly::clips {
+
+// A second-order filter that may be retuned while it runs without clicking (the trapezoidal state-variable form, after
+// V. Zavalishin, "The Art of VA Filter Design", 2012). Frequencies in hertz; quality 0.7 is flat, 20 rings.
+class Filter {
+public:
+    struct Outputs {
+        double low;
+        double band; // gain 1 at its middle
+        double high;
+    };
+
+    void tune(double hertz, double quality);
+    Outputs operator()(double sample);
+
+private:
+    double tuning_ = 0;
+    double damping_ = 1;
+    double band_ = 0;
+    double low_ = 0;
+};
+
+Signal lowPassed(Signal signal, const Gesture& hertz, double quality = 0.7);
+Signal bandPassed(Signal signal, const Gesture& hertz, double quality);
+Signal highPassed(Signal signal, const Gesture& hertz, double quality = 0.7);
+
+} // namespace quiverly::clips

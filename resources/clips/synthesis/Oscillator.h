@@ -1,0 +1,21 @@
+#pragma once
+
+#include "synthesis/Random.h"
+#include "synthesis/Signal.h"
+#include "synthesis/Vibrato.h"
+
+namespace quiverly::clips {
+
+Signal sine(double seconds, const Gesture& hertz);
+
+// A saw wave: every harmonic, without the whistle of aliasing.
+Signal saw(double seconds, const Gesture& hertz, Vibrato vibrato = {0, 0});
+
+// White noise.
+Signal hiss(double seconds, Random& random);
+
+// What smooths a jump of an oscillator so that it does not alias, to be added with the jump's height: phase is the
+// distance from the jump, 0 to 1 around, and step is the phase passed in one sample ("PolyBLEP").
+double smoothedJump(double phase, double step);
+
+} // namespace quiverly::clips

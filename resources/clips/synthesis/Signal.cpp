@@ -1,0 +1,59 @@
+#include "synthesis/Signal.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace quiverly::clips {
+
+double peakOf(const Signal& signal) {
+    double peak = 0;
+    for (const double sample : signal) {
+        peak = std::max(peak, std::abs(sample));
+    }
+    return peak;
+}
+
+Signal normalised(Signal signal) {
+    const double peak = peakOf(signal);
+    if (peak > 0) {
+        for (double& sample : signal) {
+            sample /= peak;
+        }
+    }
+    return signal;
+}
+
+Signal faded(Signal signal, const Gesture& loudness) {
+    for (std::size_t i = 0; i < signal.size(); ++i) {
+        signal[i] *= loudness(static_cast<double>(i) / static_cast<double>(signal.size()));
+    }
+    return signal;
+}
+
+void add(Signal& sum, const Signal& part, double at, double gain) {
+    const std::size_t start = samplesIn(at);
+    sum.resize(std::max(sum.size(), start + part.size()));
+    for (std::size_t i = 0; i < part.size(); ++i) {
+        sum[start + i] += gain * part[i];
+    }
+}
+
+Signal saturated(Signal signal, double drive) {
+    for (double& sample : signal) {
+        sample = std::tanh(drive * sample);
+    }
+    return signal;
+}
+
+Signal fluttered(Signal signal, const Gesture& hertz, const Gesture& depth) {
+    double phase = 0;
+    for (std::size_t i = 0; i < signal.size(); ++i) {
+        const double along = static_cast<double>(i) / static_cast<double>(signal.size());
+        phase += hertz(along) / sampleRate;
+        signal[i] *= 1 - depth(along) * (0.5 - 0.5 * std::cos(2 * std::numbers::pi * phase));
+    }
+    return signal;
+}
+
+} // namespace quiverly::clips

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "synthesis/Room.h"
+#include "synthesis/Signal.h"
+
+namespace quiverly::clips {
+
+// Where the sounds of one clip are put together: each enters at its second, from its place between left and right.
+class Stage {
+public:
+    // Place -1 is far left, 0 the middle, 1 far right; the sound is equally loud everywhere.
+    Stage& play(const Signal& signal, double at = 0, double gain = 1, double place = 0);
+
+    Stereo dry() const { return sound_; }
+    Stereo in(const Room& room) const { return heardIn(room, sound_); }
+
+private:
+    Stereo sound_;
+};
+
+} // namespace quiverly::clips

@@ -1,0 +1,38 @@
+#include "synthesis/Vocoder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "synthesis/Filter.h"
+
+namespace quiverly::clips {
+
+namespace {
+
+constexpr int bands = 20;
+constexpr double lowest = 150;     // hertz
+constexpr double highest = 8000;   // hertz
+constexpr double quality = 5;      // of each band
+constexpr double followHertz = 40; // how fast a band's loudness is followed
+
+} // namespace
+
+Signal vocoded(const Signal& speech, const Signal& carrier) {
+    const std::size_t length = std::min(speech.size(), carrier.size());
+    const double smoothing = 1 - std::exp(-2 * std::numbers::pi * followHertz / sampleRate);
+    Signal sum(length);
+    for (int band = 0; band < bands; ++band) {
+        const double hertz = lowest * std::pow(highest / lowest, static_cast<double>(band) / (bands - 1));
+        const Signal heard = bandPassed(speech, hertz, quality);
+        const Signal sung = bandPassed(carrier, hertz, quality);
+        double loudness = 0;
+        for (std::size_t i = 0; i < length; ++i) {
+            loudness += smoothing * (std::abs(heard[i]) - loudness);
+            sum[i] += loudness * sung[i] * std::sqrt(hertz / lowest);
+        }
+    }
+    return normalised(std::move(sum));
+}
+
+} // namespace quiverly::clips
