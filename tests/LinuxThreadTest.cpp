@@ -43,7 +43,8 @@ TEST(LinuxThreadTest, RunsWithItsNameCutTo15BytesAndItsStack) {
                  .end = [] {}})
         .reset();
     EXPECT_STREQ(name.data(), "com.jostlix.bon");
-    EXPECT_EQ(stack, 524288U);
+    EXPECT_GE(stack, 524288U); // a sanitizer adds what it needs
+    EXPECT_LT(stack, 2 * 524288U);
 }
 
 TEST(LinuxThreadTest, LetsGoOnItsOwnThreadOfWhatTheLoopHolds) {

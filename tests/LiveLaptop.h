@@ -4,6 +4,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -76,8 +78,21 @@ public:
         return samples;
     }
 
-    void waitFor(std::size_t count) const {
-        waitUntil([&] { return all().size() >= count; });
+    std::size_t count() const {
+        const std::lock_guard lock(mutex);
+        return samples.size();
+    }
+
+    Acceleration last() const {
+        const std::lock_guard lock(mutex);
+        return samples.empty() ? Acceleration{} : samples.back();
+    }
+
+    double greatestMagnitude() const {
+        const std::lock_guard lock(mutex);
+        double greatest = 0.0;
+        for (const auto& [x, y, z] : samples) greatest = std::max(greatest, std::hypot(x, y, z));
+        return greatest;
     }
 
 private:

@@ -25,8 +25,8 @@ public:
     struct Options {
         std::uint64_t seed = 0;
         bool verbose = false;
-        Script script;
-        std::optional<std::string> recording; // a file whose reports are sent instead of what the laptop feels
+        Script script = {};
+        std::optional<std::string> recording = {}; // a file whose reports are sent instead of what the laptop feels
     };
 
     Simulator(Options options, std::ostream& output, std::ostream& errors);
