@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "Reports.h"
+#include "TemporaryFolder.h"
 #include "engine/BonkoEngine.h"
 #include "platform/virtual/VirtualPlatform.h"
 
@@ -13,10 +11,9 @@ namespace {
 TEST(RoadTest, AReportBecomesASoundingClip) {
     VirtualPlatform platform;
     platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
-    const auto root = std::filesystem::temp_directory_path() / "quiverly-road-test";
-    std::filesystem::create_directories(root / "audio" / "sexy");
-    const std::ofstream clip(root / "audio" / "sexy" / "1.mp3");
-    platform.resources.folders = {root};
+    const TemporaryFolder resources;
+    resources.addFile("audio/sexy/1.mp3");
+    platform.resources.folders = {resources.path()};
 
     BonkoEngine engine;
     engine.soundEnabled = true;
@@ -29,7 +26,6 @@ TEST(RoadTest, AReportBecomesASoundingClip) {
     ASSERT_EQ(platform.audio.sounding().size(), 1U);
     EXPECT_EQ(platform.audio.sounding()[0].file.filename(), "1.mp3");
     EXPECT_EQ(platform.audio.sounding()[0].volume, 1.0F);
-    std::filesystem::remove_all(root);
 }
 
 } // namespace

@@ -37,14 +37,16 @@ audio::PlayerHandle audio::create(const std::filesystem::path& file) {
 
 void audio::setVolume(Player& player, float volume) {
     player.clip.volume = volume;
+    player.clip.calls.emplace_back("setVolume");
 }
 
 void audio::prepareToPlay(Player& player) {
-    player.clip.prepared = true;
+    player.clip.calls.emplace_back("prepareToPlay");
 }
 
 void audio::play(Player& player) {
     player.clip.playing = true;
+    player.clip.calls.emplace_back("play");
     const auto& onPlay = VirtualPlatform::current().audio.onPlay;
     if (onPlay) onPlay(player.clip);
 }

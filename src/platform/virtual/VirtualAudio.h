@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "platform/audio.h"
@@ -15,7 +16,7 @@ public:
     struct Clip {
         std::filesystem::path file;
         float volume = 1.0F;
-        bool prepared = false;
+        std::vector<std::string> calls = {}; // of the port, since it was created
         bool playing = false;
     };
 
