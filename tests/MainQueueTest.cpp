@@ -1,0 +1,172 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "platform/virtual/VirtualPlatform.h"
+
+namespace quiverly {
+namespace {
+
+using Marks = std::vector<int>;
+
+TEST(JobQueueTest, JobsRunInTheOrderInWhichTheyWerePushed) {
+    JobQueue queue;
+    Marks marks;
+    for (int number = 0; number < 100; ++number) queue.push([&marks, number] { marks.push_back(number); });
+    EXPECT_TRUE(queue.runTurn());
+    ASSERT_EQ(marks.size(), 100U);
+    EXPECT_TRUE(std::ranges::is_sorted(marks));
+}
+
+TEST(JobQueueTest, ATurnWithoutJobsSaysSo) {
+    JobQueue queue;
+    EXPECT_FALSE(queue.runTurn());
+}
+
+TEST(JobQueueTest, OnlyAPushToAnEmptyQueueAsksForAWakeUp) {
+    JobQueue queue;
+    EXPECT_TRUE(queue.push([] {}));
+    EXPECT_FALSE(queue.push([] {}));
+    queue.runTurn();
+    EXPECT_TRUE(queue.push([] {}));
+}
+
+TEST(JobQueueTest, WhatAJobPushesWaitsForTheNextTurnAndAsksForAWakeUp) {
+    JobQueue queue;
+    Marks marks;
+    queue.push([&] {
+        EXPECT_TRUE(queue.push([&] { marks.push_back(3); }));
+        EXPECT_FALSE(queue.push([&] { marks.push_back(4); }));
+        marks.push_back(1);
+    });
+    queue.push([&] { marks.push_back(2); });
+    queue.runTurn();
+    EXPECT_EQ(marks, (Marks{1, 2}));
+    queue.runTurn();
+    EXPECT_EQ(marks, (Marks{1, 2, 3, 4}));
+}
+
+TEST(JobQueueTest, AJobIsLetGoBeforeTheNextOneRuns) {
+    JobQueue queue;
+    const auto held = std::make_shared<int>(1);
+    queue.push([held] {});
+    queue.push([&] { EXPECT_EQ(held.use_count(), 1); });
+    queue.runTurn();
+}
+
+TEST(JobQueueTest, JobsThatNeverRanAreLetGoWithTheQueue) {
+    const auto held = std::make_shared<int>(1);
+    {
+        JobQueue queue;
+        queue.push([held] {});
+    }
+    EXPECT_EQ(held.use_count(), 1);
+}
+
+TEST(JobQueueTest, JobsOfSeveralThreadsAllRunOnceEachThreadsInItsOrder) {
+    constexpr int each = 2'000;
+    JobQueue queue;
+    Marks last(3, -1);
+    int ran = 0;
+    std::vector<std::thread> threads;
+    for (std::size_t thread = 0; thread < last.size(); ++thread) {
+        threads.emplace_back([&, thread] {
+            for (int number = 0; number < each; ++number) {
+                queue.push([&, thread, number] {
+                    EXPECT_EQ(last[thread], number - 1);
+                    last[thread] = number;
+                    ++ran;
+                });
+            }
+        });
+    }
+    for (int turn = 0; turn < 1'000; ++turn) queue.runTurn(); // beside the pushing
+    for (std::thread& thread : threads) thread.join();
+    queue.runTurn();
+    EXPECT_EQ(ran, 3 * each);
+}
+
+class VirtualMainQueueTest : public testing::Test {
+protected:
+    void postMark(int mark) {
+        mainQueue::post([this, mark] { marks.push_back(mark); });
+    }
+    void postMarkAfter(double seconds, int mark) {
+        mainQueue::postAfter(seconds, [this, mark] { marks.push_back(mark); });
+    }
+
+    VirtualPlatform platform;
+    VirtualMainQueue& queue = platform.mainQueue;
+    Marks marks;
+};
+
+TEST_F(VirtualMainQueueTest, NothingRunsBeforeItIsDrained) {
+    postMark(1);
+    EXPECT_EQ(marks, Marks{});
+    queue.drain();
+    EXPECT_EQ(marks, Marks{1});
+}
+
+TEST_F(VirtualMainQueueTest, DrainingRunsWhatJobsPostToo) {
+    mainQueue::post([this] {
+        mainQueue::post([this] { postMark(1); });
+        postMark(2);
+    });
+    queue.drain();
+    EXPECT_EQ(marks, (Marks{2, 1}));
+}
+
+TEST_F(VirtualMainQueueTest, ADelayedJobRunsAtItsTimeAndNotBefore) {
+    postMarkAfter(1.5, 1);
+    queue.drain();
+    queue.advance(1.499);
+    EXPECT_EQ(marks, Marks{});
+    queue.advance(0.001);
+    EXPECT_EQ(marks, Marks{1});
+}
+
+TEST_F(VirtualMainQueueTest, DelayedJobsRunByTimeAndThoseOfOneMomentInTheOrderPosted) {
+    postMarkAfter(2, 3);
+    postMarkAfter(1, 1);
+    postMarkAfter(2, 4);
+    postMarkAfter(1, 2);
+    postMark(0);
+    queue.advance(5);
+    EXPECT_EQ(marks, (Marks{0, 1, 2, 3, 4}));
+}
+
+TEST_F(VirtualMainQueueTest, WhatADelayedJobPostsRunsBeforeTheNextDelayedJob) {
+    mainQueue::postAfter(1, [this] {
+        postMark(1);
+        postMarkAfter(1, 3); // due at 2, after the one that was posted first
+    });
+    postMarkAfter(2, 2);
+    queue.advance(2);
+    EXPECT_EQ(marks, (Marks{1, 2, 3}));
+}
+
+TEST_F(VirtualMainQueueTest, ADelayOfNothingStillWaitsForTheClockToBeAdvanced) {
+    postMarkAfter(0, 1);
+    queue.drain();
+    EXPECT_EQ(marks, Marks{});
+    queue.advance(0);
+    EXPECT_EQ(marks, Marks{1});
+}
+
+TEST_F(VirtualMainQueueTest, TheClockOfDelayedJobsIsNotTheCalendar) {
+    postMarkAfter(1, 1);
+    platform.calendar.advance(std::chrono::hours(1));
+    queue.drain();
+    EXPECT_EQ(marks, Marks{});
+
+    const auto now = platform.calendar.now;
+    queue.advance(1);
+    EXPECT_EQ(marks, Marks{1});
+    EXPECT_EQ(platform.calendar.now, now);
+}
+
+} // namespace
+} // namespace quiverly
