@@ -143,10 +143,11 @@ TEST_F(AccelerometerReaderTest, TheDriverPropertiesAreWrittenTwiceOnEverySuccess
         ASSERT_TRUE(reader.start());
         const Calls made = takeCalls();
         Calls written;
-        std::ranges::copy_if(made, std::back_inserter(written), [](auto& call) { return call.starts_with("set"); });
+        std::copy_if(made.begin(), made.end(), std::back_inserter(written),
+                     [](auto& call) { return call.starts_with("set"); });
         EXPECT_EQ(written, twice);
-        const auto lookup = std::ranges::find(made, "matching AppleSPUHIDDevice");
-        const auto open = std::ranges::find(made, "open 1");
+        const auto lookup = std::find(made.begin(), made.end(), "matching AppleSPUHIDDevice");
+        const auto open = std::find(made.begin(), made.end(), "open 1");
         EXPECT_EQ(std::count(made.begin(), lookup, "set 0 ReportInterval 1000"), 1);
         EXPECT_EQ(std::count(open, made.end(), "set 0 ReportInterval 1000"), 1);
         reader.stop();
@@ -248,8 +249,9 @@ TEST_F(AccelerometerReaderTest, AfterStopAndStartDeviceAndThreadAreNewButTheBuff
 
     ASSERT_TRUE(reader.start());
     const Calls made = takeCalls();
-    const auto closed = std::ranges::find(made, "close 1");
-    EXPECT_LT(closed, std::ranges::find(made, "matching AppleSPUHIDDriver")); // the ending thread is waited for first
+    const auto closed = std::find(made.begin(), made.end(), "close 1");
+    EXPECT_LT(closed, std::find(made.begin(), made.end(),
+                                "matching AppleSPUHIDDriver")); // the ending thread is waited for first
     EXPECT_NE(std::find(closed, made.end(), "open 1"), made.end());
     EXPECT_EQ(Inspector::reportBuffer(reader), buffer);
     EXPECT_EQ(Inspector::decimationCounter(reader), 5);

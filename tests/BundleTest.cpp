@@ -28,7 +28,7 @@ protected:
         if (!files) return std::nullopt;
         Names names;
         for (const auto& file : *files) names.push_back(file.filename());
-        std::ranges::sort(names);
+        std::sort(names.begin(), names.end());
         return names;
     }
 
@@ -216,7 +216,7 @@ TEST_F(BundleTest, InvalidUtf8IsOrderedTooAndEqualGarbageGoesByBytes) {
 TEST_F(BundleTest, AnyHeapOfNamesHasOneOrder) {
     Names names = {"10.mp3",   "9.mp3", "a.mp3",  "A.mp3", "ä.mp3",  "01.mp3", "1.mp3",  "b2.mp3", "B10.mp3",
                    "\xFF.mp3", " .mp3", "-1.mp3", "_.mp3", "1a.mp3", "1.mp",   "é1.mp3", "e2.mp3"};
-    std::ranges::sort(names, bundle::precedes);
+    std::sort(names.begin(), names.end(), bundle::precedes);
     expectOrder(names);
 }
 

@@ -18,7 +18,7 @@ TEST(JobQueueTest, JobsRunInTheOrderInWhichTheyWerePushed) {
     for (int number = 0; number < 100; ++number) queue.push([&marks, number] { marks.push_back(number); });
     EXPECT_TRUE(queue.runTurn());
     ASSERT_EQ(marks.size(), 100U);
-    EXPECT_TRUE(std::ranges::is_sorted(marks));
+    EXPECT_TRUE(std::is_sorted(marks.begin(), marks.end()));
 }
 
 TEST(JobQueueTest, ATurnWithoutJobsSaysSo) {
