@@ -1,6 +1,11 @@
 #pragma once
 
+#include <cmath>
+#include <filesystem>
+
+#include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "Reports.h"
@@ -22,19 +27,38 @@ public:
 
     // Runs the jobs and events that wait, until none is left.
     void settle() {
-        platform.mainQueue.drain();
-        QApplication::processEvents();
+        do platform.mainQueue.drain();
+        while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents));
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    // Lets that much time pass, on the calendar and for delayed jobs. No event of the window takes part in it.
+    // Lets that much time pass, on the calendar and for delayed jobs. No timer of the window takes part in it.
     void pass(double seconds) {
         platform.calendar.advance(std::chrono::nanoseconds(std::llround(seconds * 1e9)));
         platform.mainQueue.advance(seconds);
         settle();
     }
 
-    // A slap of that amplitude as the engine's detector reports it.
+    // One kept sample, as eight reports of the sensor.
+    void sample(double x, double y, double z) {
+        for (int count = 0; count < 8; ++count) platform.registry.deliver(report(x, y, z));
+    }
+
+    // The laptop lies still. To a detector that has never seen a sample the first one is a slap.
+    void rest() {
+        sample(0, 0, 1);
+        settle();
+    }
+
+    // After a second at rest the laptop is hit so that the detector scores that amplitude.
+    void hit(double amplitude) {
+        pass(1.0);
+        rest();
+        sample(0, 0, 1 + amplitude);
+        settle();
+    }
+
+    // A slap of that amplitude, as the detector of a listening engine reports it.
     void slap(BonkoEngine& engine, double amplitude) {
         Inspector::detector(engine).onSlap(amplitude);
         settle();

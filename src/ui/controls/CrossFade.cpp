@@ -27,7 +27,10 @@ public:
     }
 
 private:
-    void hideEvent(QHideEvent*) override { fade.stop(); deleteLater(); }
+    void hideEvent(QHideEvent*) override {
+        fade.stop();
+        deleteLater();
+    }
 
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);

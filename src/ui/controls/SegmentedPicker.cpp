@@ -2,7 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QRadioButton>
-#include <QSignalBlocker>
+#include <QScopedValueRollback>
 
 #include "ui/Fonts.h"
 #include "ui/Theme.h"
@@ -22,6 +22,7 @@ public:
     explicit Segment(const QString& title) : QRadioButton(title) {
         setAttribute(Qt::WA_LayoutUsesWidgetRect);
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        setFocusPolicy(Qt::ClickFocus); // Tab reaches the selected one only
         setFont(fontFor(FontRole::body));
         connect(&Theme::current(), &Theme::changed, this, [this] { setFont(fontFor(FontRole::body)); });
     }
@@ -68,7 +69,8 @@ SegmentedPicker::SegmentedPicker(const QString& name, const QStringList& titles)
         auto* segment = new Segment(title);
         const int index = static_cast<int>(segments.size());
         connect(segment, &QRadioButton::toggled, this, [this, index](bool on) {
-            if (on && onChoice) onChoice(index);
+            segments[static_cast<std::size_t>(index)]->setFocusPolicy(on ? Qt::StrongFocus : Qt::ClickFocus);
+            if (on && !selecting && onChoice) onChoice(index);
         });
         row->addWidget(segment, 1);
         segments.push_back(segment);
@@ -77,10 +79,8 @@ SegmentedPicker::SegmentedPicker(const QString& name, const QStringList& titles)
 }
 
 void SegmentedPicker::select(int index) {
-    QRadioButton* segment = segments[static_cast<std::size_t>(index)];
-    if (segment->isChecked()) return;
-    const QSignalBlocker silence(segment);
-    segment->setChecked(true);
+    const QScopedValueRollback quiet(selecting, true);
+    segments[static_cast<std::size_t>(index)]->setChecked(true);
 }
 
 void SegmentedPicker::paintEvent(QPaintEvent*) {

@@ -23,6 +23,7 @@ private:
     void paintEvent(QPaintEvent* event) override;
 
     std::vector<QRadioButton*> segments;
+    bool selecting = false;
 };
 
 } // namespace quiverly

@@ -78,17 +78,23 @@ int Slider::positionAt(double x) const {
     return minimum() + int(std::lround((isRightToLeft() ? 1 - fraction : fraction) * (maximum() - minimum())));
 }
 
+// A mouse that does not get as far as another step chooses nothing.
+void Slider::moveHandle(double x) {
+    const int position = positionAt(x);
+    if (position != sliderPosition()) choose(position / 100.0);
+}
+
 void Slider::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return event->ignore();
     setSliderDown(true);
     grip = event->position().x() - handleCentre().x();
     if (std::abs(grip) <= handleRadius) return;
     grip = 0.0;
-    choose(positionAt(event->position().x()) / 100.0);
+    moveHandle(event->position().x());
 }
 
 void Slider::mouseMoveEvent(QMouseEvent* event) {
-    if (isSliderDown()) choose(positionAt(event->position().x() - grip) / 100.0);
+    if (isSliderDown()) moveHandle(event->position().x() - grip);
 }
 
 void Slider::mouseReleaseEvent(QMouseEvent* event) {

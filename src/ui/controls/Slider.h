@@ -30,6 +30,7 @@ private:
     void wheelEvent(QWheelEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
+    void moveHandle(double x);
     void didMove();
     QRectF groove() const;
     QPointF handleCentre() const;

@@ -19,9 +19,9 @@ namespace quiverly {
 
 namespace {
 
-constexpr int patience = 5000;  // milliseconds to wait for the first copy
-constexpr int attempts = 100;   // while the first copy is on its way out
-constexpr int pause = 10'000;   // microseconds between two of them
+constexpr int patience = 5000; // milliseconds to wait for the first copy
+constexpr int attempts = 100;  // while the first copy is on its way out
+constexpr int pause = 10'000;  // microseconds between two of them
 constexpr char shown[] = "shown";
 
 // In the abstract namespace, where names do not outlive the sockets bound to them.
@@ -33,8 +33,8 @@ std::string placeName() {
 
 class Address {
 public:
-    explicit Address(const std::string& name) :
-        size(static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size())) {
+    explicit Address(const std::string& name)
+        : size(static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size())) {
         address.sun_family = AF_UNIX;
         std::ranges::copy(name, address.sun_path + 1); // behind the zero that marks an abstract name
     }
@@ -69,17 +69,21 @@ Answer call(const std::string& name) {
 
 } // namespace
 
-SingleInstance::SingleInstance(std::function<void()> onCall) :
-    name(placeName()), onCall(std::move(onCall)), found(find()) {}
+SingleInstance::SingleInstance(std::function<void()> onCall)
+    : name(placeName()), onCall(std::move(onCall)), found(find()) {}
 
 SingleInstance::Place SingleInstance::find() {
     for (int attempt = 0; attempt < attempts; ++attempt) {
         if (hold()) return Place::first;
         switch (call(name)) {
-        case Answer::shown: return Place::taken;
-        case Answer::none: return Place::unanswered;
-        case Answer::foreign: return Place::first;
-        case Answer::gone: ::usleep(pause);
+        case Answer::shown:
+            return Place::taken;
+        case Answer::none:
+            return Place::unanswered;
+        case Answer::foreign:
+            return Place::first;
+        case Answer::gone:
+            ::usleep(pause);
         }
     }
     return Place::unanswered;

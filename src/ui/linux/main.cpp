@@ -18,8 +18,10 @@ int main(int argc, char** argv) {
         if (running) running->show();
     });
     switch (instance.place()) {
-    case SingleInstance::Place::first: break;
-    case SingleInstance::Place::taken: return 0;
+    case SingleInstance::Place::first:
+        break;
+    case SingleInstance::Place::taken:
+        return 0;
     case SingleInstance::Place::unanswered:
         std::fputs("quiverly: Quiverly is running already, but does not respond.\n", stderr);
         return 1;

@@ -1,0 +1,334 @@
+#include "ui/BonkoApp.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include <QMenuBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+
+#include "Screen.h"
+#include "Stage.h"
+#include "WindowInspector.h"
+#include "ui/ContentView.h"
+#include "ui/OnboardingView.h"
+
+namespace quiverly {
+namespace {
+
+constexpr char completedKey[] = "bonko.onboardingCompleted";
+
+bool showsOnboarding(const BonkoApp& app) {
+    return dynamic_cast<OnboardingView*>(app.mainWindow().centralWidget()) != nullptr;
+}
+
+bool showsMainView(const BonkoApp& app) {
+    return dynamic_cast<ContentView*>(app.mainWindow().centralWidget()) != nullptr;
+}
+
+void launch(Stage& stage, BonkoApp& app) {
+    app.show();
+    stage.settle();
+}
+
+void click(Stage& stage, BonkoApp& app, const QString& button) {
+    QTest::mouseClick(&find<QPushButton>(app.mainWindow(), button), Qt::LeftButton);
+    stage.settle();
+}
+
+// From the first launch through the test slap and Continue.
+void passOnboarding(Stage& stage, BonkoApp& app) {
+    launch(stage, app);
+    stage.rest();
+    stage.pass(2.0);
+    stage.hit(0.5);
+    click(stage, app, "Continue");
+}
+
+qsizetype visibleWindows() {
+    return std::ranges::count_if(QApplication::topLevelWidgets(), [](const QWidget* w) { return w->isVisible(); });
+}
+
+TEST(BonkoAppTest, TheFirstLaunchShowsTheOnboardingView) {
+    Stage stage;
+    BonkoApp app;
+    launch(stage, app);
+    EXPECT_TRUE(showsOnboarding(app));
+    EXPECT_EQ(app.mainWindow().windowTitle(), "Quiverly");
+    EXPECT_EQ(app.mainWindow().size(), QSize(420, 560));
+    EXPECT_EQ(visibleWindows(), 1);
+    EXPECT_TRUE(defaults::object(completedKey) == std::nullopt);
+}
+
+TEST(BonkoAppTest, BuildingTheApplicationOpensNoSensor) {
+    Stage stage;
+    BonkoApp app;
+    stage.settle();
+    EXPECT_FALSE(stage.platform.registry.deviceIsOpen());
+}
+
+TEST(BonkoAppTest, TheMainViewTakesThePlaceInTheSameWindow) {
+    Stage stage;
+    BonkoApp app;
+    launch(stage, app);
+    const WId window = app.mainWindow().winId();
+    passOnboarding(stage, app);
+    EXPECT_TRUE(showsMainView(app));
+    EXPECT_EQ(app.mainWindow().winId(), window);
+    EXPECT_EQ(app.mainWindow().size(), QSize(420, 560));
+    EXPECT_EQ(visibleWindows(), 1);
+    EXPECT_TRUE(showsText(app.mainWindow(), "Idle"));
+    EXPECT_TRUE(find<QRadioButton>(app.mainWindow(), "Sexy").isEnabled()) << "the sound is on";
+}
+
+TEST(BonkoAppTest, BothViewsShareOneEngine) {
+    Stage stage;
+    BonkoApp app;
+    passOnboarding(stage, app);
+    EXPECT_TRUE(showsText(app.mainWindow(), "Slaps this session: 1  ·  last 0.500g"));
+}
+
+TEST(BonkoAppTest, TheMainViewFindsTheEngineStoppedOutOfTheCheck) {
+    Stage stage;
+    BonkoApp app;
+    passOnboarding(stage, app);
+    BonkoEngine& engine = WindowInspector::engine(app);
+    EXPECT_FALSE(engine.isRunning());
+    EXPECT_FALSE(Inspector::onboardingMode(engine));
+    EXPECT_EQ(Inspector::detector(engine).threshold, 0.12);
+    EXPECT_TRUE(engine.soundEnabled);
+}
+
+TEST(BonkoAppTest, LaterLaunchesOpenOnTheMainView) {
+    Stage stage;
+    {
+        BonkoApp app;
+        passOnboarding(stage, app);
+    }
+    BonkoApp app;
+    launch(stage, app);
+    EXPECT_TRUE(showsMainView(app));
+    EXPECT_TRUE(WindowInspector::engine(app).soundEnabled);
+}
+
+TEST(BonkoAppTest, WithoutContinueTheNextLaunchShowsTheOnboardingViewAgain) {
+    Stage stage;
+    {
+        BonkoApp app;
+        launch(stage, app);
+        stage.pass(2.0);
+        stage.hit(0.5);
+    }
+    BonkoApp app;
+    EXPECT_TRUE(showsOnboarding(app));
+}
+
+TEST(BonkoAppTest, AnUnusableRecordOfCompletionCountsAsNone) {
+    for (const defaults::Object& stored :
+         {defaults::Object(0.0), defaults::Object("1"), defaults::Object(defaults::OtherObject{})}) {
+        Stage stage;
+        stage.platform.defaults.values[completedKey] = stored;
+        BonkoApp app;
+        EXPECT_TRUE(showsOnboarding(app));
+    }
+}
+
+TEST(BonkoAppTest, AStoreThatLosesTheRecordDoesNotTakeTheMainViewAway) {
+    Stage stage;
+    BonkoApp app;
+    passOnboarding(stage, app);
+    stage.platform.defaults.values.clear();
+    app.mainWindow().close();
+    launch(stage, app);
+    EXPECT_TRUE(showsMainView(app));
+}
+
+TEST(BonkoAppTest, SettingsAreKeptForTheNextLaunch) {
+    Stage stage;
+    {
+        BonkoApp app;
+        passOnboarding(stage, app);
+        QTest::mouseClick(&find<QRadioButton>(app.mainWindow(), "Lizard"), Qt::LeftButton);
+        QTest::keyClick(&find<QSlider>(app.mainWindow(), "Sensitivity"), Qt::Key_Right);
+    }
+    BonkoApp app;
+    launch(stage, app);
+    EXPECT_TRUE(find<QRadioButton>(app.mainWindow(), "Lizard").isChecked());
+    EXPECT_TRUE(showsText(app.mainWindow(), "0.13"));
+}
+
+TEST(BonkoAppTest, TheWindowKeepsToTheSizesOfItsContent) {
+    Stage stage;
+    BonkoApp app;
+    launch(stage, app);
+    QMainWindow& window = app.mainWindow();
+    window.resize(1000, 1000);
+    EXPECT_EQ(window.size(), QSize(420, 560));
+    window.resize(10, 10);
+    EXPECT_EQ(window.size(), QSize(420, 560));
+
+    passOnboarding(stage, app);
+    window.resize(10, 10);
+    EXPECT_EQ(window.size(), QSize(400, 480));
+    window.resize(1000, 900);
+    EXPECT_EQ(window.size(), QSize(1000, 900));
+}
+
+TEST(BonkoAppTest, ThereIsNoCommandForANewWindow) {
+    Stage stage;
+    BonkoApp app;
+    passOnboarding(stage, app);
+    for (const Qt::KeyboardModifiers modifiers : {Qt::KeyboardModifiers(Qt::ControlModifier), Qt::ControlModifier | Qt::ShiftModifier}) {
+        QTest::keyClick(&app.mainWindow(), Qt::Key_N, modifiers);
+        stage.settle();
+    }
+    EXPECT_EQ(visibleWindows(), 1);
+    EXPECT_TRUE(app.mainWindow().findChildren<QMenuBar*>().isEmpty());
+    EXPECT_TRUE(app.mainWindow().findChildren<QAction*>().isEmpty());
+}
+
+TEST(BonkoAppTest, ReopeningTheWindowTurnsTheSoundOnAgain) {
+    Stage stage;
+    BonkoApp app;
+    passOnboarding(stage, app);
+    app.mainWindow().close();
+    WindowInspector::engine(app).soundEnabled = false;
+    launch(stage, app);
+    EXPECT_TRUE(WindowInspector::engine(app).soundEnabled);
+    EXPECT_TRUE(find<QRadioButton>(app.mainWindow(), "Sexy").isEnabled());
+}
+
+TEST(BonkoAppTest, ClosingTheMainViewDoesNotStopTheEngine) {
+    Stage stage;
+    BonkoApp app;
+    passOnboarding(stage, app);
+    click(stage, app, "Start listening");
+    app.mainWindow().close();
+    stage.settle();
+    EXPECT_TRUE(WindowInspector::engine(app).isRunning());
+    launch(stage, app);
+    EXPECT_TRUE(showsText(app.mainWindow(), "Listening"));
+}
+
+TEST(BonkoAppTest, ClosingTheWindowDuringTheCheckStopsIt) {
+    Stage stage;
+    BonkoApp app;
+    launch(stage, app);
+    app.mainWindow().close();
+    EXPECT_FALSE(WindowInspector::engine(app).isRunning());
+    EXPECT_FALSE(Inspector::onboardingMode(WindowInspector::engine(app)));
+    launch(stage, app);
+    EXPECT_TRUE(WindowInspector::engine(app).isRunning());
+    EXPECT_TRUE(showsText(app.mainWindow(), "Looking for accelerometer…"));
+}
+
+TEST(BonkoAppTest, AMinimisedWindowHasNotDisappeared) {
+    Stage stage;
+    BonkoApp app;
+    launch(stage, app);
+    stage.pass(0.6);
+    QWidget* view = app.mainWindow().centralWidget();
+    QHideEvent minimised;
+    QSpontaneKeyEvent::setSpontaneous(&minimised);
+    qApp->notify(view, &minimised);
+    EXPECT_TRUE(WindowInspector::engine(app).isRunning());
+    QShowEvent restored;
+    QSpontaneKeyEvent::setSpontaneous(&restored);
+    qApp->notify(view, &restored);
+    stage.settle();
+    EXPECT_TRUE(showsText(app.mainWindow(), "Accelerometer detected"));
+}
+
+TEST(BonkoAppTest, ShowingAgainBringsAMinimisedWindowBack) {
+    Stage stage;
+    BonkoApp app;
+    launch(stage, app);
+    app.mainWindow().showMinimized();
+    stage.settle();
+    launch(stage, app);
+    EXPECT_FALSE(app.mainWindow().isMinimized());
+    EXPECT_TRUE(app.mainWindow().isVisible());
+}
+
+TEST(BonkoAppTest, TheWindowCanBeClosedAndReopenedInEveryState) {
+    Stage stage;
+    BonkoApp app;
+    const auto reopen = [&] {
+        app.mainWindow().close();
+        stage.settle();
+        launch(stage, app);
+    };
+    launch(stage, app);
+    reopen();
+    stage.pass(0.6);
+    reopen();
+    stage.removeSensor();
+    reopen();
+    stage.pass(0.6);
+    reopen();
+    stage.connectSensor();
+    reopen();
+    passOnboarding(stage, app);
+    reopen();
+    click(stage, app, "Start listening");
+    reopen();
+    EXPECT_TRUE(showsText(app.mainWindow(), "Listening"));
+    click(stage, app, "Stop");
+    stage.removeSensor();
+    click(stage, app, "Start listening");
+    reopen();
+    EXPECT_TRUE(showsText(app.mainWindow(), "Accelerometer device missing on this Mac."));
+}
+
+// Slaps, time, closing, reopening, Continue, the button and the sensor's coming and going, in orders drawn by chance.
+// Whatever the order, the window shows what the engine is at.
+class AnyOrderTest : public testing::TestWithParam<unsigned> {};
+
+TEST_P(AnyOrderTest, TheWindowTellsTheTruth) {
+    std::mt19937 random(GetParam());
+    Stage stage;
+    BonkoApp app;
+    BonkoEngine& engine = WindowInspector::engine(app);
+    QMainWindow& window = app.mainWindow();
+    const auto clickIfThere = [&](const QString& button) {
+        if (window.isVisible() && shows<QPushButton>(window, button)) click(stage, app, button);
+    };
+    const std::vector<std::function<void()>> acts = {
+        [&] { stage.slap(engine, 0.5); },
+        [&] { stage.hit(0.4); },
+        [&] { stage.pass(0.3); },
+        [&] { stage.pass(2.0); },
+        [&] { window.close(); },
+        [&] { app.show(); },
+        [&] { launch(stage, app); },
+        [&] { clickIfThere("Continue"); },
+        [&] { clickIfThere("Start listening"); },
+        [&] { clickIfThere("Stop"); },
+        [&] { stage.removeSensor(); },
+        [&] { stage.connectSensor(); },
+    };
+    std::uniform_int_distribution<std::size_t> choice(0, acts.size() - 1);
+    for (int act = 0; act < 40; ++act) acts[choice(random)]();
+    stage.settle();
+
+    if (showsMainView(app)) {
+        EXPECT_TRUE(showsText(window, engine.isRunning() ? "Listening" : "Idle"));
+        EXPECT_EQ(showsText(window, QString::asprintf("Slaps this session: %lld  ·  last %.3fg",
+                                                      static_cast<long long>(engine.slapCount),
+                                                      engine.lastAmplitude.get())),
+                  engine.slapCount > 0);
+        EXPECT_FALSE(Inspector::onboardingMode(engine));
+    } else if (!window.isVisible()) {
+        EXPECT_FALSE(engine.isRunning());
+        EXPECT_FALSE(Inspector::onboardingMode(engine));
+    } else {
+        EXPECT_NE(Inspector::onboardingMode(engine), shows<QPushButton>(window, "Continue"));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, AnyOrderTest, testing::Range(0U, 40U));
+
+} // namespace
+} // namespace quiverly

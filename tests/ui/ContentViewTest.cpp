@@ -1,0 +1,572 @@
+#include "ui/ContentView.h"
+
+#include <gtest/gtest.h>
+
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSlider>
+
+#include "EventCounter.h"
+#include "Screen.h"
+#include "Stage.h"
+#include "ui/Theme.h"
+#include "ui/controls/Picture.h"
+
+namespace quiverly {
+namespace {
+
+constexpr char inputMonitoringHint[] = "If macOS asks, allow Quiverly under Privacy → Input Monitoring";
+constexpr char idleHint[] = "Press Start, then slap your MacBook.";
+
+class ContentViewTest : public testing::Test {
+protected:
+    ContentViewTest() { engine.soundEnabled = true; }
+
+    void open(QSize size = {420, 560}) {
+        view.resize(size);
+        view.show();
+        stage.settle();
+    }
+
+    QPushButton& startButton() { return find<QPushButton>(view, "Start listening"); }
+    QPushButton& stopButton() { return find<QPushButton>(view, "Stop"); }
+    QSlider& slider() { return find<QSlider>(view, "Sensitivity"); }
+    QRadioButton& segment(const QString& title) { return find<QRadioButton>(view, title); }
+
+    void click(QWidget& widget) {
+        QTest::mouseClick(&widget, Qt::LeftButton);
+        stage.settle();
+    }
+
+    void press(QWidget& widget, Qt::Key key) {
+        QTest::keyClick(&widget, key);
+        stage.settle();
+    }
+
+    // Presses the slider's handle, moves it by that many pixels, lets go.
+    void drag(int pixels) {
+        const int from = 10 + static_cast<int>((slider().width() - 19) * (slider().value() - 4) / 36.0);
+        const int y = slider().height() / 2;
+        QTest::mousePress(&slider(), Qt::LeftButton, {}, {from, y});
+        QTest::mouseMove(&slider(), {from + pixels / 2, y});
+        QTest::mouseMove(&slider(), {from + pixels, y});
+        QTest::mouseRelease(&slider(), Qt::LeftButton, {}, {from + pixels, y});
+        stage.settle();
+    }
+
+    std::optional<double> storedThreshold() {
+        const auto stored = defaults::object("bonko.threshold");
+        return stored ? std::optional(std::get<double>(*stored)) : std::nullopt;
+    }
+
+    Stage stage;
+    BonkoEngine engine;
+    ContentView view{engine};
+};
+
+TEST_F(ContentViewTest, ACounterAtZeroIsAbsent) {
+    open();
+    for (const QLabel* label : view.findChildren<QLabel*>()) {
+        EXPECT_FALSE(label->isVisibleTo(&view) && label->text().startsWith("Slaps")) << label->text().toStdString();
+    }
+    stage.slap(engine, 0.5);
+    EXPECT_TRUE(showsText(view, "Slaps this session: 1  ·  last 0.500g"));
+}
+
+TEST_F(ContentViewTest, TheCounterRoundsTheAmplitudeToThreeDecimals) {
+    open();
+    for (const double amplitude : {0.4, 0.2, 0.2567}) stage.slap(engine, amplitude);
+    QLabel& counter = text(view, "Slaps this session: 3  ·  last 0.257g");
+    EXPECT_EQ(colorOf(counter), Theme::current().colors().secondary);
+    EXPECT_EQ(counter.font().pixelSize(), 10);
+}
+
+TEST_F(ContentViewTest, TheSensitivityAlwaysShowsTwoDecimals) {
+    open();
+    EXPECT_TRUE(showsText(view, "0.12"));
+    engine.threshold = 0.1;
+    stage.settle();
+    EXPECT_TRUE(showsText(view, "0.10"));
+    EXPECT_EQ(colorOf(text(view, "0.10")), Theme::current().colors().secondary);
+}
+
+TEST_F(ContentViewTest, TheSliderStaysInsideItsLimits) {
+    open();
+    press(slider(), Qt::Key_End);
+    EXPECT_EQ(engine.threshold, 0.4);
+    press(slider(), Qt::Key_Right);
+    EXPECT_EQ(engine.threshold, 0.4);
+    press(slider(), Qt::Key_Home);
+    EXPECT_EQ(engine.threshold, 0.04);
+    press(slider(), Qt::Key_Left);
+    EXPECT_EQ(engine.threshold, 0.04);
+    drag(10'000);
+    EXPECT_EQ(engine.threshold, 0.4);
+    drag(-10'000);
+    EXPECT_EQ(engine.threshold, 0.04);
+}
+
+TEST_F(ContentViewTest, TheSliderMovesInStepsOfAHundredth) {
+    open();
+    for (int hundredths = 13; hundredths <= 40; ++hundredths) {
+        press(slider(), Qt::Key_Right);
+        EXPECT_EQ(engine.threshold, hundredths / 100.0);
+        EXPECT_TRUE(showsText(view, QString::asprintf("%.2f", hundredths / 100.0)));
+    }
+    press(slider(), Qt::Key_Left);
+    EXPECT_EQ(engine.threshold, 0.39);
+}
+
+TEST_F(ContentViewTest, MovingTheSliderRightAsksForAHarderSlap) {
+    open();
+    drag(60);
+    EXPECT_GT(engine.threshold, 0.12);
+    const double higher = engine.threshold;
+    drag(-30);
+    EXPECT_LT(engine.threshold, higher);
+    EXPECT_GT(engine.threshold, 0.12);
+}
+
+TEST_F(ContentViewTest, MovingTheSliderStoresAndAppliesTheThresholdAtOnce) {
+    open();
+    press(slider(), Qt::Key_Right);
+    EXPECT_EQ(storedThreshold(), 0.13);
+    EXPECT_EQ(Inspector::detector(engine).threshold, 0.13);
+}
+
+TEST_F(ContentViewTest, AClickBesideTheHandleMovesItThere) {
+    open();
+    QTest::mouseClick(&slider(), Qt::LeftButton, {}, {slider().width() - 10, slider().height() / 2});
+    EXPECT_EQ(engine.threshold, 0.4);
+}
+
+TEST_F(ContentViewTest, AClickOnTheHandleWritesNothing) {
+    engine.threshold = 0.123;
+    open();
+    int writes = 0;
+    stage.platform.defaults.onWrite = [&](const std::string&, const defaults::Object&) { ++writes; };
+    drag(0);
+    EXPECT_EQ(engine.threshold, 0.123);
+    EXPECT_EQ(writes, 0);
+}
+
+TEST_F(ContentViewTest, OtherMouseButtonsAndTheWheelLeaveTheSliderAlone) {
+    open();
+    QTest::mouseClick(&slider(), Qt::RightButton, {}, {slider().width() - 10, slider().height() / 2});
+    QWheelEvent wheel({50, 10}, slider().mapToGlobal(QPoint(50, 10)), {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&slider(), &wheel);
+    stage.settle();
+    EXPECT_EQ(engine.threshold, 0.12);
+}
+
+// A threshold that the slider cannot reach, as it may be stored, until the user moves the slider.
+class StoredThresholdTest : public testing::TestWithParam<std::tuple<double, const char*, int>> {};
+
+TEST_P(StoredThresholdTest, ShowingAValueNeverWritesIt) {
+    const auto [stored, shown, position] = GetParam();
+    Stage stage;
+    stage.platform.defaults.values["bonko.threshold"] = stored;
+    BonkoEngine engine;
+    int writes = 0;
+    stage.platform.defaults.onWrite = [&](const std::string&, const defaults::Object&) { ++writes; };
+    ContentView view(engine);
+    view.show();
+    stage.settle();
+    stage.slap(engine, 0.3);
+
+    EXPECT_TRUE(showsText(view, shown));
+    EXPECT_EQ(find<QSlider>(view, "Sensitivity").value(), position);
+    EXPECT_EQ(std::get<double>(*defaults::object("bonko.threshold")), stored);
+    EXPECT_EQ(engine.threshold, stored);
+    EXPECT_EQ(writes, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(OutsideTheSlider, StoredThresholdTest,
+                         testing::Values(std::tuple(3.0, "3.00", 40), std::tuple(0.0, "0.00", 4),
+                                         std::tuple(-2.5, "-2.50", 4), std::tuple(1e9, "1000000000.00", 40),
+                                         std::tuple(0.123, "0.12", 12), std::tuple(0.4049, "0.40", 40)));
+
+TEST_F(ContentViewTest, FromAStoredValueBeyondItsEndTheSliderWritesItsEnd) {
+    engine.threshold = 3.0;
+    open();
+    press(slider(), Qt::Key_End);
+    EXPECT_EQ(engine.threshold, 0.4);
+    EXPECT_TRUE(showsText(view, "0.40"));
+}
+
+TEST_F(ContentViewTest, WhileRunningTheButtonStopsAndThePillListens) {
+    open();
+    EXPECT_EQ(tintOf(startButton()), Theme::primaryPink);
+    EXPECT_EQ(colorOf(text(view, "Idle")), Theme::current().colors().secondary);
+
+    click(startButton());
+    EXPECT_TRUE(engine.isRunning());
+    EXPECT_EQ(tintOf(stopButton()), Theme::stopRed);
+    EXPECT_EQ(colorOf(text(view, "Listening")), Theme::current().colors().green);
+    EXPECT_FALSE(showsText(view, "Idle"));
+
+    click(stopButton());
+    EXPECT_FALSE(engine.isRunning());
+    EXPECT_EQ(tintOf(startButton()), Theme::primaryPink);
+    EXPECT_EQ(colorOf(text(view, "Idle")), Theme::current().colors().secondary);
+    EXPECT_FALSE(showsText(view, "Listening"));
+}
+
+TEST_F(ContentViewTest, AfterAFailedStartThePillIsIdleBesideTheError) {
+    stage.removeSensor();
+    open();
+    click(startButton());
+    EXPECT_TRUE(showsText(view, "Idle"));
+    EXPECT_EQ(colorOf(text(view, "Accelerometer device missing on this Mac.")), Theme::current().colors().red);
+    EXPECT_EQ(colorOf(text(view, inputMonitoringHint)), Theme::current().colors().secondary);
+    EXPECT_FALSE(showsText(view, idleHint));
+    EXPECT_TRUE(shows<QPushButton>(view, "Start listening"));
+}
+
+TEST_F(ContentViewTest, TheUserStartsAgainAfterAFailure) {
+    stage.removeSensor();
+    open();
+    int pages = 0;
+    stage.platform.workspace.onOpen = [&](const std::string&) { ++pages; };
+    click(startButton());
+    click(startButton());
+    EXPECT_EQ(pages, 2);
+    stage.connectSensor();
+    click(startButton());
+    EXPECT_TRUE(engine.isRunning());
+    EXPECT_FALSE(showsText(view, inputMonitoringHint));
+    EXPECT_TRUE(showsText(view, "Listening with Sexy sounds. Slap away."));
+}
+
+TEST_F(ContentViewTest, EveryFailureToOpenTheSensorIsShownAsTheEngineTellsIt) {
+    open();
+    using Break = std::function<void(VirtualRegistry&)>;
+    const std::vector<std::pair<const char*, Break>> failures = {
+        {"Could not query AppleSPUHIDDevice.", [](auto& registry) { registry.unbuildable = {"AppleSPUHIDDevice"}; }},
+        {"No Apple Silicon accelerometer found.", [](auto& registry) { registry.unsearchable = {"AppleSPUHIDDevice"}; }},
+        {"Accelerometer device missing on this Mac.", [](auto& registry) { registry.services.pop_back(); }},
+        {"Failed to create HID device.", [](auto& registry) { registry.services.back().canBecomeDevice = false; }},
+        {"Need Input Monitoring permission (System Settings → Privacy & Security). Code -536870174.",
+         [](auto& registry) { registry.services.back().openResult = hid::notPermitted; }},
+    };
+    for (const auto& [message, breakSensor] : failures) {
+        stage.platform.registry.unbuildable.clear();
+        stage.platform.registry.unsearchable.clear();
+        stage.connectSensor();
+        breakSensor(stage.platform.registry);
+        click(startButton());
+        EXPECT_TRUE(showsText(view, message)) << message;
+        EXPECT_TRUE(showsText(view, inputMonitoringHint)) << message;
+    }
+}
+
+TEST_F(ContentViewTest, AMessageIsShownAsPlainText) {
+    stage.removeSensor();
+    open();
+    click(startButton());
+    EXPECT_EQ(text(view, "Accelerometer device missing on this Mac.").textFormat(), Qt::PlainText);
+}
+
+TEST_F(ContentViewTest, TheStatusFollowsThePhase) {
+    open();
+    EXPECT_EQ(colorOf(text(view, idleHint)), Theme::current().colors().secondary);
+    EXPECT_FALSE(showsText(view, inputMonitoringHint));
+    for (const SoundPack pack : SoundPack::allCases) {
+        engine.pack = pack;
+        engine.start();
+        stage.settle();
+        const QString expected = QString("Listening with %1 sounds. Slap away.").arg(pack.title());
+        EXPECT_EQ(colorOf(text(view, expected)), Theme::current().colors().secondary);
+    }
+}
+
+TEST_F(ContentViewTest, WithoutSoundThePickerCannotBeChanged) {
+    engine.soundEnabled = false;
+    open();
+    EXPECT_FALSE(segment("Pain").isEnabled());
+    click(segment("Pain"));
+    press(segment("Sexy"), Qt::Key_Right);
+    EXPECT_EQ(engine.pack, SoundPack::sexy);
+
+    click(startButton());
+    EXPECT_TRUE(engine.soundEnabled);
+    click(segment("Pain"));
+    EXPECT_EQ(engine.pack, SoundPack::pain);
+}
+
+TEST_F(ContentViewTest, AFailedStartTurnsTheSoundOnAllTheSame) {
+    engine.soundEnabled = false;
+    stage.removeSensor();
+    open();
+    click(startButton());
+    EXPECT_TRUE(engine.soundEnabled);
+    EXPECT_TRUE(segment("Pain").isEnabled());
+}
+
+TEST_F(ContentViewTest, StoppingLeavesTheSoundOn) {
+    open();
+    click(startButton());
+    click(stopButton());
+    EXPECT_TRUE(engine.soundEnabled);
+}
+
+TEST_F(ContentViewTest, ThePickerOffersThePacksInTheirOrder) {
+    open();
+    QStringList titles;
+    int x = -1;
+    for (const QRadioButton* button : view.findChildren<QRadioButton*>()) {
+        titles << button->text();
+        EXPECT_GT(place(*button, view).x(), x);
+        x = place(*button, view).x();
+    }
+    EXPECT_EQ(titles, QStringList({"Pain", "Sexy", "Halo", "Lizard"}));
+    EXPECT_TRUE(segment("Sexy").isChecked());
+}
+
+TEST_F(ContentViewTest, AClickOnASegmentChoosesItsPack) {
+    open();
+    for (const SoundPack pack : SoundPack::allCases) {
+        click(segment(pack.title()));
+        EXPECT_EQ(engine.pack, pack);
+        EXPECT_EQ(defaults::text("bonko.pack"), pack.rawValue());
+    }
+}
+
+TEST_F(ContentViewTest, ArrowKeysChooseThePackBeside) {
+    open();
+    segment("Sexy").setFocus();
+    press(segment("Sexy"), Qt::Key_Right);
+    EXPECT_EQ(engine.pack, SoundPack::halo);
+    press(segment("Halo"), Qt::Key_Left);
+    press(segment("Sexy"), Qt::Key_Left);
+    EXPECT_EQ(engine.pack, SoundPack::pain);
+}
+
+TEST_F(ContentViewTest, ThePickerFollowsTheEngine) {
+    open();
+    engine.pack = SoundPack::lizard;
+    stage.settle();
+    EXPECT_TRUE(segment("Lizard").isChecked());
+    EXPECT_FALSE(segment("Sexy").isChecked());
+}
+
+TEST_F(ContentViewTest, ALongErrorWrapsInsideTheWindow) {
+    stage.platform.registry.services.back().openResult = hid::notPermitted;
+    open({400, 480});
+    const int oneLine = text(view, idleHint).height();
+    click(startButton());
+    QLabel& message =
+        text(view, "Need Input Monitoring permission (System Settings → Privacy & Security). Code -536870174.");
+    EXPECT_GE(message.height(), 2 * oneLine);
+    EXPECT_EQ(place(message, view).left(), 20);
+    EXPECT_LE(place(message, view).right(), 400 - 20);
+    EXPECT_GE(message.height(), message.heightForWidth(message.width()));
+    EXPECT_GE(place(text(view, inputMonitoringHint), view).top(), place(message, view).bottom() + 8);
+}
+
+TEST_F(ContentViewTest, TheViewAsksForNoLessThan400By480) {
+    EXPECT_EQ(view.minimumSizeHint(), QSize(400, 480));
+    EXPECT_EQ(view.sizeHint().width(), 420);
+    EXPECT_EQ(view.maximumSize(), QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
+}
+
+TEST_F(ContentViewTest, WhatDoesNotFitScrollsUpAndDownOnly) {
+    stage.platform.registry.services.back().openResult = hid::notPermitted;
+    open({400, 250});
+    click(startButton());
+    const auto* area = view.findChild<QScrollArea*>();
+    EXPECT_GT(area->verticalScrollBar()->maximum(), 0);
+    EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0);
+}
+
+TEST_F(ContentViewTest, EverythingStandsInItsPlace) {
+    open();
+    const auto at = [&](const QWidget& widget) { return place(widget, view); };
+    const QRect mode = at(text(view, "MODE"));
+    const QRect picker = at(*segment("Pain").parentWidget());
+    const QRect label = at(text(view, "Sensitivity"));
+    const QRect value = at(text(view, "0.12"));
+    const QRect track = at(slider());
+    const QRect hint = at(text(view, "Lower detects lighter taps"));
+    const QRect button = at(startButton());
+    const QRect status = at(text(view, idleHint));
+    const auto gap = [](const QRect& above, const QRect& below) { return below.top() - above.bottom() - 1; };
+
+    for (const QRect& rect : {mode, picker, label, track, hint, button, status}) EXPECT_EQ(rect.left(), 20);
+    for (const QRect& rect : {picker, value, track, button, status}) EXPECT_EQ(rect.right(), 420 - 20 - 1);
+    EXPECT_EQ(gap(mode, picker), 18);
+    EXPECT_EQ(gap(picker, label), 18);
+    EXPECT_EQ(gap(label, track), 6);
+    EXPECT_EQ(gap(track, hint), 6);
+    EXPECT_EQ(gap(hint, button), 18);
+    EXPECT_EQ(gap(button, status), 18);
+}
+
+TEST_F(ContentViewTest, TheHeaderHoldsLogoTitleAndPill) {
+    open();
+    const QRect logo = place(find<Picture>(view, "Quiverly"), view);
+    const QRect title = place(text(view, "Quiverly"), view);
+    const QRect subtitle = place(text(view, "Slap → yell."), view);
+    const QRect pill = place(text(view, "Idle"), view);
+    EXPECT_EQ(logo.size(), QSize(36, 36));
+    EXPECT_EQ(logo.left(), 20);
+    EXPECT_EQ(title.left(), 20 + 36 + 12);
+    EXPECT_EQ(title.top(), 16);
+    EXPECT_EQ(subtitle.top(), title.bottom() + 1 + 2);
+    EXPECT_EQ(pill.right(), 420 - 20 - 1);
+    EXPECT_NEAR(pill.height(), text(view, "Idle").fontMetrics().height() + 2 * 5, 1);
+    EXPECT_NEAR(pill.width(), text(view, "Idle").fontMetrics().horizontalAdvance("Idle") + 2 * 10, 1);
+    EXPECT_NEAR(pill.center().y(), logo.center().y(), 1);
+    EXPECT_EQ(colorAt(view, {210, subtitle.bottom() + 1 + 16}), Theme::current().colors().divider);
+}
+
+TEST_F(ContentViewTest, TextsHaveTheFontsOfTheirRoles) {
+    open();
+    const auto expectFont = [&](const QString& name, int size, QFont::Weight weight) {
+        const QFont font = text(view, name).font();
+        EXPECT_EQ(font.pixelSize(), size) << name.toStdString();
+        EXPECT_EQ(font.weight(), weight) << name.toStdString();
+    };
+    expectFont("Quiverly", 20, QFont::Bold);
+    expectFont("Slap → yell.", 11, QFont::Normal);
+    expectFont("Idle", 10, QFont::DemiBold);
+    expectFont("MODE", 10, QFont::DemiBold);
+    expectFont("Sensitivity", 13, QFont::Normal);
+    expectFont("0.12", 13, QFont::Normal);
+    expectFont("Lower detects lighter taps", 10, QFont::Medium);
+    expectFont(idleHint, 12, QFont::Normal);
+    EXPECT_EQ(startButton().font().pixelSize(), 13);
+    EXPECT_EQ(startButton().font().weight(), QFont::Bold);
+    EXPECT_EQ(text(view, "Quiverly").font().families(), QStringList("Quicksand"));
+    EXPECT_NEAR(text(view, "MODE").font().letterSpacing(), 0.6, 0.01);
+}
+
+TEST_F(ContentViewTest, ManySlapsAreShownInOneTurn) {
+    open();
+    EventCounter events;
+    for (int count = 0; count < 500; ++count) Inspector::handleSlap(engine, 0.3);
+    stage.settle();
+    EXPECT_TRUE(showsText(view, "Slaps this session: 500  ·  last 0.300g"));
+    EXPECT_LE(events.count(QEvent::Paint), 20);
+}
+
+TEST_F(ContentViewTest, SamplesThatChangeNothingRepaintNothing) {
+    open();
+    click(startButton());
+    stage.sample(0, 0, 1); // the first sample counts as a slap
+    stage.settle();
+    EventCounter events;
+    const auto before = stage.platform.registry.reportsDelivered();
+    for (int count = 0; count < 1000; ++count) stage.sample(0, 0, 1);
+    stage.settle();
+    EXPECT_EQ(stage.platform.registry.reportsDelivered(), before + 8000);
+    EXPECT_EQ(events.count(QEvent::Paint), 0);
+    EXPECT_EQ(events.count(QEvent::UpdateRequest), 0);
+    EXPECT_EQ(events.count(QEvent::LayoutRequest), 0);
+}
+
+TEST_F(ContentViewTest, NothingHappensInAQuietSecond) {
+    open();
+    click(startButton());
+    EventCounter events;
+    QTest::qWait(1000);
+    EXPECT_EQ(events.count(QEvent::Timer), 0);
+    EXPECT_EQ(events.count(QEvent::Paint), 0);
+    EXPECT_EQ(events.count(QEvent::UpdateRequest), 0);
+}
+
+TEST_F(ContentViewTest, TheKeyboardReachesEveryControl) {
+    open();
+    view.activateWindow();
+    QStringList reached;
+    startButton().setFocus();
+    for (int count = 0; count < 3; ++count) {
+        QTest::keyClick(&view, Qt::Key_Tab);
+        reached << accessibleText(*QApplication::focusWidget());
+    }
+    EXPECT_EQ(reached, QStringList({"Sexy", "Sensitivity", "Start listening"}));
+}
+
+TEST_F(ContentViewTest, TheFocusOfTheKeyboardCanBeSeen) {
+    open();
+    view.activateWindow();
+    for (int count = 0; count < 3; ++count) {
+        const QImage before = view.grab().toImage();
+        QTest::keyClick(&view, Qt::Key_Tab);
+        stage.settle();
+        EXPECT_NE(view.grab().toImage(), before) << count;
+    }
+}
+
+TEST_F(ContentViewTest, SpaceAndEnterPressTheButton) {
+    open();
+    startButton().setFocus();
+    press(startButton(), Qt::Key_Space);
+    EXPECT_TRUE(engine.isRunning());
+    press(stopButton(), Qt::Key_Return);
+    EXPECT_FALSE(engine.isRunning());
+    press(startButton(), Qt::Key_Enter);
+    EXPECT_TRUE(engine.isRunning());
+}
+
+// The header's logo: the first of its files that loads.
+class HeaderLogoTest : public testing::Test {
+protected:
+    void put(const char* name, const QColor& color) {
+        QImage image(64, 64, QImage::Format_RGB32);
+        image.fill(color);
+        ASSERT_TRUE(image.save(folder.filePath(name), "png"));
+    }
+
+    QImage header() {
+        BonkoEngine engine;
+        ContentView view(engine);
+        view.resize(420, 560);
+        view.show();
+        stage.settle();
+        Picture& logo = find<Picture>(view, "Quiverly");
+        EXPECT_EQ(logo.size(), QSize(36, 36));
+        EXPECT_EQ(place(text(view, "Quiverly"), view).left(), 20 + 36 + 12);
+        return logo.grab().toImage();
+    }
+
+    QTemporaryDir folder;
+    Stage stage;
+
+    HeaderLogoTest() { stage.platform.resources.folders = {folder.path().toStdString()}; }
+};
+
+TEST_F(HeaderLogoTest, TheIconComesFirst) {
+    put("AppIcon.png", Qt::blue);
+    put("logo.png", Qt::green);
+    const QImage logo = header();
+    EXPECT_EQ(logo.pixelColor(18, 18), QColor(Qt::blue));
+    EXPECT_EQ(logo.pixelColor(0, 0), QApplication::palette().color(QPalette::Window)) << "the corners are clipped";
+    EXPECT_EQ(logo.pixelColor(0, 18), QColor(Qt::blue));
+}
+
+TEST_F(HeaderLogoTest, WithoutAnIconThereIsTheLogo) {
+    put("AppIcon.icns", Qt::blue);
+    put("logo.png", Qt::green);
+    EXPECT_EQ(header().pixelColor(18, 18), QColor(Qt::green));
+}
+
+TEST_F(HeaderLogoTest, AnIconThatCannotBeReadIsPassedOver) {
+    QFile broken(folder.filePath("AppIcon.png"));
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+    broken.write("no picture");
+    broken.close();
+    put("logo.png", Qt::green);
+    EXPECT_EQ(header().pixelColor(18, 18), QColor(Qt::green));
+}
+
+TEST_F(HeaderLogoTest, WithoutImagesThePinkHandKeepsTheLayout) {
+    const QImage logo = header();
+    EXPECT_EQ(logo.pixelColor(18, 24), Theme::primaryPink);
+    EXPECT_EQ(logo.pixelColor(1, 1), QApplication::palette().color(QPalette::Window));
+}
+
+} // namespace
+} // namespace quiverly

@@ -1,0 +1,434 @@
+#include "ui/OnboardingView.h"
+
+#include <gtest/gtest.h>
+
+#include <QPushButton>
+
+#include "EventCounter.h"
+#include "Screen.h"
+#include "Stage.h"
+#include "ui/Theme.h"
+#include "ui/controls/Picture.h"
+
+namespace quiverly {
+namespace {
+
+constexpr char looking[] = "Looking for accelerometer…";
+constexpr char detected[] = "Accelerometer detected";
+constexpr char missing[] = "Accelerometer device missing on this Mac.";
+constexpr char volume[] = "Turn volume down if you’re in public — the test slap plays a sexy sound.";
+constexpr char prompt[] = "Slap your MacBook to test — you’ll hear a sexy clip!";
+constexpr char accelerometerOK[] = "Accelerometer OK — you’re good to go!";
+constexpr char motionOK[] = "Motion check passed";
+
+class OnboardingViewTest : public testing::Test {
+protected:
+    ~OnboardingViewTest() override { view.hide(); }
+
+    void open() {
+        view.show();
+        stage.settle();
+    }
+
+    // Past the settling time of the check: a slap counts now.
+    void openAndWait() {
+        open();
+        stage.rest();
+        stage.pass(2.0);
+    }
+
+    void awaitEndOfAnimation() {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return parts() == partsAtRest; }, 60'000));
+    }
+
+    qsizetype parts() { return view.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly).size(); }
+
+    // The icon on the line with that text.
+    QString iconOf(const QString& line) {
+        for (QWidget* child : text(view, line).parentWidget()->findChildren<QWidget*>()) {
+            const auto* picture = dynamic_cast<Picture*>(child);
+            if (picture && picture->isVisibleTo(&view) && !accessibleText(*child).isEmpty()) return accessibleText(*child);
+        }
+        return {};
+    }
+
+    QStringList lines() {
+        QStringList shown;
+        for (const QLabel* label : text(view, "Hardware check").parentWidget()->findChildren<QLabel*>()) {
+            if (label->isVisibleTo(&view) && label->text() != "Hardware check") shown << label->text();
+        }
+        return shown;
+    }
+
+    Stage stage;
+    BonkoEngine engine;
+    OnboardingView view{engine};
+    const qsizetype partsAtRest = parts();
+};
+
+TEST_F(OnboardingViewTest, AppearingBeginsTheCheck) {
+    EXPECT_FALSE(engine.isRunning());
+    open();
+    EXPECT_TRUE(engine.isRunning());
+    EXPECT_TRUE(Inspector::onboardingMode(engine));
+    EXPECT_FALSE(engine.soundEnabled);
+    EXPECT_EQ(lines(), QStringList({looking, volume}));
+    EXPECT_EQ(iconOf(looking), "Working");
+    EXPECT_EQ(iconOf(volume), "Warning");
+    EXPECT_TRUE(shows<Picture>(view, "Step 1"));
+    EXPECT_FALSE(shows<QPushButton>(view, "Continue"));
+}
+
+TEST_F(OnboardingViewTest, BeforeTheVerdictTheSpinnerTurnsThoughTheSensorDelivers) {
+    open();
+    for (int count = 0; count < 100; ++count) stage.sample(0, 0, 1);
+    stage.pass(0.599);
+    EXPECT_EQ(lines(), QStringList({looking, volume}));
+    EXPECT_EQ(iconOf(looking), "Working");
+}
+
+TEST_F(OnboardingViewTest, TheVerdictComesAfterSixTenthsOfASecond) {
+    open();
+    stage.pass(0.6);
+    EXPECT_EQ(lines(), QStringList({detected, volume, prompt}));
+    EXPECT_EQ(iconOf(detected), "Done");
+    EXPECT_EQ(iconOf(prompt), "Slap now");
+    EXPECT_EQ(colorOf(text(view, detected)), Theme::current().colors().primary);
+    EXPECT_EQ(colorOf(text(view, prompt)), Theme::current().colors().primary);
+}
+
+TEST_F(OnboardingViewTest, WithoutASensorTheEnginesErrorIsShownInOrange) {
+    stage.removeSensor();
+    open();
+    const auto expectFailure = [&] {
+        EXPECT_EQ(lines(), QStringList({missing, volume}));
+        EXPECT_EQ(iconOf(missing), "Warning");
+        EXPECT_EQ(colorOf(text(view, missing)), Theme::current().colors().orange);
+        EXPECT_TRUE(shows<Picture>(view, "Step 1"));
+        EXPECT_FALSE(shows<QPushButton>(view, "Continue"));
+    };
+    expectFailure();
+    stage.pass(0.6);
+    expectFailure();
+    stage.pass(60);
+    expectFailure();
+}
+
+TEST_F(OnboardingViewTest, TheVolumeWarningIsOrangeInEveryStateOfTheFirstStep) {
+    const auto expectWarning = [&] {
+        EXPECT_EQ(iconOf(volume), "Warning");
+        EXPECT_EQ(colorOf(text(view, volume)), Theme::current().colors().orange);
+    };
+    open();
+    expectWarning();
+    stage.pass(0.6);
+    expectWarning();
+    view.hide();
+    stage.removeSensor();
+    open();
+    expectWarning();
+    stage.pass(0.6);
+    expectWarning();
+}
+
+TEST_F(OnboardingViewTest, ATestSlapCompletesTheCheck) {
+    openAndWait();
+    stage.hit(0.5);
+    EXPECT_EQ(engine.slapCount, 1);
+    EXPECT_EQ(lines(), QStringList({accelerometerOK, motionOK}));
+    EXPECT_EQ(iconOf(accelerometerOK), "Done");
+    EXPECT_EQ(iconOf(motionOK), "Done");
+    EXPECT_TRUE(shows<Picture>(view, "Step 1, done"));
+    EXPECT_TRUE(shows<QPushButton>(view, "Continue"));
+    EXPECT_FALSE(Inspector::onboardingMode(engine));
+    EXPECT_FALSE(engine.soundEnabled);
+    EXPECT_TRUE(engine.isRunning());
+}
+
+TEST_F(OnboardingViewTest, TheTestSlapTurnsTheSoundOff) {
+    openAndWait();
+    engine.soundEnabled = true;
+    stage.hit(0.5);
+    EXPECT_FALSE(engine.soundEnabled);
+}
+
+TEST_F(OnboardingViewTest, TwoQuickSlapsCountOnce) {
+    openAndWait();
+    int changes = 0;
+    const auto subscription = engine.objectWillChange.subscribe([&](const void* property) {
+        if (property == &engine.soundEnabled) ++changes;
+    });
+    Inspector::detector(engine).onSlap(0.5);
+    Inspector::detector(engine).onSlap(0.5);
+    stage.settle();
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(engine.slapCount, 2);
+    EXPECT_EQ(lines(), QStringList({accelerometerOK, motionOK}));
+}
+
+TEST_F(OnboardingViewTest, ASlapBeforeTheVerdictCompletesTheCheck) {
+    open();
+    stage.platform.calendar.advance(std::chrono::seconds(2)); // the settling time, while the verdict is held up
+    stage.slap(engine, 0.5);
+    EXPECT_EQ(lines(), QStringList({accelerometerOK, motionOK}));
+    stage.pass(0.6);
+    EXPECT_EQ(lines(), QStringList({accelerometerOK, motionOK}));
+}
+
+TEST_F(OnboardingViewTest, SlapsDuringTheSettlingTimeDoNotCount) {
+    open();
+    stage.pass(1.9);
+    stage.slap(engine, 0.9);
+    EXPECT_EQ(lines(), QStringList({detected, volume, prompt}));
+    EXPECT_EQ(engine.slapCount, 0);
+}
+
+TEST_F(OnboardingViewTest, TheCompleteStepShowsAWhiteCheckOnPink) {
+    openAndWait();
+    stage.hit(0.5);
+    awaitEndOfAnimation();
+    Picture& badge = find<Picture>(view, "Step 1, done");
+    EXPECT_EQ(badge.size(), QSize(28, 28));
+    EXPECT_EQ(colorAt(badge, {4, 14}), Theme::primaryPink);
+    EXPECT_EQ(colorAt(badge, {12, 17}), QColor(Qt::white));
+}
+
+TEST_F(OnboardingViewTest, TheStepFadesOver) {
+    openAndWait();
+    stage.platform.mainQueue.drain();
+    const QImage before = view.grab().toImage();
+    stage.hit(0.5);
+    const QImage during = view.grab().toImage();
+    awaitEndOfAnimation();
+    const QImage after = view.grab().toImage();
+    EXPECT_NE(before, after);
+    EXPECT_NE(during, after);
+}
+
+TEST_F(OnboardingViewTest, NothingTurnsWhereThereIsNothingToWaitFor) {
+    openAndWait();
+    EventCounter events;
+    QTest::qWait(1000);
+    EXPECT_EQ(events.count(QEvent::Timer), 0);
+    EXPECT_EQ(events.count(QEvent::Paint), 0);
+    EXPECT_EQ(events.count(QEvent::UpdateRequest), 0);
+}
+
+TEST_F(OnboardingViewTest, LeavingWhileTheCheckRunsEndsItAndStopsTheEngine) {
+    open();
+    view.hide();
+    EXPECT_FALSE(engine.isRunning());
+    EXPECT_FALSE(Inspector::onboardingMode(engine));
+    EXPECT_EQ(Inspector::detector(engine).threshold, 0.12);
+    stage.pass(0.6);
+    stage.slap(engine, 0.5);
+    EXPECT_EQ(lines(), QStringList({looking, volume})) << "what it shows is settled when it appears again";
+}
+
+TEST_F(OnboardingViewTest, LeavingStopsTheEngineInEveryState) {
+    const std::vector<std::function<void()>> states = {
+        [&] {},
+        [&] { stage.pass(0.6); },
+        [&] { stage.pass(2.0); stage.hit(0.5); },
+        [&] { view.hide(); stage.removeSensor(); open(); },
+        [&] { stage.pass(0.6); },
+    };
+    for (const auto& reach : states) {
+        open();
+        reach();
+        view.hide();
+        stage.settle();
+        EXPECT_EQ(engine.phase.get(), BonkoEngine::Phase{});
+        EXPECT_FALSE(Inspector::onboardingMode(engine));
+        stage.platform.threads.turn();
+        EXPECT_FALSE(stage.platform.registry.deviceIsOpen());
+    }
+}
+
+TEST_F(OnboardingViewTest, AppearingAgainStartsAfresh) {
+    openAndWait();
+    stage.hit(0.5);
+    view.hide();
+    open();
+    EXPECT_EQ(lines(), QStringList({looking, volume}));
+    EXPECT_FALSE(shows<QPushButton>(view, "Continue"));
+    stage.pass(0.6);
+    EXPECT_EQ(lines(), QStringList({detected, volume, prompt}));
+}
+
+TEST_F(OnboardingViewTest, AVerdictBelongsToTheAppearanceThatAskedForIt) {
+    open();
+    stage.pass(0.5);
+    view.hide();
+    open();
+    stage.pass(0.1);
+    EXPECT_EQ(lines(), QStringList({looking, volume}));
+    stage.pass(0.5);
+    EXPECT_EQ(lines(), QStringList({detected, volume, prompt}));
+}
+
+TEST_F(OnboardingViewTest, AFailedCheckSucceedsWhenTheViewAppearsAgain) {
+    stage.removeSensor();
+    open();
+    stage.pass(0.6);
+    stage.connectSensor();
+    stage.pass(60);
+    EXPECT_EQ(lines(), QStringList({missing, volume}));
+    view.hide();
+    open();
+    stage.pass(0.6);
+    EXPECT_EQ(lines(), QStringList({detected, volume, prompt}));
+}
+
+TEST_F(OnboardingViewTest, AnEngineThatStopsAfterTheVerdictIsNotJudgedAgain) {
+    open();
+    stage.pass(0.6);
+    engine.stop();
+    stage.pass(60);
+    EXPECT_EQ(lines(), QStringList({detected, volume, prompt}));
+}
+
+TEST_F(OnboardingViewTest, AnEngineThatHasStoppedAtTheVerdictIsStillLookedFor) {
+    open();
+    engine.stop();
+    stage.pass(0.6);
+    EXPECT_EQ(lines(), QStringList({looking, volume}));
+}
+
+TEST_F(OnboardingViewTest, EveryFailureToOpenTheSensorIsShownAsTheEngineTellsIt) {
+    using Break = std::function<void(VirtualRegistry&)>;
+    const std::vector<std::pair<const char*, Break>> failures = {
+        {"Could not query AppleSPUHIDDevice.", [](auto& registry) { registry.unbuildable = {"AppleSPUHIDDevice"}; }},
+        {"No Apple Silicon accelerometer found.", [](auto& registry) { registry.unsearchable = {"AppleSPUHIDDevice"}; }},
+        {missing, [](auto& registry) { registry.services.pop_back(); }},
+        {"Failed to create HID device.", [](auto& registry) { registry.services.back().canBecomeDevice = false; }},
+        {"Need Input Monitoring permission (System Settings → Privacy & Security). Code -536870174.",
+         [](auto& registry) { registry.services.back().openResult = hid::notPermitted; }},
+    };
+    for (const auto& [message, breakSensor] : failures) {
+        stage.platform.registry.unbuildable.clear();
+        stage.platform.registry.unsearchable.clear();
+        stage.connectSensor();
+        breakSensor(stage.platform.registry);
+        open();
+        stage.pass(0.6);
+        EXPECT_EQ(lines(), QStringList({message, volume}));
+        view.hide();
+    }
+}
+
+TEST_F(OnboardingViewTest, ContinueTellsThatTheUserGoesOn) {
+    int continued = 0;
+    view.onContinue = [&] { ++continued; };
+    openAndWait();
+    stage.hit(0.5);
+    awaitEndOfAnimation();
+    QTest::mouseClick(&find<QPushButton>(view, "Continue"), Qt::LeftButton);
+    EXPECT_EQ(continued, 1);
+}
+
+TEST_F(OnboardingViewTest, ContinueCanBeClickedWhileTheStepFades) {
+    int continued = 0;
+    view.onContinue = [&] { ++continued; };
+    openAndWait();
+    stage.hit(0.5);
+    QPushButton& button = find<QPushButton>(view, "Continue");
+    QWidget* under = view.childAt(place(button, view).center());
+    ASSERT_EQ(under, &button);
+    QTest::mouseClick(under, Qt::LeftButton);
+    EXPECT_EQ(continued, 1);
+}
+
+TEST_F(OnboardingViewTest, EverythingStandsInItsPlace) {
+    open();
+    stage.pass(0.6);
+    const auto at = [&](const QWidget& widget) { return place(widget, view); };
+    const auto gap = [](const QRect& above, const QRect& below) { return below.top() - above.bottom() - 1; };
+    const QRect logo = at(find<Picture>(view, "Quiverly"));
+    const QRect title = at(text(view, "Welcome to Quiverly"));
+    const QRect subtitle = at(text(view, "Slap your MacBook. It has feelings, and it will tell you."));
+    const QRect badge = at(find<Picture>(view, "Step 1"));
+    const QRect step = at(text(view, "Hardware check"));
+    const QRect first = at(*text(view, detected).parentWidget());
+    const QRect second = at(*text(view, volume).parentWidget());
+    const QRect third = at(*text(view, prompt).parentWidget());
+
+    EXPECT_EQ(view.minimumSize(), QSize(420, 560));
+    EXPECT_EQ(view.maximumSize(), QSize(420, 560));
+    EXPECT_EQ(logo, QRect((420 - 72) / 2, 28 + 8, 72, 72));
+    EXPECT_EQ(gap(logo, title), 10);
+    EXPECT_EQ(gap(title, subtitle), 10);
+    EXPECT_EQ(gap(subtitle, badge), 28);
+    EXPECT_EQ(badge.left(), 28);
+    EXPECT_EQ(badge.size(), QSize(28, 28));
+    EXPECT_EQ(step.left(), 28 + 28 + 14);
+    EXPECT_EQ(step.top(), badge.top());
+    EXPECT_EQ(gap(step, first), 4 + 8);
+    EXPECT_EQ(gap(first, second), 10);
+    EXPECT_EQ(gap(second, third), 10);
+    EXPECT_EQ(at(text(view, volume)).left() - second.left(), 16 + 8);
+    EXPECT_EQ(second.right(), 420 - 28 - 1);
+    EXPECT_EQ(text(view, "Welcome to Quiverly").font().pixelSize(), 24);
+    EXPECT_EQ(text(view, "Welcome to Quiverly").font().families(), QStringList("Quicksand"));
+    EXPECT_EQ(text(view, detected).font().pixelSize(), 12);
+    EXPECT_EQ(text(view, "Hardware check").font().weight(), QFont::Bold);
+}
+
+TEST_F(OnboardingViewTest, LinesWrapRatherThanBeingCut) {
+    open();
+    QLabel& warning = text(view, volume);
+    EXPECT_GE(warning.height(), 2 * warning.fontMetrics().height());
+    EXPECT_GE(warning.height(), warning.heightForWidth(warning.width()));
+}
+
+// The welcome's logo: the first of its files that loads.
+class WelcomeLogoTest : public testing::Test {
+protected:
+    void put(const char* name, const QColor& color) {
+        QImage image(64, 64, QImage::Format_RGB32);
+        image.fill(color);
+        ASSERT_TRUE(image.save(folder.filePath(name), "png"));
+    }
+
+    QImage logo() {
+        BonkoEngine engine;
+        OnboardingView view(engine);
+        view.show();
+        stage.settle();
+        Picture& logo = find<Picture>(view, "Quiverly");
+        EXPECT_EQ(place(logo, view), QRect((420 - 72) / 2, 28 + 8, 72, 72));
+        const QImage image = logo.grab().toImage();
+        view.hide();
+        return image;
+    }
+
+    QTemporaryDir folder;
+    Stage stage;
+
+    WelcomeLogoTest() { stage.platform.resources.folders = {folder.path().toStdString()}; }
+};
+
+TEST_F(WelcomeLogoTest, TheIconComesFirst) {
+    put("AppIcon.png", Qt::blue);
+    put("AppIcon.icns", Qt::red);
+    put("logo.png", Qt::green);
+    EXPECT_EQ(logo().pixelColor(36, 36), QColor(Qt::blue));
+}
+
+TEST_F(WelcomeLogoTest, ThenTheIconFileOfTheBundle) {
+    put("AppIcon.icns", Qt::red);
+    put("logo.png", Qt::green);
+    EXPECT_EQ(logo().pixelColor(36, 36), QColor(Qt::red));
+}
+
+TEST_F(WelcomeLogoTest, ThenTheLogo) {
+    put("logo.png", Qt::green);
+    EXPECT_EQ(logo().pixelColor(36, 36), QColor(Qt::green));
+}
+
+TEST_F(WelcomeLogoTest, WithoutImagesThereIsThePinkHand) {
+    EXPECT_EQ(logo().pixelColor(36, 46), Theme::primaryPink);
+}
+
+} // namespace
+} // namespace quiverly

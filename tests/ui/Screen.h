@@ -1,0 +1,78 @@
+#pragma once
+
+#include <algorithm>
+#include <ostream>
+#include <stdexcept>
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QImage>
+#include <QLabel>
+#include <QWidget>
+
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
+
+inline void PrintTo(const QColor& color, std::ostream* out) {
+    *out << color.name(QColor::HexArgb).toStdString();
+}
+
+namespace quiverly {
+
+// What a user sees and a screen reader says of a window.
+
+inline QString accessibleText(QWidget& widget, QAccessible::Text kind = QAccessible::Name) {
+    return QAccessible::queryAccessibleInterface(&widget)->text(kind);
+}
+
+// The one visible widget of that kind and accessible name.
+template<class Widget>
+Widget& find(QWidget& root, const QString& name) {
+    Widget* found = nullptr;
+    for (QWidget* child : root.findChildren<QWidget*>()) {
+        auto* widget = dynamic_cast<Widget*>(child);
+        if (!widget || !widget->isVisibleTo(&root) || accessibleText(*widget) != name) continue;
+        if (found) throw std::runtime_error("more than one: " + name.toStdString());
+        found = widget;
+    }
+    if (!found) throw std::runtime_error("there is no " + name.toStdString());
+    return *found;
+}
+
+template<class Widget>
+bool shows(QWidget& root, const QString& name) {
+    return std::ranges::any_of(root.findChildren<QWidget*>(), [&](QWidget* child) {
+        return dynamic_cast<Widget*>(child) && child->isVisibleTo(&root) && accessibleText(*child) == name;
+    });
+}
+
+inline bool showsText(QWidget& root, const QString& text) {
+    return shows<QLabel>(root, text);
+}
+
+inline QLabel& text(QWidget& root, const QString& text) {
+    return find<QLabel>(root, text);
+}
+
+inline QColor colorOf(const QWidget& label) {
+    return label.palette().color(QPalette::WindowText);
+}
+
+// Where a widget is, in the coordinates of the root.
+inline QRect place(const QWidget& widget, const QWidget& root) {
+    return {widget.mapTo(&root, QPoint(0, 0)), widget.size()};
+}
+
+// The colour at a point of the widget, as painted.
+inline QColor colorAt(QWidget& widget, QPoint point) {
+    const QImage image = widget.grab().toImage();
+    return image.pixelColor(point * image.devicePixelRatio());
+}
+
+// The colour a prominent button is filled with.
+inline QColor tintOf(QWidget& button) {
+    return colorAt(button, QPoint(button.width() / 2, 4));
+}
+
+} // namespace quiverly
