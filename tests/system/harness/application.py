@@ -1,0 +1,118 @@
+"""The application, used as somebody uses it who hears its window read aloud and works it from the keyboard."""
+
+import re
+from dataclasses import dataclass
+from pathlib import Path
+from subprocess import STDOUT
+from typing import Sequence
+
+from harness.desktop import Desktop
+from harness.processes import end
+from harness.screen_reader import Accessible, Atspi, children, has_state, programs, visible
+from harness.waiting import NeverHappened, wait_until
+
+COUNTER = re.compile(r"Slaps this session: (\d+)  ·  last (-?\d+\.\d{3})g")
+
+
+@dataclass(frozen=True)
+class Counter:
+    """The slap counter line."""
+
+    count: int
+    amplitude: float  # g, as shown: three decimals
+
+
+class Application:
+    """One run of the application on a desktop, from its first window to its end.
+
+    Controls and texts are found by the names that the accessibility bus tells.
+    """
+
+    def __init__(self, desktop: Desktop, programs_folder: Path, launcher: Sequence[str] = ()) -> None:
+        """Starts the application, by way of the command `launcher` if there is one, and waits for its window."""
+        self._desktop = desktop
+        self.process = desktop.start(
+            [*launcher, programs_folder / "quiverly"],
+            cwd=desktop.home,
+            stdout=desktop.log("application"),
+            stderr=STDOUT,
+        )
+        self._frame = wait_until(self._find_frame, "the window")
+
+    # What the window shows.
+
+    def texts(self) -> list[str]:
+        """Names of all that shows, from top to bottom."""
+        return [name for each in visible(self._frame) if (name := each.get_name())]
+
+    def shows(self, text: str) -> bool:
+        return text in self.texts()
+
+    def wait_for(self, text: str) -> None:
+        """Waits until the window shows a text."""
+        try:
+            wait_until(lambda: self.shows(text), f"the text “{text}”")
+        except NeverHappened as failure:
+            raise NeverHappened(f"{failure}; the window shows {self.texts()}") from None
+
+    def counter(self) -> Counter:
+        """The slap counter line; no slap yet when it is absent."""
+        for text in self.texts():
+            if found := COUNTER.fullmatch(text):
+                return Counter(int(found[1]), float(found[2]))
+        return Counter(0, 0.0)
+
+    def wait_for_slaps(self, count: int) -> Counter:
+        """Waits until the counter has reached `count`."""
+        return wait_until(lambda: (seen := self.counter()).count >= count and seen, f"slap {count} in the counter")
+
+    # What the user does.
+
+    def press(self, button: str) -> None:
+        self._act(button, "push button")
+
+    def choose(self, option: str) -> None:
+        self._act(option, "radio button")
+
+    def is_chosen(self, option: str) -> bool:
+        return has_state(self._control(option, "radio button"), Atspi.StateType.CHECKED)
+
+    def is_usable(self, name: str, role: str) -> bool:
+        return has_state(self._control(name, role), Atspi.StateType.ENABLED)
+
+    def sensitivity(self) -> float:
+        return float(Atspi.Value.get_current_value(self._control("Sensitivity", "slider")))
+
+    def set_sensitivity(self, threshold: float) -> None:
+        Atspi.Value.set_current_value(self._control("Sensitivity", "slider"), threshold)
+
+    # How it ends.
+
+    def close_window(self) -> int:
+        """Closes the window, which ends the program, and returns its exit status."""
+        self._desktop.close_window("Quiverly")
+        return self.process.wait(60)
+
+    def kill(self) -> None:
+        """Ends the program as a crash does."""
+        self.process.kill()
+        self.process.wait()
+
+    def end(self) -> int:
+        return end(self.process)
+
+    def _find_frame(self) -> Accessible | None:
+        if self.process.poll() is not None:
+            raise RuntimeError(f"the application ended with status {self.process.returncode}\n{self._desktop.logs()}")
+        own = (each for each in programs(self._desktop) if each.get_process_id() == self.process.pid)
+        return next((window for program in own for window in children(program) if window.get_name() == "Quiverly"), None)
+
+    def _control(self, name: str, role: str) -> Accessible:
+        def find() -> Accessible | None:
+            same_name = (each for each in visible(self._frame) if each.get_name() == name)
+            return next((each for each in same_name if each.get_role_name() == role), None)
+
+        return wait_until(find, f"the {role} “{name}”")
+
+    def _act(self, name: str, role: str) -> None:
+        Atspi.Action.do_action(self._control(name, role), 0)

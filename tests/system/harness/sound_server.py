@@ -1,0 +1,41 @@
+"""A private sound server."""
+
+import signal
+import subprocess
+from subprocess import STDOUT
+
+from harness.desktop import Desktop
+from harness.samples import CHANNELS, RATE
+from harness.waiting import wait_until
+
+
+class SoundServer:
+    """A sound server whose only device is a sink that nobody hears but the recorder."""
+
+    def __init__(self, desktop: Desktop) -> None:
+        self._desktop = desktop
+        # Without rewinds, because the recording of a sink that rewinds lacks the first milliseconds of each sound.
+        sink = f"module-null-sink sink_name=test rate={RATE} channels={CHANNELS} format=float32le norewinds=1"
+        self._server = desktop.start(
+            ["pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no"]
+            + ["-L", "module-native-protocol-unix"]
+            + ["-L", sink],
+            stdout=desktop.log("sound-server"),
+            stderr=STDOUT,
+        )
+        wait_until(self._answers, "the sound server")
+
+    def _answers(self) -> bool:
+        answer = subprocess.run(["pactl", "info"], env=self._desktop.environment, capture_output=True, check=False)
+        return answer.returncode == 0
+
+    def freeze(self) -> None:
+        self._server.send_signal(signal.SIGSTOP)
+
+    def thaw(self) -> None:
+        self._server.send_signal(signal.SIGCONT)
+
+    def kill(self) -> None:
+        """Ends the server the hard way, as a crash does."""
+        self._server.kill()
+        self._server.wait()
