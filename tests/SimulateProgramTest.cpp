@@ -1,17 +1,21 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <array>
 #include <csignal>
 #include <fstream>
+#include <list>
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "LiveLaptop.h"
 #include "RuntimeFolder.h"
 #include "Waiting.h"
+#include "platform/linux/LaptopConnection.h"
 #include "sensing/AccelerometerReader.h"
 
 namespace quiverly {
@@ -55,6 +59,10 @@ public:
         EXPECT_EQ(::write(in.get(), text.data(), text.size()), std::ssize(text));
     }
     void endInput() { in.reset(); }
+    void limitDescriptors(rlim_t most) const {
+        const rlimit limit{.rlim_cur = most, .rlim_max = most};
+        EXPECT_EQ(::prlimit(child, RLIMIT_NOFILE, &limit, nullptr), 0);
+    }
     void signal(int number) const { ::kill(child, number); }
 
     std::string readLine() const {
@@ -102,6 +110,13 @@ std::filesystem::path write(const RuntimeFolder& folder, const std::string& text
     const auto file = folder.path() / "file";
     std::ofstream(file, std::ios::binary) << text;
     return file;
+}
+
+// Lines of a recording: as many reports at that time as one sample takes, the raw x in hexadecimal.
+std::string eightReports(const std::string& time, const std::string& x) {
+    std::string lines;
+    for (int count = 0; count < 8; ++count) lines += time + " 000000000000" + x + "0000000000000000\n";
+    return lines;
 }
 
 // A reader of the laptop that is there.
@@ -258,11 +273,8 @@ TEST(SimulateProgramTest, FollowsAScriptFromItsFirstReportOn) {
 
 TEST(SimulateProgramTest, PlaysARecordingAndThenSleeps) {
     const RuntimeFolder folder;
-    std::string recording = "# eight reports of 2 g, eight of half a g\n100 !start\n";
-    for (int count = 0; count < 16; ++count) {
-        recording += std::to_string(100 + count / 8) + '.' + std::to_string(count % 8) + " 000000000000" +
-                     (count < 8 ? "00000200" : "00800000") + "0000000000000000\n";
-    }
+    const auto recording =
+        "# as a user sends it\n100 !start\n" + eightReports("100.5", "00000200") + eightReports("101.25", "00800000");
     Program program({"--verbose", "--recording", write(folder, recording).string()});
     program.readLine();
     const Listener listener;
@@ -272,6 +284,20 @@ TEST(SimulateProgramTest, PlaysARecordingAndThenSleeps) {
     EXPECT_EQ(listener.samples.all()[1].x, 0.5);
     program.tell("wake\n");
     EXPECT_TRUE(waitUntil([&] { return listener.samples.last().z > 0.9; }));
+}
+
+TEST(SimulateProgramTest, WhatARecordingHoldsWhileTheLaptopSleepsIsLost) {
+    const RuntimeFolder folder;
+    const auto recording = folder.path() / "recording";
+    std::ofstream(recording) << eightReports("0", "00000200") << eightReports("0.2", "00000300")
+                             << eightReports("0.6", "00800000");
+    const auto script = write(folder, "0.1 sleep\n0.4 wake\n");
+    Program program({"--recording", recording.string(), "--script", script.string()});
+    program.readLine();
+    const Listener listener;
+    EXPECT_TRUE(waitUntil([&] { return listener.samples.count() == 2; }));
+    EXPECT_EQ(listener.samples.all()[0].x, 2.0);
+    EXPECT_EQ(listener.samples.all()[1].x, 0.5);
 }
 
 TEST(SimulateProgramTest, SaysWhatIsWrongWithARecording) {
@@ -287,6 +313,24 @@ TEST(SimulateProgramTest, SaysWhatIsWrongWithARecording) {
     Program missing({"--recording", "/nonexistent/recording"});
     EXPECT_EQ(missing.status(), 1);
     EXPECT_EQ(missing.errors(), "quiverly-simulate: /nonexistent/recording: No such file or directory\n");
+}
+
+TEST(SimulateProgramTest, TurnsClientsAwayWhenItHasNoDescriptorLeft) {
+    const RuntimeFolder folder;
+    const Program program({"--verbose"});
+    program.readLine();
+    program.limitDescriptors(12);
+    std::list<std::shared_ptr<LaptopConnection>> clients;
+    for (clients.push_back(LaptopConnection::connect()); clients.back();
+         clients.push_back(LaptopConnection::connect())) {
+        ASSERT_LT(clients.size(), 13U);
+    }
+    ASSERT_GT(clients.size(), 2U);
+    for (std::string line = "-"; line != "too many open files: a client was turned away\n"; line = program.readLine()) {
+        ASSERT_NE(line, "");
+    }
+    clients.pop_front();
+    EXPECT_TRUE(waitUntil([] { return LaptopConnection::connect() != nullptr; }));
 }
 
 TEST(SimulateProgramTest, UnusableOptionsEndItWithStatus2) {

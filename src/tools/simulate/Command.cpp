@@ -129,7 +129,8 @@ std::variant<Timed, Mistake> parseTimed(std::string_view line) {
     auto parsed = parseWords(Words(words).subspan(1));
     if (auto* mistake = std::get_if<Mistake>(&parsed)) return std::move(*mistake);
     return Timed{.due = std::chrono::milliseconds(std::llround(*seconds * 1000.0)),
-                 .command = std::get<Command>(parsed)};
+                 .command = std::get<Command>(parsed),
+                 .text = std::string(line)};
 }
 
 } // namespace quiverly::command

@@ -45,6 +45,7 @@ std::variant<Command, Mistake> parse(std::string_view line);
 struct Timed {
     std::chrono::milliseconds due;
     Command command;
+    std::string text; // the whole line
 };
 std::variant<Timed, Mistake> parseTimed(std::string_view line);
 

@@ -24,8 +24,6 @@ bool sendHellos(int socket) {
 
 } // namespace
 
-const int LaptopServer::notPermitted = EPERM;
-
 std::optional<std::string> LaptopServer::appear() {
     return listener.show();
 }

@@ -2,7 +2,6 @@
 
 #include <poll.h>
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -30,7 +29,8 @@ public:
     void vanish();
     std::string address() const { return listener.path().string(); }
 
-    void setPermitted(bool permitted) { openError = permitted ? 0 : notPermitted; }
+    // What who asks to open the accelerometer from now on is answered: 0 or an error number of the system (errno).
+    void setOpenError(int error) { openError = error; }
 
     // Whether somebody gets reports now.
     bool isReporting() const { return driver.isReporting(); }
@@ -49,8 +49,6 @@ private:
         std::uint64_t sent = 0;
         std::uint64_t dropped = 0;
     };
-
-    static const int notPermitted;
 
     static FileDescriptor openSpare();
     void accept();

@@ -63,7 +63,9 @@ std::chrono::nanoseconds Simulator::untilNext() const {
 
 // Time during which nobody listened needs no catching up.
 void Simulator::skipSilence() {
-    if (!isReporting()) next = std::max(next, now());
+    if (isReporting()) return;
+    next = std::max(next, now());
+    missRecording();
 }
 
 void Simulator::readCommands(int& commands) {
@@ -87,7 +89,7 @@ void Simulator::obeyLine(const std::string& line) {
     if (command::saysNothing(line)) return;
     const auto parsed = command::parse(line);
     if (const auto* mistake = std::get_if<command::Mistake>(&parsed)) return complain(mistake->text);
-    obey(std::get<command::Command>(parsed));
+    obey(std::get<command::Command>(parsed), line);
 }
 
 void Simulator::catchUp() {
@@ -96,16 +98,16 @@ void Simulator::catchUp() {
     for (; next <= end && !finished; ++next) {
         if (isReporting() && !begin) begin = next;
         obeyScript();
-        if (isReporting()) sendReports();
+        isReporting() ? sendReports() : missRecording();
     }
 }
 
 void Simulator::obeyScript() {
     Script& script = options.script;
     while (begin && !script.empty() && *begin + script.front().due <= next) {
-        const command::Command command = script.front().command;
+        const command::Timed timed = std::move(script.front());
         script.pop_front();
-        obey(command);
+        obey(timed.command, timed.text);
     }
 }
 
@@ -129,7 +131,14 @@ void Simulator::playRecording() {
     asleep = true;
 }
 
-void Simulator::obey(const command::Command& command) {
+// What the recording holds for a time when nobody listens is lost.
+void Simulator::missRecording() {
+    while (recording && begin && recording->take(next - *begin)) {
+    }
+}
+
+void Simulator::obey(const command::Command& command, const std::string& text) {
+    say(text);
     std::visit([this](const auto& what) { apply(what); }, command);
 }
 
@@ -137,7 +146,6 @@ void Simulator::apply(const command::Slap& slap) {
     if (!isReporting()) return complain("nobody listens to the sensor: the slap is lost");
     if (recording) return complain("a recording is played: the slap is lost");
     motion.slap(slap.blow);
-    say("slap of " + std::to_string(slap.blow.peak) + " g");
 }
 
 void Simulator::apply(const command::Appear&) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <iosfwd>
@@ -54,8 +55,9 @@ private:
     void obeyScript();
     void sendReports();
     void playRecording();
+    void missRecording();
 
-    void obey(const command::Command& command);
+    void obey(const command::Command& command, const std::string& text);
     void apply(const command::Slap& slap);
     void apply(const command::Rest&) { motion.rest(); }
     void apply(const command::Tilt& tilt) { motion.tilt(tilt.up); }
@@ -65,8 +67,8 @@ private:
     void apply(const command::Wake&) { asleep = false; }
     void apply(const command::Vanish&) { server.vanish(); }
     void apply(const command::Appear&);
-    void apply(const command::Deny&) { server.setPermitted(false); }
-    void apply(const command::Allow&) { server.setPermitted(true); }
+    void apply(const command::Deny&) { server.setOpenError(EPERM); }
+    void apply(const command::Allow&) { server.setOpenError(0); }
     void apply(const command::Quit&) { finished = true; }
 
     void say(const std::string& event);
