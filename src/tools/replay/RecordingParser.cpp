@@ -49,28 +49,28 @@ std::optional<RecordingLine> RecordingParser::next() {
             if (source.peek() == '#') {
                 source.skipLine();
             } else if (!takeLineEnd()) {
-                return line();
+                return readLine();
             }
         }
-    } catch (Malformed& line) {
-        malformed = std::move(line.what);
+    } catch (Malformed& found) {
+        malformed = std::move(found.what);
     }
     return std::nullopt;
 }
 
-RecordingLine RecordingParser::line() {
-    const double seconds = timeInSeconds();
+RecordingLine RecordingParser::readLine() {
+    const double seconds = readTime();
     skipBlanks();
-    const Action action = this->action();
+    Action action = readAction();
     skipBlanks();
     if (!takeLineEnd()) fail("the line should end here");
     if (calendar > latestCalendar) fail("the calendar would read more than 9000000000 s");
     const std::chrono::nanoseconds since1970(static_cast<std::int64_t>(calendar));
-    return {seconds, calendar::TimePoint(since1970), action};
+    return {seconds, calendar::TimePoint(since1970), std::move(action)};
 }
 
-double RecordingParser::timeInSeconds() {
-    const Decimal seconds = decimal();
+double RecordingParser::readTime() {
+    const Decimal seconds = readDecimal();
     const auto nanoseconds = seconds.billionths();
     if (seconds.isNegative()) fail("the time is negative");
     if (!nanoseconds) fail("the time has more than nine digits after the point");
@@ -81,14 +81,14 @@ double RecordingParser::timeInSeconds() {
     return seconds.value();
 }
 
-Action RecordingParser::action() {
-    const std::string what = word();
+Action RecordingParser::readAction() {
+    const std::string what = readWord();
     if (what.empty()) fail("a report or a command is missing");
-    if (what.starts_with('!')) return command(what);
-    return report(what == "-" ? "" : what);
+    if (what.starts_with('!')) return readCommand(what);
+    return readReport(what == "-" ? "" : what);
 }
 
-action::Report RecordingParser::report(const std::string& digits) {
+action::Report RecordingParser::readReport(const std::string& digits) {
     if (digits.size() % 2 != 0) fail("the report has an odd number of digits");
     action::Report report;
     report.bytes.reserve(digits.size() / 2);
@@ -101,33 +101,33 @@ action::Report RecordingParser::report(const std::string& digits) {
     return report;
 }
 
-Action RecordingParser::command(const std::string& name) {
+Action RecordingParser::readCommand(const std::string& name) {
     skipBlanks();
     if (name == "!start") return action::Start{};
     if (name == "!stop") return action::Stop{};
-    if (name == "!sound") return choice<Action>({{"on", action::Sound{true}}, {"off", action::Sound{false}}});
+    if (name == "!sound") return readChoice<Action>({{"on", action::Sound{true}}, {"off", action::Sound{false}}});
     if (name == "!pack") {
-        const auto pack = SoundPack::fromRawValue(word());
+        const auto pack = SoundPack::fromRawValue(readWord());
         if (!pack) fail("there is no such pack");
         return action::Pack{*pack};
     }
-    if (name == "!threshold") return action::Threshold{threshold()};
-    if (name == "!check") return choice<Action>({{"begin", action::BeginCheck{}}, {"end", action::EndCheck{}}});
-    if (name == "!clock") return clockJump();
+    if (name == "!threshold") return action::Threshold{readThreshold()};
+    if (name == "!check") return readChoice<Action>({{"begin", action::BeginCheck{}}, {"end", action::EndCheck{}}});
+    if (name == "!clock") return readClockJump();
     if (name == "!sensor") {
-        return action::Sensor{choice<SensorAnswer>({{"ok", SensorAnswer::ok},
-                                                    {"no-query", SensorAnswer::noQuery},
-                                                    {"no-lookup", SensorAnswer::noLookup},
-                                                    {"missing", SensorAnswer::missing},
-                                                    {"no-device", SensorAnswer::noDevice},
-                                                    {"denied", SensorAnswer::denied}})};
+        return action::Sensor{readChoice<SensorAnswer>({{"ok", SensorAnswer::ok},
+                                                        {"no-query", SensorAnswer::noQuery},
+                                                        {"no-lookup", SensorAnswer::noLookup},
+                                                        {"missing", SensorAnswer::missing},
+                                                        {"no-device", SensorAnswer::noDevice},
+                                                        {"denied", SensorAnswer::denied}})};
     }
     fail("there is no such command");
 }
 
 template<class Value, std::size_t count>
-Value RecordingParser::choice(const std::pair<const char*, Value> (&choices)[count]) {
-    const std::string chosen = word();
+Value RecordingParser::readChoice(const std::pair<const char*, Value> (&choices)[count]) {
+    const std::string chosen = readWord();
     std::string expected;
     for (const auto& [name, value] : choices) {
         if (chosen == name) return value;
@@ -136,15 +136,15 @@ Value RecordingParser::choice(const std::pair<const char*, Value> (&choices)[cou
     fail("the command needs one of: " + expected);
 }
 
-double RecordingParser::threshold() {
-    const double value = decimal().value();
+double RecordingParser::readThreshold() {
+    const double value = readDecimal().value();
     if (!std::isfinite(value)) fail("the threshold is beyond all numbers");
     return value;
 }
 
 // Moves the calendar. One that ends up too late is noticed with the whole line.
-action::ClockJump RecordingParser::clockJump() {
-    const Decimal seconds = decimal();
+action::ClockJump RecordingParser::readClockJump() {
+    const Decimal seconds = readDecimal();
     const auto nanoseconds = seconds.billionths();
     if (!nanoseconds) fail("the jump has more than nine digits after the point");
     if (seconds.isNegative()) {
@@ -157,7 +157,7 @@ action::ClockJump RecordingParser::clockJump() {
     return {};
 }
 
-Decimal RecordingParser::decimal() {
+Decimal RecordingParser::readDecimal() {
     Decimal number;
     while (number.accept(source.peek())) source.take();
     if (!number.isComplete() || !atWordEnd()) fail("a number such as 12 or 12.345 should stand here");
@@ -165,7 +165,7 @@ Decimal RecordingParser::decimal() {
 }
 
 // The characters up to a blank or the end of the line; none when the line ends here.
-std::string RecordingParser::word() {
+std::string RecordingParser::readWord() {
     std::string word;
     while (!atWordEnd()) {
         const int byte = source.peek();

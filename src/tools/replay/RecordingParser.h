@@ -29,17 +29,17 @@ public:
 
 private:
     // The grammar. Each function takes its part of the line off the source or ends the line as malformed.
-    RecordingLine line();
-    double timeInSeconds();
-    Action action();
-    action::Report report(const std::string& digits);
-    Action command(const std::string& name);
+    RecordingLine readLine();
+    double readTime();
+    Action readAction();
+    action::Report readReport(const std::string& digits);
+    Action readCommand(const std::string& name);
     template<class Value, std::size_t count>
-    Value choice(const std::pair<const char*, Value> (&choices)[count]);
-    double threshold();
-    action::ClockJump clockJump();
-    Decimal decimal();
-    std::string word();
+    Value readChoice(const std::pair<const char*, Value> (&choices)[count]);
+    double readThreshold();
+    action::ClockJump readClockJump();
+    Decimal readDecimal();
+    std::string readWord();
 
     void skipBlanks();
     bool takeLineEnd();
