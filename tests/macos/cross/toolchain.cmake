@@ -1,0 +1,13 @@
+# A Mac as far as CMake can tell without one: Debian's clang aims at it, and nothing is compiled, let alone linked.
+set(CMAKE_SYSTEM_NAME Darwin)
+set(CMAKE_SYSTEM_PROCESSOR arm64)
+set(CMAKE_OSX_SYSROOT "" CACHE STRING "")
+foreach(language IN ITEMS C CXX OBJCXX)
+  set(CMAKE_${language}_COMPILER_TARGET arm64-apple-macosx14.0)
+  set(CMAKE_${language}_COMPILER_FORCED TRUE)
+endforeach()
+find_program(CLANGXX clang++ REQUIRED)
+set(CMAKE_CXX_COMPILER "${CLANGXX}")
+set(CMAKE_OBJCXX_COMPILER "${CLANGXX}")
+set(CMAKE_INSTALL_NAME_TOOL /bin/true)
+set(CMAKE_SIZEOF_VOID_P 8)

@@ -1,0 +1,206 @@
+"""Quiverly.app and what surrounds it, as far as they can be known without a Mac.
+
+The project is configured for a Mac in the folder named first on the command line, and the resources of the bundle are
+built there. Nothing is compiled. Tools that only a Mac has are replaced by ones that write down how they were called.
+"""
+
+import json
+import os
+import pathlib
+import plistlib
+import re
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+
+SOURCE = pathlib.Path(__file__).resolve().parents[2]
+CROSS = SOURCE / "tests" / "macos" / "cross"
+PACKAGING = SOURCE / "packaging" / "macos"
+BUILD = pathlib.Path(sys.argv.pop(1))
+CONTENTS = BUILD / "bin" / "Quiverly.app" / "Contents"
+
+PROJECT = (SOURCE / "CMakeLists.txt").read_text()
+VERSION = re.search(r"\bVERSION (\d+\.\d+\.\d+)", PROJECT).group(1)
+IDENTIFIER = re.search(r'set\(QUIVERLY_IDENTIFIER "(.+)"\)', PROJECT).group(1)
+
+
+def setUpModule():
+    subprocess.run(
+        ["cmake", "-S", SOURCE, "-B", BUILD, "-G", "Ninja", "--fresh", "-Wno-dev",
+         "-D", "CMAKE_EXPORT_COMPILE_COMMANDS=ON",
+         "-D", f"CMAKE_TOOLCHAIN_FILE={CROSS / 'toolchain.cmake'}",
+         "-D", f"CMAKE_PROJECT_TOP_LEVEL_INCLUDES={CROSS / 'packages.cmake'}"],
+        check=True, stdout=subprocess.DEVNULL)
+    targets = subprocess.run(["ninja", "-C", BUILD, "-t", "targets", "all"],
+                             check=True, capture_output=True, text=True).stdout
+    resources = re.findall(r"^(.+/Contents/Resources/.+): COPY_OSX_CONTENT$", targets, re.MULTILINE)
+    subprocess.run(["ninja", "-C", BUILD, *resources], check=True, stdout=subprocess.DEVNULL)
+
+
+def png_size(data):
+    """Width and height of a PNG picture."""
+    assert data[:8] == b"\x89PNG\r\n\x1a\n" and data[12:16] == b"IHDR"
+    return struct.unpack(">II", data[16:24])
+
+
+class Bundle(unittest.TestCase):
+    def test_info_plist_says_what_the_application_is(self):
+        self.assertEqual(plistlib.loads((CONTENTS / "Info.plist").read_bytes()), {
+            "CFBundleDevelopmentRegion": "en",
+            "CFBundleDisplayName": "Quiverly",
+            "CFBundleExecutable": "Quiverly",
+            "CFBundleIconFile": "AppIcon",
+            "CFBundleIdentifier": IDENTIFIER,
+            "CFBundleInfoDictionaryVersion": "6.0",
+            "CFBundleName": "Quiverly",
+            "CFBundlePackageType": "APPL",
+            "CFBundleShortVersionString": VERSION,
+            "CFBundleVersion": VERSION,
+            "LSApplicationCategoryType": "public.app-category.entertainment",
+            "LSMinimumSystemVersion": "14.0",
+            "NSHighResolutionCapable": True,
+            "NSPrincipalClass": "NSApplication",
+        })
+
+    def test_resources_are_the_clips_and_the_pictures_and_nothing_else(self):
+        clips = {clip.relative_to(SOURCE / "resources") for clip in (SOURCE / "resources").glob("audio/*/*.mp3")}
+        resources = CONTENTS / "Resources"
+        found = {file.relative_to(resources) for file in resources.rglob("*") if file.is_file()}
+        self.assertEqual({clip.parts[1] for clip in clips}, {"pain", "sexy", "halo", "lizard"})
+        self.assertEqual(found, clips | {pathlib.Path("logo.png"), pathlib.Path("AppIcon.icns")})
+        for clip in clips:
+            self.assertEqual((resources / clip).read_bytes(), (SOURCE / "resources" / clip).read_bytes())
+
+    def test_icon_has_every_size(self):
+        data = (CONTENTS / "Resources" / "AppIcon.icns").read_bytes()
+        magic, length = struct.unpack(">4sI", data[:8])
+        self.assertEqual((magic, length), (b"icns", len(data)))
+        sizes, offset = {}, 8
+        while offset < length:
+            kind, size = struct.unpack(">4sI", data[offset:offset + 8])
+            sizes[kind.decode()] = png_size(data[offset + 8:offset + size])
+            offset += size
+        self.assertEqual(offset, length)
+        self.assertEqual(sizes, {
+            "icp4": (16, 16), "ic11": (32, 32),
+            "icp5": (32, 32), "ic12": (64, 64),
+            "ic07": (128, 128), "ic13": (256, 256),
+            "ic08": (256, 256), "ic14": (512, 512),
+            "ic09": (512, 512), "ic10": (1024, 1024),
+        })
+
+    def test_logo_is_a_square_picture(self):
+        width, height = png_size((CONTENTS / "Resources" / "logo.png").read_bytes())
+        self.assertEqual(width, height)
+
+    def test_everything_is_compiled_for_apple_silicon_and_the_oldest_system(self):
+        commands = json.loads((BUILD / "compile_commands.json").read_text())
+        macos = [command for command in commands if "/src/platform/macos/" in command["file"]]
+        self.assertEqual({pathlib.Path(command["file"]).name for command in macos},
+                         {file.name for file in (SOURCE / "src" / "platform" / "macos").glob("*.[cm][pm]*")})
+        for command in commands:
+            words = command["command"].split()
+            self.assertIn("arm64", words)
+            self.assertIn("-mmacosx-version-min=14.0", words)
+            self.assertIn("-ffp-contract=off", words)
+            self.assertNotIn("/linux/", command["file"])
+        for command in macos:
+            self.assertEqual("-fobjc-arc" in command["command"].split(), command["file"].endswith(".mm"))
+
+
+class Entitlements(unittest.TestCase):
+    def test_none_is_asked_for(self):
+        text = (PACKAGING / "Quiverly.entitlements").read_bytes()
+        self.assertEqual(plistlib.loads(text), {})
+        self.assertNotIn(b"<!--", text, "the system cannot read entitlements with comments")
+
+
+class Cask(unittest.TestCase):
+    def test_draft_names_this_version_and_nothing_is_left_open(self):
+        cask = (BUILD / "packaging" / "macos" / "quiverly.rb").read_text()
+        self.assertIn(f'version "{VERSION}"', cask)
+        self.assertIn(f"{IDENTIFIER}.plist", cask)
+        self.assertIn("arch: :arm64", cask)
+        self.assertNotIn("@", cask)
+
+
+class Scripts(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.application = self.folder / "Quiverly.app"
+        for library in ("Frameworks/QtCore.framework/QtCore", "Frameworks/libpcre.dylib", "PlugIns/styles/libmac.dylib",
+                        "MacOS/Quiverly"):
+            file = self.application / "Contents" / library
+            file.parent.mkdir(parents=True, exist_ok=True)
+            file.touch()
+        (self.folder / "tools").mkdir()
+
+    def run_script(self, name, *arguments, failing=None):
+        """The calls that the script makes of tools that only a Mac has, and its exit status."""
+        for tool in ("codesign", "macdeployqt", "hdiutil", "xcrun", "spctl"):
+            file = self.folder / "tools" / tool
+            file.write_text('#!/bin/sh\n'
+                            '{ printf %s "${0##*/}"; printf " %s" "$@"; echo; } >>"$CALLS"\n'
+                            'for word; do [ -h "$word/Applications" ] && '
+                            '{ readlink "$word/Applications"; ls "$word"; } >>"$CALLS"; done\n'
+                            f'exit {int(tool == failing)}\n')
+            file.chmod(0o755)
+        calls = self.folder / "calls"
+        calls.write_text("")
+        environment = dict(os.environ, CALLS=str(calls), PATH=f"{self.folder / 'tools'}:{os.environ['PATH']}")
+        status = subprocess.run([PACKAGING / name, *map(str, arguments)], env=environment,
+                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False).returncode
+        return calls.read_text().replace(str(self.folder) + "/", "").splitlines(), status
+
+    def test_each_says_that_it_has_not_been_run_on_a_mac(self):
+        for name in ("sign", "make-dmg", "notarize", "quiverly.rb.in"):
+            self.assertRegex((PACKAGING / name).read_text().replace("\n# ", " "), "Not yet run on a Mac")
+
+    def test_called_wrongly_they_touch_nothing(self):
+        for name in ("sign", "make-dmg", "notarize", "make-icns"):
+            self.assertEqual(self.run_script(name), ([], 2))
+
+    def test_signing_for_others_hardens_from_the_inside_out(self):
+        calls, status = self.run_script("sign", self.application, "Developer ID Application: A (T)")
+        self.assertEqual(status, 0)
+        self.assertEqual(calls[0], "macdeployqt Quiverly.app -always-overwrite")
+        self.assertEqual(len(calls), 6)
+        signing = "codesign --force --sign Developer ID Application: A (T) --options runtime --timestamp "
+        self.assertEqual(sorted(calls[1:4]), [signing + "Quiverly.app/Contents/" + library for library in (
+            "Frameworks/QtCore.framework", "Frameworks/libpcre.dylib", "PlugIns/styles/libmac.dylib")])
+        self.assertEqual(calls[4], f"{signing}--entitlements {PACKAGING}/Quiverly.entitlements Quiverly.app")
+        self.assertEqual(calls[5], "codesign --verify --deep --strict --verbose=2 Quiverly.app")
+
+    def test_signing_for_this_mac_asks_for_no_hardened_runtime(self):
+        calls, status = self.run_script("sign", self.application)
+        self.assertEqual(status, 0)
+        self.assertTrue(all("runtime" not in call for call in calls))
+        self.assertTrue(calls[-2].startswith("codesign --force --sign - --entitlements "))
+
+    def test_what_cannot_be_signed_is_not_packed(self):
+        calls, status = self.run_script("make-dmg", self.application, "Quiverly.dmg", failing="codesign")
+        self.assertNotEqual(status, 0)
+        self.assertEqual(len(calls), 1)
+
+    def test_disk_image_holds_the_application_and_the_link_to_drag_it_to(self):
+        calls, status = self.run_script("make-dmg", self.application, "Quiverly.dmg", "IDENTITY")
+        self.assertEqual(status, 0)
+        self.assertRegex(calls[1], "^hdiutil create -volname Quiverly -srcfolder .+ -format UDZO -ov Quiverly.dmg$")
+        self.assertEqual(calls[2:5], ["/Applications", "Applications", "Quiverly.app"])
+        self.assertEqual(calls[5], "codesign --sign IDENTITY --timestamp Quiverly.dmg")
+
+    def test_notarization_staples_what_was_accepted(self):
+        calls, status = self.run_script("notarize", "Quiverly.dmg", "PROFILE")
+        self.assertEqual(status, 0)
+        self.assertEqual([call.split()[:3] for call in calls], [
+            ["xcrun", "notarytool", "submit"], ["xcrun", "stapler", "staple"], ["xcrun", "stapler", "validate"],
+            ["spctl", "--assess", "--type"]])
+        self.assertEqual(len(self.run_script("notarize", "Quiverly.dmg", "PROFILE", failing="xcrun")[0]), 1)
+
+
+if __name__ == "__main__":
+    unittest.main()
