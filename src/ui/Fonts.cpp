@@ -10,7 +10,7 @@ namespace quiverly {
 
 namespace {
 
-constexpr double largestOrdinarySystemFont = 11.0 * 96 / 72; // pixels: 11 points, the largest default of a desktop
+constexpr double largestOrdinarySystemFont = 15.0; // pixels: 11 points, the largest default of a desktop
 
 struct Facts {
     double size; // pixels

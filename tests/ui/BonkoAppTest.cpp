@@ -180,7 +180,8 @@ TEST(BonkoAppTest, ThereIsNoCommandForANewWindow) {
     Stage stage;
     BonkoApp app;
     passOnboarding(stage, app);
-    for (const Qt::KeyboardModifiers modifiers : {Qt::KeyboardModifiers(Qt::ControlModifier), Qt::ControlModifier | Qt::ShiftModifier}) {
+    for (const Qt::KeyboardModifiers modifiers :
+         {Qt::KeyboardModifiers(Qt::ControlModifier), Qt::ControlModifier | Qt::ShiftModifier}) {
         QTest::keyClick(&app.mainWindow(), Qt::Key_N, modifiers);
         stage.settle();
     }
@@ -296,18 +297,10 @@ TEST_P(AnyOrderTest, TheWindowTellsTheTruth) {
         if (window.isVisible() && shows<QPushButton>(window, button)) click(stage, app, button);
     };
     const std::vector<std::function<void()>> acts = {
-        [&] { stage.slap(engine, 0.5); },
-        [&] { stage.hit(0.4); },
-        [&] { stage.pass(0.3); },
-        [&] { stage.pass(2.0); },
-        [&] { window.close(); },
-        [&] { app.show(); },
-        [&] { launch(stage, app); },
-        [&] { clickIfThere("Continue"); },
-        [&] { clickIfThere("Start listening"); },
-        [&] { clickIfThere("Stop"); },
-        [&] { stage.removeSensor(); },
-        [&] { stage.connectSensor(); },
+        [&] { stage.slap(engine, 0.5); }, [&] { stage.hit(0.4); },           [&] { stage.pass(0.3); },
+        [&] { stage.pass(2.0); },         [&] { window.close(); },           [&] { app.show(); },
+        [&] { launch(stage, app); },      [&] { clickIfThere("Continue"); }, [&] { clickIfThere("Start listening"); },
+        [&] { clickIfThere("Stop"); },    [&] { stage.removeSensor(); },     [&] { stage.connectSensor(); },
     };
     std::uniform_int_distribution<std::size_t> choice(0, acts.size() - 1);
     for (int act = 0; act < 40; ++act) acts[choice(random)]();
@@ -315,10 +308,10 @@ TEST_P(AnyOrderTest, TheWindowTellsTheTruth) {
 
     if (showsMainView(app)) {
         EXPECT_TRUE(showsText(window, engine.isRunning() ? "Listening" : "Idle"));
-        EXPECT_EQ(showsText(window, QString::asprintf("Slaps this session: %lld  ·  last %.3fg",
-                                                      static_cast<long long>(engine.slapCount),
-                                                      engine.lastAmplitude.get())),
-                  engine.slapCount > 0);
+        EXPECT_EQ(
+            showsText(window, QString::asprintf("Slaps this session: %lld  ·  last %.3fg",
+                                                static_cast<long long>(engine.slapCount), engine.lastAmplitude.get())),
+            engine.slapCount > 0);
         EXPECT_FALSE(Inspector::onboardingMode(engine));
     } else if (!window.isVisible()) {
         EXPECT_FALSE(engine.isRunning());

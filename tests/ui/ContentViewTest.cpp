@@ -245,7 +245,8 @@ TEST_F(ContentViewTest, EveryFailureToOpenTheSensorIsShownAsTheEngineTellsIt) {
     using Break = std::function<void(VirtualRegistry&)>;
     const std::vector<std::pair<const char*, Break>> failures = {
         {"Could not query AppleSPUHIDDevice.", [](auto& registry) { registry.unbuildable = {"AppleSPUHIDDevice"}; }},
-        {"No Apple Silicon accelerometer found.", [](auto& registry) { registry.unsearchable = {"AppleSPUHIDDevice"}; }},
+        {"No Apple Silicon accelerometer found.",
+         [](auto& registry) { registry.unsearchable = {"AppleSPUHIDDevice"}; }},
         {"Accelerometer device missing on this Mac.", [](auto& registry) { registry.services.pop_back(); }},
         {"Failed to create HID device.", [](auto& registry) { registry.services.back().canBecomeDevice = false; }},
         {"Need Input Monitoring permission (System Settings → Privacy & Security). Code -536870174.",
@@ -542,15 +543,15 @@ TEST_F(HeaderLogoTest, TheIconComesFirst) {
     put("AppIcon.png", Qt::blue);
     put("logo.png", Qt::green);
     const QImage logo = header();
-    EXPECT_EQ(logo.pixelColor(18, 18), QColor(Qt::blue));
-    EXPECT_EQ(logo.pixelColor(0, 0), QApplication::palette().color(QPalette::Window)) << "the corners are clipped";
-    EXPECT_EQ(logo.pixelColor(0, 18), QColor(Qt::blue));
+    EXPECT_EQ(colorAt(logo, {18, 18}), QColor(Qt::blue));
+    EXPECT_EQ(colorAt(logo, {0, 0}), QApplication::palette().color(QPalette::Window)) << "the corners are clipped";
+    EXPECT_EQ(colorAt(logo, {0, 18}), QColor(Qt::blue));
 }
 
 TEST_F(HeaderLogoTest, WithoutAnIconThereIsTheLogo) {
     put("AppIcon.icns", Qt::blue);
     put("logo.png", Qt::green);
-    EXPECT_EQ(header().pixelColor(18, 18), QColor(Qt::green));
+    EXPECT_EQ(colorAt(header(), {18, 18}), QColor(Qt::green));
 }
 
 TEST_F(HeaderLogoTest, AnIconThatCannotBeReadIsPassedOver) {
@@ -559,13 +560,13 @@ TEST_F(HeaderLogoTest, AnIconThatCannotBeReadIsPassedOver) {
     broken.write("no picture");
     broken.close();
     put("logo.png", Qt::green);
-    EXPECT_EQ(header().pixelColor(18, 18), QColor(Qt::green));
+    EXPECT_EQ(colorAt(header(), {18, 18}), QColor(Qt::green));
 }
 
 TEST_F(HeaderLogoTest, WithoutImagesThePinkHandKeepsTheLayout) {
     const QImage logo = header();
-    EXPECT_EQ(logo.pixelColor(18, 24), Theme::primaryPink);
-    EXPECT_EQ(logo.pixelColor(1, 1), QApplication::palette().color(QPalette::Window));
+    EXPECT_EQ(colorAt(logo, {18, 24}), Theme::primaryPink);
+    EXPECT_EQ(colorAt(logo, {1, 1}), QApplication::palette().color(QPalette::Window));
 }
 
 } // namespace

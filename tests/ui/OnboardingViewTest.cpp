@@ -47,7 +47,8 @@ protected:
     QString iconOf(const QString& line) {
         for (QWidget* child : text(view, line).parentWidget()->findChildren<QWidget*>()) {
             const auto* picture = dynamic_cast<Picture*>(child);
-            if (picture && picture->isVisibleTo(&view) && !accessibleText(*child).isEmpty()) return accessibleText(*child);
+            if (picture && picture->isVisibleTo(&view) && !accessibleText(*child).isEmpty())
+                return accessibleText(*child);
         }
         return {};
     }
@@ -229,8 +230,15 @@ TEST_F(OnboardingViewTest, LeavingStopsTheEngineInEveryState) {
     const std::vector<std::function<void()>> states = {
         [&] {},
         [&] { stage.pass(0.6); },
-        [&] { stage.pass(2.0); stage.hit(0.5); },
-        [&] { view.hide(); stage.removeSensor(); open(); },
+        [&] {
+            stage.pass(2.0);
+            stage.hit(0.5);
+        },
+        [&] {
+            view.hide();
+            stage.removeSensor();
+            open();
+        },
         [&] { stage.pass(0.6); },
     };
     for (const auto& reach : states) {
@@ -299,7 +307,8 @@ TEST_F(OnboardingViewTest, EveryFailureToOpenTheSensorIsShownAsTheEngineTellsIt)
     using Break = std::function<void(VirtualRegistry&)>;
     const std::vector<std::pair<const char*, Break>> failures = {
         {"Could not query AppleSPUHIDDevice.", [](auto& registry) { registry.unbuildable = {"AppleSPUHIDDevice"}; }},
-        {"No Apple Silicon accelerometer found.", [](auto& registry) { registry.unsearchable = {"AppleSPUHIDDevice"}; }},
+        {"No Apple Silicon accelerometer found.",
+         [](auto& registry) { registry.unsearchable = {"AppleSPUHIDDevice"}; }},
         {missing, [](auto& registry) { registry.services.pop_back(); }},
         {"Failed to create HID device.", [](auto& registry) { registry.services.back().canBecomeDevice = false; }},
         {"Need Input Monitoring permission (System Settings → Privacy & Security). Code -536870174.",
@@ -412,22 +421,22 @@ TEST_F(WelcomeLogoTest, TheIconComesFirst) {
     put("AppIcon.png", Qt::blue);
     put("AppIcon.icns", Qt::red);
     put("logo.png", Qt::green);
-    EXPECT_EQ(logo().pixelColor(36, 36), QColor(Qt::blue));
+    EXPECT_EQ(colorAt(logo(), {36, 36}), QColor(Qt::blue));
 }
 
 TEST_F(WelcomeLogoTest, ThenTheIconFileOfTheBundle) {
     put("AppIcon.icns", Qt::red);
     put("logo.png", Qt::green);
-    EXPECT_EQ(logo().pixelColor(36, 36), QColor(Qt::red));
+    EXPECT_EQ(colorAt(logo(), {36, 36}), QColor(Qt::red));
 }
 
 TEST_F(WelcomeLogoTest, ThenTheLogo) {
     put("logo.png", Qt::green);
-    EXPECT_EQ(logo().pixelColor(36, 36), QColor(Qt::green));
+    EXPECT_EQ(colorAt(logo(), {36, 36}), QColor(Qt::green));
 }
 
 TEST_F(WelcomeLogoTest, WithoutImagesThereIsThePinkHand) {
-    EXPECT_EQ(logo().pixelColor(36, 46), Theme::primaryPink);
+    EXPECT_EQ(colorAt(logo(), {36, 46}), Theme::primaryPink);
 }
 
 } // namespace

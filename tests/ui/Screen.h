@@ -64,10 +64,13 @@ inline QRect place(const QWidget& widget, const QWidget& root) {
     return {widget.mapTo(&root, QPoint(0, 0)), widget.size()};
 }
 
-// The colour at a point of the widget, as painted.
+// The colour at a point of a picture of a widget, in the widget's coordinates.
+inline QColor colorAt(const QImage& picture, QPoint point) {
+    return picture.pixelColor(point * picture.devicePixelRatio());
+}
+
 inline QColor colorAt(QWidget& widget, QPoint point) {
-    const QImage image = widget.grab().toImage();
-    return image.pixelColor(point * image.devicePixelRatio());
+    return colorAt(widget.grab().toImage(), point);
 }
 
 // The colour a prominent button is filled with.

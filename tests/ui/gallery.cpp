@@ -5,9 +5,9 @@
 #include <string>
 
 #include <QApplication>
-#include <QPalette>
 
 #include "Stage.h"
+#include "SystemLooks.h"
 #include "ui/ContentView.h"
 #include "ui/OnboardingView.h"
 #include "ui/Theme.h"
@@ -16,10 +16,6 @@ namespace quiverly {
 namespace {
 
 std::filesystem::path folder;
-
-void setDark(bool dark) {
-    QApplication::setPalette(QPalette(dark ? QColor(40, 40, 40) : QColor(240, 240, 240)));
-}
 
 void picture(QWidget& view, const std::string& name) {
     const auto file = folder / (name + (Theme::current().isDark() ? "-dark" : "-light") + ".png");
@@ -101,7 +97,7 @@ int main(int argc, char** argv) {
     quiverly::folder = argv[1];
     std::filesystem::create_directories(quiverly::folder);
     for (const bool dark : {false, true}) {
-        quiverly::setDark(dark);
+        quiverly::setSystemDark(dark);
         quiverly::everyState();
     }
     return 0;
