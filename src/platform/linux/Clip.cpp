@@ -1,13 +1,14 @@
 #include "platform/linux/Clip.h"
 
-#include <algorithm>
-#include <optional>
-
 #include <fcntl.h>
 #include <pulse/sample.h>
 #include <sndfile.h>
 #include <sys/stat.h>
-#include <unistd.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/linux/FileDescriptor.h"
 
 namespace quiverly {
 
@@ -20,15 +21,11 @@ struct Close {
 using SoundFile = std::unique_ptr<SNDFILE, Close>;
 
 // Opening a pipe or a device could wait, so only regular files are read.
-SoundFile open(const std::filesystem::path& file, SF_INFO& info) {
-    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0) return nullptr;
+FileDescriptor openRegularFile(const std::filesystem::path& path) {
+    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status {};
-    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        ::close(descriptor);
-        return nullptr;
-    }
-    return SoundFile(sf_open_fd(descriptor, SFM_READ, &info, SF_TRUE)); // closes the descriptor, opened or not
+    const bool isRegular = file && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode);
+    return isRegular ? std::move(file) : FileDescriptor();
 }
 
 bool isPlayable(const SF_INFO& info) {
@@ -56,8 +53,10 @@ std::vector<float> readSamples(SNDFILE& file, std::size_t channels) {
 } // namespace
 
 std::shared_ptr<const Clip> Clip::decode(const std::filesystem::path& path) {
+    const FileDescriptor descriptor = openRegularFile(path);
+    if (!descriptor) return nullptr;
     SF_INFO info{};
-    const SoundFile file = open(path, info);
+    const SoundFile file(sf_open_fd(descriptor.get(), SFM_READ, &info, SF_FALSE));
     if (!file || !isPlayable(info)) return nullptr;
     const auto channels = static_cast<std::uint8_t>(info.channels);
     std::vector<float> samples = readSamples(*file, channels);

@@ -5,6 +5,7 @@
 
 #include <pulse/thread-mainloop.h>
 
+#include "platform/linux/FileDescriptor.h"
 #include "platform/standard/JobQueue.h"
 
 namespace quiverly {
@@ -38,7 +39,7 @@ private:
     static void wake(pa_mainloop_api*, pa_io_event*, int descriptor, pa_io_event_flags_t, void* self);
 
     JobQueue jobs;
-    int wakeDescriptor;
+    FileDescriptor wakes;
     std::unique_ptr<pa_threaded_mainloop, FreeLoop> loop;
     bool running = false;
 };

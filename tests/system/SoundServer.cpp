@@ -1,0 +1,95 @@
+#include "system/SoundServer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+#include "Waiting.h"
+
+namespace quiverly {
+
+namespace {
+
+std::string contentOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator(stream), {}};
+}
+
+} // namespace
+
+SoundServer::SoundServer() {
+    for (const char* variable : {"PULSE_SERVER", "PULSE_SINK", "PULSE_RUNTIME_PATH", "PULSE_COOKIE", "DISPLAY"}) {
+        ::unsetenv(variable);
+    }
+    ::setenv("XDG_CONFIG_HOME", (folder() / "config").c_str(), 1); // the server's cookie
+    ::setenv("PULSE_STATE_PATH", (folder() / "state").c_str(), 1);
+}
+
+void SoundServer::start() {
+    const auto socket = folder() / "pulse" / "native";
+    std::filesystem::remove(socket);
+    server.emplace(std::vector<std::string>{"pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no",
+                                            "--exit-idle-time=-1", "-L", "module-native-protocol-unix", "-L",
+                                            "module-null-sink sink_name=test rate=48000 channels=2 format=float32le"},
+                   folder() / "server.out", folder() / "server.log");
+    waitUntil([&] { return std::filesystem::exists(socket) || !server->isRunning(); });
+    ASSERT_TRUE(server->isRunning()) << contentOf(folder() / "server.log");
+
+    recorder.emplace(std::vector<std::string>{"parec", "-d", "test.monitor", "--format=float32le", "--rate=48000",
+                                              "--channels=2", "--latency-msec=5", "--raw"},
+                     folder() / "recording", folder() / "recorder.log");
+    waitUntil([&] { return control("list short source-outputs") != "" || !recorder->isRunning(); });
+    control("suspend-sink test 1"); // resumed it takes up the recorder's short pieces, in place of the first of 2 s
+    control("suspend-sink test 0");
+    waitUntil([&] { return recordedFrames() > 0 || !recorder->isRunning(); });
+    ASSERT_TRUE(recorder->isRunning()) << contentOf(folder() / "recorder.log");
+}
+
+void SoundServer::kill() {
+    server->kill();
+    recorder->kill();
+}
+
+std::size_t SoundServer::recordedFrames() const {
+    std::error_code missing;
+    const std::uintmax_t size = std::filesystem::file_size(folder() / "recording", missing);
+    return missing ? 0 : size / sizeof(Recording::Frame);
+}
+
+Recording SoundServer::recordingSince(std::size_t frame) const {
+    const std::size_t end = recordedFrames();
+    Recording recording{.frames = std::vector<Recording::Frame>(end - std::min(frame, end))};
+    std::ifstream stream(folder() / "recording", std::ios::binary);
+    stream.seekg(static_cast<std::streamoff>(frame * sizeof(Recording::Frame)));
+    stream.read(reinterpret_cast<char*>(recording.frames.data()),
+                static_cast<std::streamsize>(recording.frames.size() * sizeof(Recording::Frame)));
+    return recording;
+}
+
+void SoundServer::listen(double seconds) const {
+    const std::size_t end = recordedFrames() + static_cast<std::size_t>(seconds * Recording::rate);
+    waitUntil([&] { return recordedFrames() >= end; });
+}
+
+std::string SoundServer::control(const std::string& arguments) const {
+    const auto answer = folder() / "answer";
+    const std::string command = "pactl " + arguments;
+    EXPECT_EQ(ChildProcess({"sh", "-c", command}, answer, folder() / "control.log").wait(), 0)
+        << command << '\n'
+        << contentOf(folder() / "control.log");
+    return contentOf(answer);
+}
+
+std::size_t SoundServer::streams() const {
+    const std::string list = control("list short sink-inputs");
+    return static_cast<std::size_t>(std::ranges::count(list, '\n'));
+}
+
+bool SoundServer::hasClient(const std::string& name) const {
+    return control("list clients").find("application.name = \"" + name + '"') != std::string::npos;
+}
+
+} // namespace quiverly

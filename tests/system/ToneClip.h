@@ -1,0 +1,20 @@
+#pragma once
+
+#include <filesystem>
+
+#include <sndfile.h>
+
+namespace quiverly {
+
+// A sound file that holds one pure tone at half of full scale.
+struct ToneClip {
+    int pitch; // in Hz
+    double seconds = 0.5;
+    int rate = 48'000;
+    int channels = 2;
+    int format = SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III;
+
+    void write(const std::filesystem::path& file) const;
+};
+
+} // namespace quiverly
