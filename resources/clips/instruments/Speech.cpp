@@ -27,7 +27,7 @@ QByteArray wavOf(const std::string& words, const Manner& manner) {
     if (!program.waitForFinished(longestAnswer) || program.exitCode() != 0) {
         throw std::runtime_error("espeak-ng: " + program.errorString().toStdString());
     }
-    const QByteArray wav = program.readAllStandardOutput();
+    QByteArray wav = program.readAllStandardOutput();
     if (wav.size() <= headerBytes) {
         throw std::runtime_error("espeak-ng did not speak.");
     }

@@ -86,12 +86,16 @@ class Tract {
 public:
     explicit Tract(double scale) : scale_(scale) {}
 
-    void shape(const std::array<double, 3>& formants) {
+    // As singers do, the mouth opens with the pitch, so that its first resonance never lies below the note (J.
+    // Sundberg, "The Science of the Singing Voice", 1987).
+    void shape(const std::array<double, 3>& formants, double pitch) {
         for (std::size_t i = 0; i < resonances_.size(); ++i) {
             // Above the third, resonances are a tube's: one every thousand hertz.
-            const double hertz = i < 3 ? formants[i] : 500 + 1000 * static_cast<double>(i);
-            const double width = 50 + 0.03 * hertz + 8e-6 * hertz * hertz;
-            resonances_[i].tune(std::min(scale_ * hertz, 0.48 * sampleRate), scale_ * width);
+            const double hertz = scale_ * (i < 3 ? formants[i] : 500 + 1000 * static_cast<double>(i));
+            const double least = i == 0 ? pitch : 0;
+            const double opened = hertz < least ? 3 : 1; // a mouth this wide rings less
+            const double width = scale_ * 50 + 0.03 * hertz + 8e-6 * hertz * hertz / scale_;
+            resonances_[i].tune(std::clamp(hertz, least, 0.48 * sampleRate), opened * width);
         }
     }
 
@@ -152,7 +156,7 @@ Signal sing(const Voice& voice, Random& random) {
     Signal sound = shaped(voice.seconds, [&](double along) {
         const double tension = voice.tension(along);
         if (sampleIndex++ % retuneEvery == 0) {
-            tract.shape(formantsAt(voice.mouth, along));
+            tract.shape(formantsAt(voice.mouth, along), voice.pitch(along));
             tilt.tune(1400 * std::exp2(3.3 * tension), 0.7);
         }
         const double soft = tilt(folds(voice.pitch(along) * vibrato(along), tension)).low;

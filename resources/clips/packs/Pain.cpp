@@ -136,7 +136,7 @@ Stereo hoppingOnOneFoot(Random& random) {
 }
 
 Stereo fallingOffACliff(Random& random) {
-    const Voice faller{.seconds = 1.9,
+    const Voice faller{.seconds = 1.8,
                        .pitch = {{0, 420}, {0.08, 700}, {0.3, 660}, {1, 250}},
                        .loudness = {{0, 0.5}, {0.06, 1}, {0.3, 0.8}, {0.9, 0.06}, {1, 0}},
                        .mouth = {{0, vowel::ah}, {0.6, vowel::ah}, {1, vowel::uh}},
@@ -145,8 +145,8 @@ Stereo fallingOffACliff(Random& random) {
                        .vibratoRate = 6.5};
     return Stage()
         .play(sing(faller, random))
-        .play(thump(60, 0.3), 2.05, 0.5)
-        .play(smack(500, 0.2, random), 2.05, 0.2)
+        .play(thump(60, 0.3), 1.95, 1.3)
+        .play(smack(500, 0.2, random), 1.95, 0.7)
         .in(room::hall);
 }
 
@@ -170,11 +170,11 @@ Stereo pianoDrop(Random& random) {
     for (const double key : {33, 40, 41, 47, 52, 53, 58, 63, 64, 70, 75}) {
         stage.play(plucked(keyPitch(key), 1.5, 0.9, random), random.between(0, 0.05), 0.55, random.between(-0.8, 0.8));
     }
-    for (int splinter = 0; splinter < 6; ++splinter) {
-        stage.play(struck(body::wood, random.between(500, 1100), 0.8), random.between(0.3, 0.9), 0.4,
+    for (int splinter = 0; splinter < 9; ++splinter) {
+        stage.play(struck(body::wood, random.between(500, 1100), 0.8), random.between(0.25, 0.95), 0.9,
                    random.between(-1, 1));
     }
-    stage.play(plucked(keyPitch(91), 0.6, 0.9, random), 1.15, 0.5, 0.4);
+    stage.play(plucked(keyPitch(84), 0.8, 0.9, random), 1.2, 1.6, 0.4);
     return stage.in(room::parlour);
 }
 

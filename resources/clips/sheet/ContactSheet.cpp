@@ -17,6 +17,7 @@ namespace {
 
 constexpr double pixelsPerSecond = 90; // the same for every clip, so that their lengths can be compared
 constexpr std::size_t waveHeight = 36;
+constexpr double tallest = 0.6;             // of full scale, filling the height of the waveform
 constexpr std::size_t bandHeight = 2;       // pixels of each band of the spectrogram
 constexpr double quietest = -70;            // dB, drawn black
 constexpr double loudest = -15;             // dB, drawn in the brightest colour
@@ -39,6 +40,7 @@ std::vector<Picture::Colour> palette() {
 }
 
 void drawWave(Picture& picture, const Stereo& sound) {
+    constexpr std::size_t middle = waveHeight / 2;
     const double samplesPerPixel = sampleRate / pixelsPerSecond;
     for (std::size_t column = 0; column < picture.width(); ++column) {
         const auto first = static_cast<std::size_t>(static_cast<double>(column) * samplesPerPixel);
@@ -47,8 +49,8 @@ void drawWave(Picture& picture, const Stereo& sound) {
         for (std::size_t i = first; i < last; ++i) {
             peak = std::max(peak, std::abs(sound.left[i] + sound.right[i]) / 2);
         }
-        const auto reach = static_cast<std::size_t>(std::min(1.0, peak) * (waveHeight / 2 - 1));
-        for (std::size_t row = waveHeight / 2 - reach; row <= waveHeight / 2 + reach; ++row) {
+        const auto reach = static_cast<std::size_t>(std::min(1.0, peak / tallest) * (middle - 1));
+        for (std::size_t row = middle - reach; row <= middle + reach; ++row) {
             picture.set(column, row, waveColour);
         }
     }
