@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <ostream>
 
 #include <sndfile.h>
 
@@ -15,6 +16,11 @@ struct ToneClip {
     int format = SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III;
 
     void write(const std::filesystem::path& file) const;
+
+    // How a test's name tells of it.
+    friend void PrintTo(const ToneClip& clip, std::ostream* stream) {
+        *stream << clip.pitch << "Hz_" << clip.seconds << "s_at" << clip.rate << 'x' << clip.channels;
+    }
 };
 
 } // namespace quiverly

@@ -1,6 +1,7 @@
 #include "platform/defaults.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QJsonValue>
 #include <QSettings>
 #include <QStandardPaths>
@@ -12,8 +13,12 @@ namespace quiverly {
 
 namespace {
 
+// None, which keeps the settings for this run only, when something that is no file is in its place: reading that might
+// never end.
 QString settingsFile() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/quiverly/settings.json";
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    const QFileInfo file(folder + "/quiverly/settings.json");
+    return file.exists() && !file.isFile() ? QString() : file.filePath();
 }
 
 // Writes changes in the next turn of the event loop, and the last ones when the application ends.
