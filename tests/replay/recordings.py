@@ -14,7 +14,7 @@ COMMANDS = ("!start", "!start", "!stop", "!sound on", "!sound on", "!sound off",
             "!sensor missing", "!sensor no-device", "!sensor denied")
 RARE_COMMANDS = ("!clock 7300000000", "!clock -1700000000", "!clock 99999999999999999999", "!clock -0",
                  "!threshold 1e5", "!threshold " + "9" * 400, "!threshold 0." + "0" * 400 + "1", "!Start", "!sound",
-                 "!pack Pain", "!check begin now", "!sensor broken", "!", "- -", "0g", "123", "00" * 257, "00" * 256)
+                 "!pack Pain", "!check begin now", "!sensor broken", "!", "- -", "0g", "123", "00" * 257, "00" * 257, "00" * 256, "!clock 0.0000000000")
 WRONG_BYTES = (b"\0", b"\r", b"\x7f", b"\x1b", b"\xef\xbb\xbf", b"\xff", b"-", b".", b"!", b"0", b" ", b"\t", b"\n",
                b"#", b"e", b"+", b"x")
 
@@ -39,7 +39,7 @@ class Writer:
                 self.write(command)
         for _ in range(random.randint(0, 120)):
             self.advance()
-            random.choice((self.reports,) * 6 + (self.command,) * 2 + (self.skipped, self.restart))()
+            random.choice((self.reports,) * 6 + (self.command,) * 2 + (self.skipped, self.restart, self.edge))()
         recording = b"".join(self.lines)
         if random.random() < 0.2:
             recording = recording.rstrip(b"\r\n")
@@ -78,7 +78,7 @@ class Writer:
                 self.time += 1_000_000
 
     def command(self):
-        rare = self.random.random() < 0.02
+        rare = self.random.random() < 0.04
         self.write(self.random.choice(RARE_COMMANDS if rare else COMMANDS))
 
     def restart(self):
@@ -89,6 +89,20 @@ class Writer:
         if self.random.random() < 0.7:
             self.write("!sensor ok")
             self.write("!start")
+
+    def edge(self):
+        """Two jolts, or a check and a jolt, just as far apart as matters."""
+        if self.random.random() < 0.3:
+            self.write("!check begin")
+        else:
+            self.jolt(65536)
+        self.time += self.random.choice((549_999_999, 550_000_000, 1_999_999_999, 2_000_000_000, 299_999_999_999,
+                                         300_000_000_000))
+        self.jolt(131072)
+
+    def jolt(self, level):
+        for _ in range(8):
+            self.write(report(0, 0, level).hex())
 
     def skipped(self):
         self.lines.append(self.random.choice((b"\n", b" \t\n", b"\t\r\n", b"# said \0\r\x7f\xff so\n", b"  #!stop\r\n",
