@@ -3,11 +3,11 @@
 import re
 from dataclasses import dataclass
 from pathlib import Path
-from subprocess import STDOUT
+from subprocess import PIPE, STDOUT
 from typing import Sequence
 
 from harness.desktop import Desktop
-from harness.processes import end
+from harness.processes import end, parent_of
 from harness.screen_reader import Accessible, Atspi, children, has_state, programs, visible
 from harness.waiting import NeverHappened, wait_until
 
@@ -28,14 +28,11 @@ class Application:
     Controls and texts are found by the names that the accessibility bus tells.
     """
 
-    def __init__(self, desktop: Desktop, programs_folder: Path, launcher: Sequence[str] = ()) -> None:
-        """Starts the application, by way of the command `launcher` if there is one, and waits for its window."""
+    def __init__(self, desktop: Desktop, command: Sequence[str | Path]) -> None:
+        """Starts the application, by its name or with a command whose child it is, and waits for its window."""
         self._desktop = desktop
         self.process = desktop.start(
-            [*launcher, programs_folder / "quiverly"],
-            cwd=desktop.home,
-            stdout=desktop.log("application"),
-            stderr=STDOUT,
+            command, cwd=desktop.home, stdin=PIPE, stdout=desktop.log("application"), stderr=STDOUT
         )
         self._frame = wait_until(self._find_frame, "the window")
 
@@ -86,6 +83,12 @@ class Application:
     def set_sensitivity(self, threshold: float) -> None:
         Atspi.Value.set_current_value(self._control("Sensitivity", "slider"), threshold)
 
+    def type_on_terminal(self, line: str) -> None:
+        """Types into the terminal from which the application was started."""
+        assert self.process.stdin
+        self.process.stdin.write(line.encode() + b"\n")
+        self.process.stdin.flush()
+
     # How it ends.
 
     def close_window(self) -> int:
@@ -104,8 +107,11 @@ class Application:
     def _find_frame(self) -> Accessible | None:
         if self.process.poll() is not None:
             raise RuntimeError(f"the application ended with status {self.process.returncode}\n{self._desktop.logs()}")
-        own = (each for each in programs(self._desktop) if each.get_process_id() == self.process.pid)
+        own = (each for each in programs(self._desktop) if self._is_own(each.get_process_id()))
         return next((window for program in own for window in children(program) if window.get_name() == "Quiverly"), None)
+
+    def _is_own(self, process: int) -> bool:
+        return self.process.pid in (process, parent_of(process))
 
     def _control(self, name: str, role: str) -> Accessible:
         def find() -> Accessible | None:

@@ -23,3 +23,12 @@ def end(process: subprocess.Popen[bytes], patience: float = 10.0) -> int:
     except subprocess.TimeoutExpired:
         process.kill()
         return process.wait()
+
+
+def parent_of(process: int) -> int | None:
+    """The process that started another one, or None when that is gone."""
+    try:
+        status = Path(f"/proc/{process}/stat").read_text()
+    except FileNotFoundError:
+        return None
+    return int(status.rpartition(")")[2].split()[1])

@@ -37,8 +37,12 @@ class SystemTest(unittest.TestCase):
         self.laptop = SimulatedLaptop(self.desktop, PROGRAMS)
         return self.laptop
 
-    def start_application(self, launcher: Sequence[str] = ()) -> Application:
-        self.application = Application(self.desktop, PROGRAMS, launcher)
+    def start_application(self, launcher: Sequence[str | Path] = ()) -> Application:
+        """Starts the application, by way of the command `launcher` if there is one."""
+        return self.expect_application([*launcher, PROGRAMS / "quiverly"])
+
+    def expect_application(self, command: Sequence[str | Path]) -> Application:
+        self.application = Application(self.desktop, command)
         self.addCleanup(self._expect_good_end, self.application)
         return self.application
 
@@ -53,14 +57,14 @@ class SystemTest(unittest.TestCase):
         self.application.press("Start listening")
         self.application.wait_for_slaps(1)
 
-    def slap_until(self, felt: Callable[[], bool], what: str) -> None:
+    def slap_until(self, felt: Callable[[], bool], what: str, slap: Callable[[], object] | None = None) -> None:
         """Slaps again and again, no faster than slaps are told apart, until one is felt."""
         slapped = -math.inf
 
         def look() -> bool:
             nonlocal slapped
             if not (done := felt()) and time.monotonic() - slapped > 0.7:
-                self.laptop.slap(0.8)
+                slap() if slap else self.laptop.slap(0.8)
                 slapped = time.monotonic()
             return done
 
