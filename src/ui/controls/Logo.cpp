@@ -1,31 +1,58 @@
 #include "ui/controls/Logo.h"
 
-#include <QGraphicsDropShadowEffect>
+#include <cmath>
+
+#include <QGraphicsEffect>
 #include <QPainter>
 
 #include "ui/Theme.h"
 #include "ui/controls/Symbol.h"
+#include "ui/controls/painting.h"
 
 namespace quiverly {
 
 namespace {
 
-QGraphicsEffect* pinkShadow() {
-    QColor color = Theme::primaryPink;
-    color.setAlphaF(0.35F);
-    auto* shadow = new QGraphicsDropShadowEffect;
-    shadow->setColor(color);
-    shadow->setBlurRadius(24); // twice the radius of the blur
-    shadow->setOffset(0, 4);
-    return shadow;
-}
+// A soft pink shadow of a rounded square, as sharp or blurred on every screen: laid on in shells, each as opaque as
+// what it has to add to those outside it.
+class Shadow : public QGraphicsEffect {
+public:
+    explicit Shadow(double radius) : radius(radius) {}
+
+    QRectF boundingRectFor(const QRectF& source) const override {
+        return source.adjusted(-blur, -blur, blur, blur + drop);
+    }
+
+private:
+    // Of the shadow, so far outside its edge: that of a straight edge blurred by a Gaussian.
+    static double opacityAt(double distance) { return 0.5 * strength * std::erfc(distance / (blur / 2) / M_SQRT2); }
+
+    void draw(QPainter* painter) override {
+        const QRectF square = sourceBoundingRect().translated(0, drop);
+        double laidOn = 0.0;
+        for (double distance = blur; distance > -drop - 1; --distance) {
+            const double opacity = opacityAt(distance);
+            QColor shell = Theme::primaryPink;
+            shell.setAlphaF(static_cast<float>((opacity - laidOn) / (1 - laidOn)));
+            laidOn = opacity;
+            fillRounded(*painter, square.adjusted(-distance, -distance, distance, distance), radius + distance, shell);
+        }
+        drawSource(painter);
+    }
+
+    static constexpr double strength = 0.35; // opacity
+    static constexpr double blur = 12;       // pixels; twice the standard deviation
+    static constexpr double drop = 4;        // pixels
+
+    double radius;
+};
 
 } // namespace
 
 Logo::Logo(const QImage& image, const Style& style) : image(image), style(style) {
     setAccessibleName("Quiverly");
     setFixedSize(style.size, style.size);
-    if (style.shadow && !image.isNull()) setGraphicsEffect(pinkShadow());
+    if (style.shadow && !image.isNull()) setGraphicsEffect(new Shadow(style.radius));
 }
 
 void Logo::paintEvent(QPaintEvent*) {

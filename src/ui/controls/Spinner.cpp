@@ -13,7 +13,6 @@ constexpr int stepTime = 120; // milliseconds
 
 Spinner::Spinner() {
     setAccessibleName("Working");
-    setFixedSize(16, 16);
 }
 
 void Spinner::showEvent(QShowEvent*) {
@@ -33,6 +32,7 @@ void Spinner::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(width() / 2.0, height() / 2.0);
+    painter.scale(width() / 16.0, height() / 16.0);
     painter.rotate(45.0 * step);
     QColor color = Theme::current().colors().primary;
     for (int spoke = 1; spoke <= spokes; ++spoke) {

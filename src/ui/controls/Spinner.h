@@ -6,7 +6,7 @@
 
 namespace quiverly {
 
-// Turns for as long as it can be seen, one step in 120 milliseconds; costs nothing otherwise.
+// Turns for as long as it can be seen, one step in 120 milliseconds; costs nothing otherwise. As large as its place.
 class Spinner : public Picture {
 public:
     Spinner();

@@ -1,5 +1,6 @@
 #include "ui/controls/StatusLine.h"
 
+#include <algorithm>
 #include <optional>
 
 #include <QHBoxLayout>
@@ -18,8 +19,8 @@ public:
         auto* box = new QHBoxLayout(this);
         box->setContentsMargins(0, 0, 0, 0);
         box->addWidget(spinner);
-        setFixedSize(spinner->size());
-        connect(&Theme::current(), &Theme::changed, this, qOverload<>(&QWidget::update));
+        connect(&Theme::current(), &Theme::changed, this, &Icon::resizeWithTexts);
+        resizeWithTexts();
     }
 
     void show(std::optional<Symbol> next) {
@@ -31,6 +32,12 @@ public:
     }
 
 private:
+    void resizeWithTexts() {
+        const int size = qRound(16 * fontScale());
+        setFixedSize(size, size);
+        update();
+    }
+
     QString meaning() const {
         if (!symbol) return {}; // the spinner speaks for itself
         switch (*symbol) {
@@ -72,6 +79,14 @@ StatusLine::StatusLine() : icon(new Icon), text(new Label(FontRole::callout, Ton
     row->addWidget(icon, 0, Qt::AlignTop);
     row->addWidget(text, 1);
     text->wrap();
+    connect(&Theme::current(), &Theme::changed, this, &StatusLine::alignWithIcon);
+    alignWithIcon();
+}
+
+// The icon stands beside the middle of the first line.
+void StatusLine::alignWithIcon() {
+    const int slack = icon->height() - text->fontMetrics().height();
+    text->setContentsMargins(0, std::max(0, (slack + 1) / 2), 0, 0);
 }
 
 void StatusLine::show(const Status& status) {

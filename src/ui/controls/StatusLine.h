@@ -24,6 +24,8 @@ public:
 private:
     class Icon;
 
+    void alignWithIcon();
+
     Icon* icon;
     Label* text;
 };
