@@ -4,24 +4,24 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <limits>
+#include <list>
 #include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include <QCoreApplication>
 #include <QJsonDocument>
 
+#include "OtherProcess.h"
 #include "RuntimeFolder.h"
 #include "Waiting.h"
 
@@ -35,29 +35,18 @@ class LinuxDefaultsTest : public testing::Test {
 protected:
     LinuxDefaultsTest() { ::setenv("XDG_CONFIG_HOME", home.path().c_str(), 1); }
 
-    static pid_t start(const std::function<void()>& actions) {
-        std::fflush(nullptr);
-        const pid_t process = ::fork();
-        if (process == 0) {
+    // What an application does with its settings, until it ends.
+    static std::function<void()> application(std::function<void()> actions) {
+        return [actions = std::move(actions)] {
             int count = 1;
             char name[] = "test";
             char* arguments[] = {name, nullptr};
-            {
-                const QCoreApplication application(count, arguments);
-                actions();
-            }
-            std::exit(HasFailure() ? 1 : 0);
-        }
-        return process;
+            const QCoreApplication application(count, arguments);
+            actions();
+        };
     }
 
-    static void end(pid_t process) {
-        int status = 0;
-        ASSERT_EQ(::waitpid(process, &status, 0), process);
-        EXPECT_EQ(status, 0);
-    }
-
-    static void inAProcess(const std::function<void()>& actions) { end(start(actions)); }
+    static void inAProcess(const std::function<void()>& actions) { const OtherProcess process(application(actions)); }
 
     // Of one who owns the files but, unlike the superuser, is not allowed everything.
     void inAProcessOfAnOrdinaryUser(const std::function<void()>& actions) const {
@@ -171,11 +160,10 @@ TEST_F(LinuxDefaultsTest, AWriteReachesTheDiskInTheNextTurnOfTheEventLoop) {
 }
 
 TEST_F(LinuxDefaultsTest, TheLastWriteReachesTheDiskWhenTheApplicationEnds) {
-    const pid_t process = start([] {
+    inAProcess([] {
         qAddPostRoutine([] { ::_exit(HasFailure() ? 1 : 0); }); // runs after the store's own, which was added later
         writeHalo();
     });
-    end(process);
     inAProcess(expectHalo);
 }
 
@@ -353,16 +341,17 @@ TEST_F(LinuxDefaultsTest, ALinkStaysALink) {
 TEST_F(LinuxDefaultsTest, TwoProcessesKeepEachOthersValues) {
     const fs::path loaded = home.path() / "loaded";
     const fs::path written = home.path() / "written";
-    const pid_t first = start([&] {
-        expectNoPack();
-        std::ofstream(loaded) << "x";
-        waitUntil([&] { return fs::exists(written); });
-        defaults::setNumber("bonko.threshold", 0.3);
-    });
-    waitUntil([&] { return fs::exists(loaded); });
-    inAProcess(writeHalo);
-    std::ofstream(written) << "x";
-    end(first);
+    {
+        const OtherProcess first(application([&] {
+            expectNoPack();
+            std::ofstream(loaded) << "x";
+            waitUntil([&] { return fs::exists(written); });
+            defaults::setNumber("bonko.threshold", 0.3);
+        }));
+        waitUntil([&] { return fs::exists(loaded); });
+        inAProcess(writeHalo);
+        std::ofstream(written) << "x";
+    }
     inAProcess([] {
         expectHalo();
         EXPECT_EQ(number("bonko.threshold"), 0.3);
@@ -370,16 +359,17 @@ TEST_F(LinuxDefaultsTest, TwoProcessesKeepEachOthersValues) {
 }
 
 TEST_F(LinuxDefaultsTest, ManyProcessesAtOnceLoseNothing) {
-    std::vector<pid_t> processes;
-    for (int process = 0; process < 4; ++process) {
-        processes.push_back(start([process] {
-            for (int write = 0; write < 20; ++write) {
-                defaults::setNumber((std::to_string(process) + '.' + std::to_string(write)).c_str(), write);
-                QCoreApplication::processEvents();
-            }
-        }));
+    {
+        std::list<OtherProcess> processes;
+        for (int process = 0; process < 4; ++process) {
+            processes.emplace_back(application([process] {
+                for (int write = 0; write < 20; ++write) {
+                    defaults::setNumber((std::to_string(process) + '.' + std::to_string(write)).c_str(), write);
+                    QCoreApplication::processEvents();
+                }
+            }));
+        }
     }
-    for (const pid_t process : processes) end(process);
     inAProcess([] {
         for (int process = 0; process < 4; ++process) {
             for (int write = 0; write < 20; ++write) {

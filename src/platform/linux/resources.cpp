@@ -36,12 +36,12 @@ std::vector<std::filesystem::path> resourceFolders() {
     return folders;
 }
 
-// The C locale means the order of bytes, in which 10 comes before 2: no order a person wants.
+// The C locale, by whichever name, means the order of bytes, in which 10 comes before 2: no order a person wants.
 std::string nameOrderLocale() {
     const icu::Locale locale = icu::Locale::createCanonical(collationLocale().c_str());
-    const std::string_view language = locale.getLanguage();
-    const bool isC = language.empty() || language == "c" || std::string_view(locale.getVariant()) == "POSIX";
-    return isC ? "en" : locale.getBaseName();
+    const std::string_view language = locale.isBogus() ? "" : locale.getLanguage();
+    if (language.empty() || language == "c" || language == "posix") return "en";
+    return icu::Locale(locale.getLanguage(), locale.getCountry()).getName(); // without a variant, such as POSIX
 }
 
 } // namespace quiverly

@@ -1,0 +1,145 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <QString>
+#include <QUrl>
+
+#include "OtherProcess.h"
+#include "RuntimeFolder.h"
+#include "platform/bundle.h"
+#include "platform/folders/program_resources.h"
+#include "platform/folders/resource_folders.h"
+#include "platform/workspace.h"
+
+namespace quiverly {
+namespace {
+
+namespace fs = std::filesystem;
+
+class LinuxResourcesTest : public testing::Test {
+protected:
+    LinuxResourcesTest() {
+        ::setenv("XDG_DATA_HOME", home.path().c_str(), 1);
+        for (const char* variable : {"LC_ALL", "LC_COLLATE", "LANG"}) ::unsetenv(variable);
+    }
+
+    void put(const fs::path& name) const {
+        const fs::path file = home.path() / "quiverly" / name;
+        fs::create_directories(file.parent_path());
+        std::ofstream(file) << "x";
+    }
+
+    static std::string fileOf(const std::optional<std::string>& url) {
+        return QUrl(QString::fromStdString(url.value_or(""))).toLocalFile().toStdString();
+    }
+
+    const RuntimeFolder home;
+};
+
+TEST_F(LinuxResourcesTest, TheUsersFolderComesBeforeThoseOfTheProgram) {
+    auto expected = programResourceFolders();
+    ASSERT_EQ(expected.size(), 2U);
+    expected.insert(expected.begin(), home.path() / "quiverly");
+    EXPECT_EQ(resourceFolders(), expected);
+}
+
+TEST_F(LinuxResourcesTest, WithoutADataFolderTheUsersOwnIsTaken) {
+    ::setenv("HOME", home.path().c_str(), 1);
+    for (const char* none : {"", static_cast<const char*>(nullptr)}) {
+        if (none) ::setenv("XDG_DATA_HOME", none, 1);
+        if (!none) ::unsetenv("XDG_DATA_HOME");
+        EXPECT_EQ(resourceFolders().front(), home.path() / ".local" / "share" / "quiverly");
+    }
+}
+
+TEST_F(LinuxResourcesTest, APackOfTheUsersReplacesTheProgramsWhole) {
+    const auto before = bundle::files("mp3", "audio/pain");
+    ASSERT_TRUE(before);
+    EXPECT_GE(before->size(), 3U);
+    put("audio/pain/own.mp3");
+    EXPECT_EQ(bundle::files("mp3", "audio/pain"), std::vector{home.path() / "quiverly/audio/pain/own.mp3"});
+    EXPECT_GE(bundle::files("mp3", "audio/sexy")->size(), 3U); // the other packs stay
+}
+
+TEST_F(LinuxResourcesTest, APackMayLieBesideTheAudioFolder) {
+    put("own/1.mp3");
+    EXPECT_EQ(bundle::files("mp3", "audio/own"), std::nullopt);
+    EXPECT_EQ(bundle::files("mp3", "own"), std::vector{home.path() / "quiverly/own/1.mp3"});
+}
+
+TEST_F(LinuxResourcesTest, ThereIsASensorPageWhenTheProgramHasItsFile) {
+    const fs::path file = programResourceFolders().back() / "motion-sensor.html";
+    const auto page = workspace::sensorAccessPage();
+    EXPECT_EQ(page.has_value(), fs::exists(file));
+    EXPECT_EQ(fileOf(page), page ? file.string() : "");
+}
+
+TEST_F(LinuxResourcesTest, TheProgramHasTheFileOfTheSensorPageWhereItWasBuiltButNotElsewhere) {
+    EXPECT_TRUE(fs::is_regular_file(programResourceFolders().back() / "motion-sensor.html"));
+    const fs::path program = home.path() / "bin" / "copy";
+    fs::create_directories(program.parent_path());
+    fs::copy_file("/proc/self/exe", program);
+    const OtherProcess copy([&] {
+        ::execl(program.c_str(), program.c_str(), "--gtest_filter=*ThereIsASensorPageWhenTheProgramHasItsFile",
+                nullptr);
+    });
+}
+
+TEST_F(LinuxResourcesTest, TheAddressOfTheSensorPageSurvivesAnyFolderName) {
+    for (const std::string name : {"a b", "50%25", "#1?x=y&z", "Žluť", "semi;colon"}) {
+        ::setenv("XDG_DATA_HOME", (home.path() / name).c_str(), 1);
+        fs::create_directories(home.path() / name / "quiverly");
+        const fs::path file = home.path() / name / "quiverly" / "motion-sensor.html";
+        std::ofstream(file) << "x";
+        EXPECT_EQ(fileOf(workspace::sensorAccessPage()), file.string());
+    }
+}
+
+TEST_F(LinuxResourcesTest, NamesAreOrderedInTheUsersLocale) {
+    EXPECT_EQ(nameOrderLocale(), "en");
+    ::setenv("LANG", "de_DE.UTF-8", 1);
+    EXPECT_EQ(nameOrderLocale(), "de_DE");
+    ::setenv("LC_COLLATE", "sv_SE.UTF-8@euro", 1);
+    EXPECT_EQ(nameOrderLocale(), "sv_SE");
+    ::setenv("LC_ALL", "", 1);
+    EXPECT_EQ(nameOrderLocale(), "sv_SE");
+    ::setenv("LC_ALL", "cs_CZ", 1);
+    EXPECT_EQ(nameOrderLocale(), "cs_CZ");
+}
+
+TEST_F(LinuxResourcesTest, TheOrderOfBytesIsNobodysLocale) {
+    for (const char* locale : {"C", "POSIX", "C.UTF-8", "C.utf8", "no such locale", "@"}) {
+        ::setenv("LC_ALL", locale, 1);
+        EXPECT_EQ(nameOrderLocale(), "en") << locale;
+    }
+    ::setenv("LC_ALL", "en_US_POSIX.UTF-8", 1);
+    EXPECT_EQ(nameOrderLocale(), "en_US");
+}
+
+TEST_F(LinuxResourcesTest, TenComesAfterTwoInEveryLocale) {
+    for (const char* locale :
+         {"", "C", "POSIX", "C.UTF-8", "en_US_POSIX", "de_DE.UTF-8", "tlh", "no such locale", "@", "\xff\xfe"}) {
+        ::setenv("LC_ALL", locale, 1);
+        const OtherProcess process([&] {
+            EXPECT_TRUE(bundle::precedes("2.mp3", "10.mp3")) << locale;
+            EXPECT_FALSE(bundle::precedes("10.mp3", "2.mp3")) << locale;
+            EXPECT_TRUE(bundle::precedes("a.mp3", "B.mp3")) << locale;
+        });
+    }
+}
+
+TEST_F(LinuxResourcesTest, SwedesPutTheirLettersLast) {
+    ::setenv("LC_ALL", "sv_SE.UTF-8", 1);
+    const OtherProcess swedish([] { EXPECT_TRUE(bundle::precedes("z", "ä")); });
+    ::setenv("LC_ALL", "de_DE.UTF-8", 1);
+    const OtherProcess german([] { EXPECT_TRUE(bundle::precedes("ä", "z")); });
+}
+
+} // namespace
+} // namespace quiverly
