@@ -14,7 +14,7 @@ struct Inspector {
         return AccelerometerReader::readInt32LE(bytes, offset);
     }
     static constexpr hid::InputReportCallback inputReportCallback = AccelerometerReader::inputReportCallback;
-    static std::int64_t decimationCounter(const AccelerometerReader& reader) { return reader.decimationCounter; }
+    static std::int64_t& decimationCounter(AccelerometerReader& reader) { return reader.decimationCounter; }
     static const std::uint8_t* reportBuffer(const AccelerometerReader& reader) { return reader.reportBuffer.get(); }
     static const hid::Device* hidDevice(const AccelerometerReader& reader) { return reader.hidDevice.get(); }
     static const Thread* hidThread(const AccelerometerReader& reader) { return reader.hidThread.get(); }
