@@ -4,6 +4,7 @@ import unittest
 
 from harness.analysis import is_silent
 from harness.system_test import SystemTest
+from harness.waiting import wait_until
 
 MISSING = "Accelerometer device missing on this Mac."
 LISTENING = "Listening with Sexy sounds. Slap away."
@@ -80,6 +81,22 @@ class SensorTest(SystemTest):
         self.laptop.tell("wake")
         self.slap_until_counted(2)
         self.assertTrue(self.application.shows(LISTENING))
+
+    def test_starting_and_stopping_leaves_no_thread_and_no_descriptor_behind(self) -> None:
+        self.start_laptop()
+        self.start_on_main_view()
+        self.listen()
+        self.application.press("Stop")
+        self.application.wait_for("Idle")
+        wait_until(lambda: self.laptop.said().count(" left ") == self.laptop.said().count(" came"), "the end of listening")
+        threads, descriptors = self.application.threads(), self.application.descriptors()
+        for _ in range(20):
+            self.application.press("Start listening")
+            self.application.wait_for("Listening")
+            self.application.press("Stop")
+            self.application.wait_for("Idle")
+        wait_until(lambda: self.application.threads() <= threads, f"{threads} threads again")
+        wait_until(lambda: self.application.descriptors() <= descriptors, f"{descriptors} descriptors again")
 
 
 if __name__ == "__main__":

@@ -3,7 +3,7 @@
 import unittest
 
 from harness.analysis import frequency, is_silent, match, peak_at
-from harness.clips import TONE_PEAK, read_clip, volume_for
+from harness.clips import TONE_PEAK, read_clip, volume_for, write_tone
 from harness.samples import RATE, Samples
 from harness.system_test import PROGRAMS, SystemTest
 
@@ -113,6 +113,19 @@ class SoundTest(SystemTest):
         heard = self.recorder.wait_for(start - round(0.05 * RATE), 0.5)
         first_clip = read_clip(PROGRAMS.parent / "resources/audio/lizard/1.mp3")
         self.assertGreater(match(heard, first_clip).likeness, 0.99)
+
+    def test_an_own_folder_without_clips_is_a_silent_pack(self) -> None:
+        folder = self.desktop.data / "quiverly" / "audio" / "pain"
+        folder.mkdir(parents=True)
+        write_tone(folder / ".hidden.mp3", 440)
+        write_tone(folder / "upper.MP3", 440)
+        (folder / "folder.mp3").mkdir()
+        self.start_on_main_view(bonko_pack="pain")
+        before = self.recorder.length
+        self.listen()
+        self.slap_until_counted(2)
+        self.recorder.pass_time(0.5)
+        self.assertTrue(is_silent(self.recorder.samples(before)))
 
     def test_clips_that_are_none_are_silent_and_the_next_is_heard(self) -> None:
         self.write_tones("sexy", *(300 + 100 * number for number in range(10)), seconds=0.6)

@@ -3,6 +3,7 @@
 import subprocess
 import unittest
 
+from harness.screen_reader import Announcements
 from harness.settings import read_settings
 from harness.system_test import PROGRAMS, SystemTest
 from harness.waiting import wait_until
@@ -58,6 +59,25 @@ class StoryTest(SystemTest):
         self.application.press("Continue")
         self.application.wait_for("Start listening")
         self.assertEqual(len(self.desktop.opened_pages()), 1)
+
+    def test_a_screen_reader_announces_what_happens(self) -> None:
+        announcements = Announcements(self.desktop)
+
+        def expect(*texts: str) -> None:
+            for text in texts:
+                wait_until(lambda: text in announcements.heard(), f"“{text}” to be announced")
+            announcements.heard().clear()
+
+        self.start_laptop()
+        self.start_on_main_view()
+        self.listen()
+        count = f"Slaps this session: 1  ·  last {self.application.counter().amplitude:.3f}g"
+        expect("Listening", "Listening with Sexy sounds. Slap away.", count)
+        self.laptop.quit()
+        self.application.press("Stop")
+        expect("Idle", "Press Start, then slap your MacBook.")
+        self.application.press("Start listening")
+        expect("Accelerometer device missing on this Mac.")
 
     def test_a_second_start_brings_the_first_window_to_the_front(self) -> None:
         self.start_on_main_view()

@@ -63,6 +63,14 @@ class Application:
         """Waits until the counter has reached `count`."""
         return wait_until(lambda: (seen := self.counter()).count >= count and seen, f"slap {count} in the counter")
 
+    # What the system knows of it.
+
+    def threads(self) -> int:
+        return self._count("task")
+
+    def descriptors(self) -> int:
+        return self._count("fd")
+
     # What the user does.
 
     def press(self, button: str) -> None:
@@ -103,6 +111,9 @@ class Application:
 
     def end(self) -> int:
         return end(self.process)
+
+    def _count(self, what: str) -> int:
+        return sum(1 for _ in Path(f"/proc/{self.process.pid}/{what}").iterdir())
 
     def _find_frame(self) -> Accessible | None:
         if self.process.poll() is not None:

@@ -40,3 +40,18 @@ def visible(root: Accessible) -> Iterator[Accessible]:
 
 def has_state(each: Accessible, state: Atspi.StateType) -> bool:
     return each.get_state_set().contains(state)
+
+
+class Announcements:
+    """What a screen reader says by itself: the texts of labels as they change, in order."""
+
+    def __init__(self, desktop: Desktop) -> None:
+        self._heard: list[str] = []
+        next(programs(desktop), None)  # connects
+        self._listener = Atspi.EventListener.new(lambda event: self._heard.append(event.source.get_name()))
+        self._listener.register("object:property-change:accessible-name")
+
+    def heard(self) -> list[str]:
+        while GLib.MainContext.default().iteration(False):
+            pass
+        return self._heard
