@@ -21,7 +21,7 @@ QImage firstThatLoads(std::initializer_list<ImageFile> candidates) {
     for (const ImageFile& candidate : candidates) {
         const auto file = bundle::resource(candidate.name, candidate.type);
         if (!file) continue;
-        const QImage image(QString::fromStdString(file->string()));
+        QImage image(QString::fromStdString(file->string()));
         if (!image.isNull()) return image;
     }
     return {};
