@@ -90,7 +90,7 @@ class SensorTest(SystemTest):
         self.application.wait_for("Idle")
         wait_until(lambda: self.laptop.said().count(" left ") == self.laptop.said().count(" came"), "the end of listening")
         threads, descriptors = self.application.threads(), self.application.descriptors()
-        for _ in range(20):
+        for _ in range(10):
             self.application.press("Start listening")
             self.application.wait_for("Listening")
             self.application.press("Stop")
