@@ -144,11 +144,12 @@ TEST_F(HidTest, AReportReachesTheCallbackWithBufferAndContext) {
         std::vector<std::uint8_t> received;
     } receiver;
     const hid::InputReportCallback callback = [](void* context, hid::ReturnCode result, void*, std::uint32_t type,
-                                                 std::uint32_t, std::uint8_t* bytes, std::ptrdiff_t length) {
+                                                 std::uint32_t reportID, std::uint8_t* bytes, std::ptrdiff_t length) {
         auto& self = *static_cast<Receiver*>(context);
         EXPECT_EQ(bytes, self.buffer.data());
         EXPECT_EQ(result, hid::success);
         EXPECT_EQ(type, 0U);
+        EXPECT_EQ(reportID, 5U);
         self.received.assign(bytes, bytes + length);
     };
     hid::registerInputReportCallback(*device, receiver.buffer.data(), 20, callback, &receiver);

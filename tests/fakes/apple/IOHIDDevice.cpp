@@ -21,6 +21,8 @@ struct __IOHIDDevice : AppleObject {
 
 namespace {
 
+constexpr std::uint32_t reportID = 5;
+
 void deliverDelayedReport(const __IOHIDDevice& device) {
     const auto report = AppleFaults::reportAfterUnscheduling();
     if (report.empty()) return;
@@ -63,7 +65,7 @@ void IOHIDDeviceRegisterInputReportCallback(IOHIDDeviceRef device, std::uint8_t*
     device->buffer = report;
     device->size = reportLength;
     device->receive = [device, report, callback, context](CFIndex length) {
-        callback(context, kIOReturnSuccess, device, kIOHIDReportTypeInput, 0, report, length);
+        callback(context, kIOReturnSuccess, device, kIOHIDReportTypeInput, reportID, report, length);
     };
     device->hardware.registerReceiver(report, reportLength, device->receive);
 }
