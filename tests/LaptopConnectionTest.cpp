@@ -63,7 +63,7 @@ TEST(LaptopConnectionTest, AFileOrFolderInThePlaceOfTheSocketIsNoSensor) {
 }
 
 TEST(LaptopConnectionTest, ARuntimeFolderThatIsMissingHasNoSensor) {
-    ::setenv("XDG_RUNTIME_DIR", "/nonexistent", 1);
+    setRuntimeFolder("/nonexistent");
     EXPECT_EQ(outcomeOfStart(), missing);
 }
 
@@ -111,7 +111,7 @@ struct Breach {
 
 const std::vector<Breach>& breaches() {
     using Bytes = std::vector<std::uint8_t>;
-    const auto says = [](Bytes bytes) {
+    const auto says = [](const Bytes& bytes) {
         return [bytes](int socket) {
             FakeLaptop::sendBytes(socket, bytes);
             FakeLaptop::waitForTheEnd(socket);

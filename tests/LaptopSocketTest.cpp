@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <fstream>
 
 #include "RuntimeFolder.h"
@@ -18,17 +17,17 @@ std::filesystem::path fallback() {
 }
 
 TEST(LaptopSocketTest, IsInTheRuntimeFolder) {
-    ::setenv("XDG_RUNTIME_DIR", "/run/user/7", 1);
+    setRuntimeFolder("/run/user/7");
     EXPECT_EQ(socketPlace().socket(), "/run/user/7/quiverly-laptop.socket");
     EXPECT_FALSE(socketPlace().isFallback);
 }
 
 TEST(LaptopSocketTest, IsInAFolderOfTheUsersOwnWithoutAUsableRuntimeFolder) {
-    ::unsetenv("XDG_RUNTIME_DIR");
+    setRuntimeFolder(nullptr);
     EXPECT_EQ(socketPlace().folder, fallback());
     EXPECT_TRUE(socketPlace().isFallback);
     for (const char* unusable : {"", "relative/folder"}) {
-        ::setenv("XDG_RUNTIME_DIR", unusable, 1);
+        setRuntimeFolder(unusable);
         EXPECT_EQ(socketPlace().folder, fallback()) << unusable;
         EXPECT_TRUE(socketPlace().isFallback);
     }
@@ -37,10 +36,10 @@ TEST(LaptopSocketTest, IsInAFolderOfTheUsersOwnWithoutAUsableRuntimeFolder) {
 TEST(LaptopSocketTest, HasAPathOf107BytesAtMost) {
     const std::string name = "/quiverly-laptop.socket";
     const std::string longest = '/' + std::string(107 - name.size() - 1, 'x');
-    ::setenv("XDG_RUNTIME_DIR", longest.c_str(), 1);
+    setRuntimeFolder(longest.c_str());
     EXPECT_EQ(socketPlace().folder, longest);
     EXPECT_EQ(std::string(socketAddress(socketPlace().socket()).sun_path), longest + name);
-    ::setenv("XDG_RUNTIME_DIR", (longest + 'x').c_str(), 1);
+    setRuntimeFolder((longest + 'x').c_str());
     EXPECT_EQ(socketPlace().folder, fallback());
 }
 

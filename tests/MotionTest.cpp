@@ -154,8 +154,8 @@ TEST(MotionTest, SlapsInAQuickSeriesAreDetectedOneByOne) {
 TEST(MotionTest, ASlapRingsAtItsFrequencyAndDiesAway) {
     Motion motion(1);
     motion.slap({.peak = 1.0, .frequency = 10.0, .decay = 0.1});
-    std::vector<double> felt;
-    for (int count = 0; count < 1000; ++count) felt.push_back(motion.next().z - 1.0);
+    std::vector<double> felt(1000);
+    for (double& sample : felt) sample = motion.next().z - 1.0;
     for (std::size_t held = 0; held < 8; ++held) EXPECT_NEAR(felt[held], 1.0, 0.01);
     EXPECT_NEAR(felt[7 + 50], -std::exp(-0.5), 0.02); // half a period later
     EXPECT_NEAR(felt[7 + 100], std::exp(-1.0), 0.02); // a whole one

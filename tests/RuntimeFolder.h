@@ -6,13 +6,19 @@
 
 namespace quiverly {
 
+// Sets $XDG_RUNTIME_DIR, or with null takes it away. Not while another thread may read it.
+inline void setRuntimeFolder(const char* folder) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): by contract
+    folder != nullptr ? ::setenv("XDG_RUNTIME_DIR", folder, 1) : ::unsetenv("XDG_RUNTIME_DIR");
+}
+
 // A private folder that is $XDG_RUNTIME_DIR while this lives.
 class RuntimeFolder {
 public:
     RuntimeFolder() {
         std::string name = "/tmp/quiverly-test-XXXXXX";
         folder = ::mkdtemp(name.data());
-        ::setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+        setRuntimeFolder(folder.c_str());
     }
     ~RuntimeFolder() { std::filesystem::remove_all(folder); }
     RuntimeFolder(const RuntimeFolder&) = delete;

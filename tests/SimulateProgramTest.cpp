@@ -233,14 +233,14 @@ TEST(SimulateProgramTest, TouchesNothingThatIsNoSocket) {
 }
 
 TEST(SimulateProgramTest, SaysWhyItCannotServe) {
-    ::setenv("XDG_RUNTIME_DIR", "/nonexistent", 1);
+    setRuntimeFolder("/nonexistent");
     Program program;
     EXPECT_EQ(program.status(), 1);
     EXPECT_EQ(program.errors(), "quiverly-simulate: /nonexistent/quiverly-laptop.lock: No such file or directory\n");
 }
 
 TEST(SimulateProgramTest, ServesInAFolderOfTheUsersOwnWithoutARuntimeFolder) {
-    ::unsetenv("XDG_RUNTIME_DIR");
+    setRuntimeFolder(nullptr);
     const std::filesystem::path folder = "/tmp/quiverly-" + std::to_string(::geteuid());
     if (std::filesystem::exists(folder)) GTEST_SKIP() << "NOT RUN: " << folder << " is in use";
     {

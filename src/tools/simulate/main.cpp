@@ -97,7 +97,7 @@ FileDescriptor interruptions() {
     sigset_t signals;
     sigemptyset(&signals);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, signal);
-    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGTTIN, SIG_IGN); // a job in the background that reads from its terminal would be stopped
     return FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
