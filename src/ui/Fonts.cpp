@@ -59,7 +59,8 @@ double fontScale() {
 QFont fontFor(FontRole role) {
     const Facts wanted = facts(role);
     QFont font = QApplication::font();
-    if (wanted.rounded && !roundedFamilies().isEmpty()) font.setFamilies(roundedFamilies());
+    const QStringList system = font.families();
+    font.setFamilies(wanted.rounded ? roundedFamilies() + system : system + roundedFamilies());
     font.setPixelSize(qRound(wanted.size * fontScale()));
     font.setWeight(wanted.weight);
     return font;
