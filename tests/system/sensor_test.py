@@ -88,7 +88,7 @@ class SensorTest(SystemTest):
         self.listen()
         self.application.press("Stop")
         self.application.wait_for("Idle")
-        wait_until(lambda: self.laptop.said().count(" left ") == self.laptop.said().count(" came"), "the end of listening")
+        wait_until(lambda: self.laptop.clients() == 0, "the end of listening")
         threads, descriptors = self.application.threads(), self.application.descriptors()
         for _ in range(10):
             self.application.press("Start listening")

@@ -45,7 +45,8 @@ class SoundTest(SystemTest):
         self.start_on_main_view(bonko_pack="sexy")
         before = self.recorder.length
         self.listen()
-        heard = [self.steady_part(self.recorder.wait_for_sound(before))] + [self.heard_after_slap(0.6) for _ in range(4)]
+        heard = [self.steady_part(self.recorder.wait_for_sound(before))]
+        heard += [self.heard_after_slap(0.6) for _ in range(4)]
         played = [tones.index(round(frequency(sound), -2)) for sound in heard]
         self.assertEqual(played, [0, 1, 2, 3, 3])
 

@@ -2,8 +2,8 @@
 """Shows the application at work on a machine without display, loudspeaker or sensor, and checks what it shows.
 
 The application runs on a private desktop beside a simulated laptop, which is slapped softly, harder and in quick
-series, in each pack. What reaches the loudspeaker is recorded and compared with the clips. Exit status 0 when every slap
-was answered with a clip of the chosen pack at the volume that its amplitude asks for, else 1.
+series, in each pack. What reaches the loudspeaker is recorded and compared with the clips. Exit status 0 when every
+slap was answered with a clip of the chosen pack at the volume that its amplitude asks for, else 1.
 """
 
 import argparse
@@ -128,7 +128,8 @@ class Tour:
     def _conclude(self) -> bool:
         count, good = len(self._answers), sum(self._answers)
         self._transcript.heading("The end")
-        self._transcript.verdict(f"{good} of {count} slaps were answered with their clip at their volume.", good == count)
+        verdict = f"{good} of {count} slaps were answered with their clip at their volume."
+        self._transcript.verdict(verdict, good == count)
         self._transcript.quiet(f"The sound, the pictures and this text are in {self._output}")
         return good == count
 

@@ -1,1 +1,1 @@
-"""What the system tests and the tour stand on: a private desktop, a sound server, a simulated laptop, the application."""
+"""What the system tests and the tour stand on: a private desktop and, on it, sound, a laptop, the application."""

@@ -7,7 +7,7 @@ from subprocess import PIPE, STDOUT
 from typing import Sequence
 
 from harness.desktop import Desktop
-from harness.processes import end, parent_of
+from harness.processes import parent_of
 from harness.screen_reader import Accessible, Atspi, children, has_state, programs, visible
 from harness.waiting import NeverHappened, wait_until
 
@@ -82,9 +82,6 @@ class Application:
     def is_chosen(self, option: str) -> bool:
         return has_state(self._control(option, "radio button"), Atspi.StateType.CHECKED)
 
-    def is_usable(self, name: str, role: str) -> bool:
-        return has_state(self._control(name, role), Atspi.StateType.ENABLED)
-
     def sensitivity(self) -> float:
         return float(Atspi.Value.get_current_value(self._control("Sensitivity", "slider")))
 
@@ -109,9 +106,6 @@ class Application:
         self.process.kill()
         self.process.wait()
 
-    def end(self) -> int:
-        return end(self.process)
-
     def _count(self, what: str) -> int:
         return sum(1 for _ in Path(f"/proc/{self.process.pid}/{what}").iterdir())
 
@@ -119,7 +113,8 @@ class Application:
         if self.process.poll() is not None:
             raise RuntimeError(f"the application ended with status {self.process.returncode}\n{self._desktop.logs()}")
         own = (each for each in programs(self._desktop) if self._is_own(each.get_process_id()))
-        return next((window for program in own for window in children(program) if window.get_name() == "Quiverly"), None)
+        windows = (window for program in own for window in children(program))
+        return next((window for window in windows if window.get_name() == "Quiverly"), None)
 
     def _is_own(self, process: int) -> bool:
         return self.process.pid in (process, parent_of(process))

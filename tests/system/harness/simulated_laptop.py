@@ -22,15 +22,20 @@ class SimulatedLaptop:
         """What this laptop told so far."""
         return self._file.read_bytes()[self._began :].decode()
 
-    def wait_for(self, text: str, times: int = 1) -> None:
-        """Waits until the laptop has told something, for the given number of times."""
+    def wait_for(self, text: str) -> None:
+        """Waits until the laptop has told something."""
 
         def look() -> bool:
             if self._process.poll() is not None:
                 raise RuntimeError(f"the simulated laptop ended: {self.said()}")
-            return self.said().count(text) >= times
+            return text in self.said()
 
         wait_until(look, f"the simulated laptop to say “{text}”")
+
+    def clients(self) -> int:
+        """How many are connected."""
+        said = self.said()
+        return said.count(" came") - said.count(" left ")
 
     def tell(self, command: str) -> None:
         assert self._process.stdin
