@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "OtherProcess.h"
 #include "Waiting.h"
 #include "platform/linux/Playback.h"
 #include "system/SoundServer.h"
@@ -234,7 +235,7 @@ TEST_F(LinuxAudioTest, EachClipPlaysOnTheDefaultDeviceOfItsMoment) {
     EXPECT_NE(stream.find('\t' + number + '\t'), std::string::npos) << devices << stream;
 }
 
-TEST_F(LinuxAudioTest, NobodyWakesWhileNothingSounds) {
+TEST_F(LinuxAudioTest, NothingWakesAgainAndAgainWhileNothingSounds) {
     server.start();
     playToItsEnd(1000);
     const auto switches = [] {
@@ -254,7 +255,7 @@ TEST_F(LinuxAudioTest, NobodyWakesWhileNothingSounds) {
     const long before = switches();
     ASSERT_GT(before, 0);
     server.listen(2.0);
-    EXPECT_EQ(switches(), before);
+    EXPECT_LE(switches() - before, 2); // a late word of the server, but no clock that ticks
 }
 
 TEST_F(LinuxAudioTest, WithoutAServerEverythingIsSilent) {
@@ -311,6 +312,20 @@ TEST_F(LinuxAudioTest, AServerFrozenBeforeTheFirstClipHoldsNobodyUp) {
     server.thaw();
     playToItsEnd(2000);
     EXPECT_EQ(heard().pitches(), std::vector{2000});
+}
+
+TEST_F(LinuxAudioTest, AFrozenServerLetsTheProgramEnd) {
+    server.start();
+    const auto ends = [this] {
+        const OtherProcess program([this] {
+            const auto connecting = play({.pitch = 1000});
+            server.freeze();
+            const auto waiting = play({.pitch = 2000});
+        });
+    };
+    ends();
+    ends(); // whose connection begins while the server is frozen already
+    server.thaw();
 }
 
 TEST_F(LinuxAudioTest, AClipThatFoundTheConnectionTooLateIsDropped) {

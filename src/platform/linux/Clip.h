@@ -19,7 +19,7 @@ struct Clip {
     // film's sound track must not fill the memory, nor keep the window waiting while it is decoded.
     static std::shared_ptr<const Clip> decode(const std::filesystem::path& file);
 
-    static constexpr std::size_t mostSamples = 30 * 48'000 * 2; // half a minute in stereo
+    static constexpr std::size_t mostSamples = std::size_t{30} * 48'000 * 2; // half a minute in stereo
 };
 
 } // namespace quiverly

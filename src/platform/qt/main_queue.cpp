@@ -1,12 +1,13 @@
 #include "platform/main_queue.h"
 
 #include <chrono>
+#include <map>
 #include <utility>
 
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
-#include <QTimer>
+#include <QTimerEvent>
 
 #include "platform/standard/JobQueue.h"
 
@@ -19,6 +20,11 @@ class MainQueue : public QObject {
 public:
     void push(mainQueue::Job job) {
         if (jobs.push(std::move(job))) wake();
+    }
+
+    // The job of an application that ends first is never run.
+    void pushAfter(std::chrono::milliseconds delay, mainQueue::Job job) {
+        delayed.insert_or_assign(startTimer(delay, Qt::PreciseTimer), std::move(job));
     }
 
     void wake() { QCoreApplication::postEvent(this, new QEvent(QEvent::User)); }
@@ -36,7 +42,13 @@ private:
         return true;
     }
 
+    void timerEvent(QTimerEvent* event) override {
+        killTimer(event->timerId());
+        push(std::move(delayed.extract(event->timerId()).mapped()));
+    }
+
     JobQueue jobs;
+    std::map<int, mainQueue::Job> delayed; // by the number of their timer
     bool running = false;
     bool wokenWhileRunning = false;
 };
@@ -60,8 +72,8 @@ void mainQueue::post(Job job) {
 
 void mainQueue::postAfter(double seconds, Job job) {
     if (!QCoreApplication::instance()) return; // no timers without it
-    const auto delay = std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
-    QTimer::singleShot(delay, Qt::PreciseTimer, &queue, [job = std::move(job)] { post(job); });
+    const std::chrono::duration<double> delay(seconds);
+    queue.pushAfter(std::chrono::ceil<std::chrono::milliseconds>(delay), std::move(job));
 }
 
 } // namespace quiverly
