@@ -55,7 +55,7 @@ TEST(LaptopSocketTest, OnlyAFolderThatNobodyElseEntersIsPrivate) {
     EXPECT_FALSE(isPrivate(folder.path() / "missing"));
     std::filesystem::create_symlink(folder.path(), folder.path() / "link");
     EXPECT_FALSE(isPrivate(folder.path() / "link"));
-    std::ofstream(folder.path() / "file");
+    std::ofstream(folder.path() / "file") << "no folder";
     ::chmod((folder.path() / "file").c_str(), 0700);
     EXPECT_FALSE(isPrivate(folder.path() / "file"));
 }
