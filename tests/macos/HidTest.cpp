@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
 #include "Reports.h"
 #include "fakes/apple/AppleFaults.h"
 #include "platform/virtual/Inspector.h"
