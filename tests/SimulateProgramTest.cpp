@@ -122,8 +122,8 @@ std::string eightReports(const std::string& time, const std::string& x) {
 }
 
 // A reader of the laptop that is there.
-struct Listener {
-    Listener() {
+struct LaptopListener {
+    LaptopListener() {
         reader.onSample = samples.receiver();
         EXPECT_TRUE(reader.start()) << reader.lastOpenError().value_or("");
     }
@@ -139,7 +139,7 @@ TEST(SimulateProgramTest, SaysThatItIsReadyWhenItIs) {
     ASSERT_EQ(::stat(socketIn(folder).c_str(), &status), 0);
     EXPECT_TRUE(S_ISSOCK(status.st_mode));
     EXPECT_EQ(status.st_mode & 07777, 0600U);
-    const Listener listener;
+    const LaptopListener listener;
     EXPECT_TRUE(waitUntil([&] { return listener.samples.count() > 0; }));
 }
 
@@ -147,7 +147,7 @@ TEST(SimulateProgramTest, ObeysLinesAndEndsWithQuit) {
     const RuntimeFolder folder;
     Program program;
     program.readLine();
-    const Listener listener;
+    const LaptopListener listener;
     program.tell("slip\n# a remark\n\nsl");
     program.tell("ap 0.5\n");
     EXPECT_TRUE(waitUntil([&] { return listener.samples.greatestMagnitude() > 1.45; }));
@@ -164,7 +164,7 @@ TEST(SimulateProgramTest, GoesOnAfterTheEndOfItsInputAndObeysALastLineThatIsCut)
     program.readLine();
     program.tell("tilt 1 0 0");
     program.endInput();
-    const Listener listener;
+    const LaptopListener listener;
     EXPECT_TRUE(waitUntil([&] { return listener.samples.last().x > 0.9; }));
 }
 
@@ -193,7 +193,7 @@ TEST(SimulateProgramTest, LeavesTheOneThatRunsAlone) {
     }
     first.tell("appear\n");
     EXPECT_TRUE(waitUntil([&] { return std::filesystem::exists(socketIn(folder)); }));
-    const Listener listener;
+    const LaptopListener listener;
     EXPECT_TRUE(waitUntil([&] { return listener.samples.count() > 0; }));
 }
 
@@ -206,7 +206,7 @@ TEST(SimulateProgramTest, ReplacesTheSocketOfOneThatWasKilled) {
     EXPECT_TRUE(std::filesystem::exists(socketIn(folder)));
     const Program program;
     EXPECT_EQ(program.readLine(), readyLine(folder));
-    const Listener listener;
+    const LaptopListener listener;
     EXPECT_TRUE(waitUntil([&] { return listener.samples.count() > 0; }));
 }
 
@@ -247,7 +247,7 @@ TEST(SimulateProgramTest, ServesInAFolderOfTheUsersOwnWithoutARuntimeFolder) {
         Program program;
         EXPECT_EQ(program.readLine(),
                   "quiverly-simulate: ready at " + (folder / "quiverly-laptop.socket").string() + "\n");
-        const Listener listener;
+        const LaptopListener listener;
         EXPECT_TRUE(waitUntil([&] { return listener.samples.count() > 0; }));
 
         std::filesystem::permissions(folder, std::filesystem::perms::all);
@@ -265,7 +265,7 @@ TEST(SimulateProgramTest, FollowsAScriptFromItsFirstReportOn) {
     const RuntimeFolder folder;
     Program program({"--script", write(folder, "0.05 tilt 0 0 -1\n0.2 slap 0.7\n0.6 quit\n").string(), "--seed=9"});
     program.readLine();
-    const Listener listener;
+    const LaptopListener listener;
     EXPECT_EQ(program.status(), 0);
     EXPECT_NEAR(listener.samples.greatestMagnitude(), 1.7, 0.02);
     EXPECT_LT(listener.samples.last().z, -0.9);
@@ -277,7 +277,7 @@ TEST(SimulateProgramTest, PlaysARecordingAndThenSleeps) {
         "# as a user sends it\n100 !start\n" + eightReports("100.5", "00000200") + eightReports("101.25", "00800000");
     Program program({"--verbose", "--recording", write(folder, recording).string()});
     program.readLine();
-    const Listener listener;
+    const LaptopListener listener;
     for (std::string line = "-"; line != "the recording has ended\n"; line = program.readLine()) ASSERT_NE(line, "");
     EXPECT_TRUE(waitUntil([&] { return listener.samples.count() == 2; }));
     EXPECT_EQ(listener.samples.all()[0].x, 2.0);
@@ -294,7 +294,7 @@ TEST(SimulateProgramTest, WhatARecordingHoldsWhileTheLaptopSleepsIsLost) {
     const auto script = write(folder, "0.1 sleep\n0.4 wake\n");
     Program program({"--recording", recording.string(), "--script", script.string()});
     program.readLine();
-    const Listener listener;
+    const LaptopListener listener;
     EXPECT_TRUE(waitUntil([&] { return listener.samples.count() == 2; }));
     EXPECT_EQ(listener.samples.all()[0].x, 2.0);
     EXPECT_EQ(listener.samples.all()[1].x, 0.5);
@@ -305,7 +305,7 @@ TEST(SimulateProgramTest, SaysWhatIsWrongWithARecording) {
     const auto file = write(folder, "0 00\n0.1 xyz\n");
     Program program({"--recording", file.string()});
     program.readLine();
-    const Listener listener;
+    const LaptopListener listener;
     EXPECT_EQ(program.status(), 1);
     EXPECT_EQ(program.errors().rfind("quiverly-simulate: " + file.string() + ":2: ", 0), 0U);
     EXPECT_FALSE(std::filesystem::exists(socketIn(folder)));

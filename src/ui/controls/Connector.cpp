@@ -7,7 +7,7 @@
 namespace quiverly {
 
 namespace {
-constexpr int inset = 13; // pixels: under the centre of the badge
+constexpr int barInset = 13; // pixels: under the centre of the badge
 constexpr int barWidth = 2;
 constexpr int barHeight = 22;
 constexpr int padding = 6; // above and below
@@ -27,7 +27,7 @@ void Connector::show(bool isComplete) {
 void Connector::paintEvent(QPaintEvent*) {
     QColor color = complete ? Theme::primaryPink : Theme::current().color(Tone::secondary);
     color.setAlphaF(complete ? 0.7F : 0.25F);
-    QPainter(this).fillRect(inset, padding, barWidth, barHeight, color);
+    QPainter(this).fillRect(barInset, padding, barWidth, barHeight, color);
 }
 
 } // namespace quiverly

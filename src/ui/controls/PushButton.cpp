@@ -10,7 +10,7 @@
 namespace quiverly {
 
 namespace {
-constexpr int inset = 1;           // pixels from the widget's edge to the fill
+constexpr int fillInset = 1;       // pixels from the widget's edge to the fill
 constexpr int verticalPadding = 9; // pixels: the label's own 4 and the large button's 5
 constexpr int radius = 6;
 } // namespace
@@ -30,7 +30,7 @@ void PushButton::setTint(const QColor& next) {
 
 QSize PushButton::sizeHint() const {
     const QSize label = fontMetrics().size(Qt::TextSingleLine, text());
-    return {label.width() + 2 * (inset + 12), fontMetrics().height() + 2 * (inset + verticalPadding)};
+    return {label.width() + 2 * (fillInset + 12), fontMetrics().height() + 2 * (fillInset + verticalPadding)};
 }
 
 void PushButton::keyPressEvent(QKeyEvent* event) {
@@ -41,7 +41,7 @@ void PushButton::keyPressEvent(QKeyEvent* event) {
 
 void PushButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const QRectF fill = rect().adjusted(inset, inset, -inset, -inset);
+    const QRectF fill = rect().adjusted(fillInset, fillInset, -fillInset, -fillInset);
     fillRounded(painter, fill, radius, isDown() ? tint.darker(115) : tint);
     if (focusIsVisible(*this)) drawFocusRing(painter, fill.adjusted(2, 2, -2, -2), radius - 2, Qt::white);
     painter.setPen(Qt::white);

@@ -14,7 +14,7 @@ namespace quiverly {
 namespace {
 
 constexpr int radius = 6;          // pixels
-constexpr int inset = 2;           // pixels between the track's edge and the selected segment
+constexpr int trackInset = 2;      // pixels between the track's edge and the selected segment
 constexpr int verticalPadding = 4; // pixels above and below the title
 
 class Segment : public QRadioButton {
@@ -28,7 +28,7 @@ public:
     }
 
     QSize sizeHint() const override {
-        const int width = fontMetrics().horizontalAdvance(text()) + 2 * (inset + 8);
+        const int width = fontMetrics().horizontalAdvance(text()) + 2 * (trackInset + 8);
         return {width, fontMetrics().height() + 2 * verticalPadding};
     }
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -39,7 +39,7 @@ private:
     void paintEvent(QPaintEvent*) override {
         const Theme& theme = Theme::current();
         QPainter painter(this);
-        const QRectF face = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
+        const QRectF face = QRectF(rect()).adjusted(trackInset, trackInset, -trackInset, -trackInset);
         if (isChecked() && isEnabled()) {
             fillRounded(painter, face.adjusted(-0.5, -0.5, 0.5, 0.5), radius - 1.5, theme.colors().selectionEdge);
         }
