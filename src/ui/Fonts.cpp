@@ -59,7 +59,7 @@ double fontScale() {
 QFont fontFor(FontRole role) {
     const Facts wanted = facts(role);
     QFont font = QApplication::font();
-    const QStringList system = font.families();
+    const QStringList system = font.families() << QFontInfo(font).family(); // the first may be an alias such as Sans
     font.setFamilies(wanted.rounded ? roundedFamilies() + system : system + roundedFamilies());
     font.setPixelSize(qRound(wanted.size * fontScale()));
     font.setWeight(wanted.weight);

@@ -440,7 +440,11 @@ TEST_F(ContentViewTest, TextsHaveTheFontsOfTheirRoles) {
     expectFont(idleHint, 12, QFont::Normal);
     EXPECT_EQ(startButton().font().pixelSize(), 13);
     EXPECT_EQ(startButton().font().weight(), QFont::Bold);
-    EXPECT_EQ(text(view, "Quiverly").font().families().first(), "Quicksand");
+    EXPECT_EQ(QFontInfo(text(view, "Quiverly").font()).family(), "Quicksand");
+    const QString system = QFontInfo(QApplication::font()).family();
+    EXPECT_NE(system, "Quicksand");
+    EXPECT_EQ(QFontInfo(text(view, "Sensitivity").font()).family(), system);
+    EXPECT_EQ(QFontInfo(startButton().font()).family(), system);
     EXPECT_NEAR(text(view, "MODE").font().letterSpacing(), 0.6, 0.01);
 }
 

@@ -378,7 +378,7 @@ TEST_F(OnboardingViewTest, EverythingStandsInItsPlace) {
     EXPECT_EQ(at(text(view, volume)).left() - second.left(), 16 + 8);
     EXPECT_EQ(second.right(), 420 - 28 - 1);
     EXPECT_EQ(text(view, "Welcome to Quiverly").font().pixelSize(), 24);
-    EXPECT_EQ(text(view, "Welcome to Quiverly").font().families().first(), "Quicksand");
+    EXPECT_EQ(QFontInfo(text(view, "Welcome to Quiverly").font()).family(), "Quicksand");
     EXPECT_EQ(text(view, detected).font().pixelSize(), 12);
     EXPECT_EQ(text(view, "Hardware check").font().weight(), QFont::Bold);
 }
