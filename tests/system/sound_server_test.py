@@ -8,7 +8,7 @@ from harness.system_test import SystemTest
 class SoundServerTest(SystemTest):
     def setUp(self) -> None:
         super().setUp()
-        self.write_tones("sexy", 440, seconds=0.4)
+        self.write_tones("sexy", 440, seconds=0.6)
         self.start_laptop()
 
     def expect_sound_after_slap(self) -> None:

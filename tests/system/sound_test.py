@@ -52,7 +52,7 @@ class SoundTest(SystemTest):
 
     def test_a_pack_that_does_not_escalate_plays_any_of_its_clips(self) -> None:
         tones = [400, 600]
-        self.write_tones("pain", *tones, seconds=0.4)
+        self.write_tones("pain", *tones, seconds=0.6)
         self.start_on_main_view(bonko_pack="pain")
         self.listen()
         waiting_for = set(tones)
@@ -80,7 +80,7 @@ class SoundTest(SystemTest):
         self.assertLess(peak_at(after, old), 0.001 * TONE_PEAK)
 
     def test_a_stopped_application_is_silent(self) -> None:
-        self.write_tones("pain", 440, seconds=0.4)
+        self.write_tones("pain", 440, seconds=0.6)
         self.start_on_main_view(bonko_pack="pain")
         self.listen()
         self.heard_after_slap(0.8)
@@ -93,7 +93,7 @@ class SoundTest(SystemTest):
         self.assertEqual(self.application.counter().count, count)
 
     def test_a_slap_between_the_test_slap_and_the_main_view_is_counted_but_silent(self) -> None:
-        self.write_tones("sexy", 440, seconds=0.4)
+        self.write_tones("sexy", 440, seconds=0.6)
         self.start_application()
         self.pass_hardware_check()
         before = self.recorder.wait_for_silence()
@@ -103,7 +103,7 @@ class SoundTest(SystemTest):
         self.assertGreaterEqual(self.application.wait_for_slaps(2).count, 2)
 
     def test_an_own_folder_replaces_a_pack_and_leaves_the_others(self) -> None:
-        self.write_tones("pain", 440, seconds=0.4)
+        self.write_tones("pain", 440, seconds=0.6)
         self.start_on_main_view(bonko_pack="pain")
         self.listen()
         self.assertAlmostEqual(frequency(self.heard_after_slap(0.8)), 440, delta=2)
