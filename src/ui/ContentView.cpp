@@ -104,8 +104,9 @@ QWidget* ContentView::scrollArea() {
 QLayout* ContentView::sensitivityGroup() {
     auto* values = new QHBoxLayout;
     values->addWidget(new Label(FontRole::body, Tone::primary, "Sensitivity"));
-    values->addStretch();
-    values->addWidget(value);
+    values->addWidget(value, 1);
+    value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a stored number may be of any length
 
     auto* group = new QVBoxLayout;
     group->setSpacing(6);

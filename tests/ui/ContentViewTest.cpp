@@ -188,6 +188,13 @@ INSTANTIATE_TEST_SUITE_P(OutsideTheSlider, StoredThresholdTest,
                                          std::tuple(-2.5, "-2.50", 4), std::tuple(1e9, "1000000000.00", 40),
                                          std::tuple(0.123, "0.12", 12), std::tuple(0.4049, "0.40", 40)));
 
+TEST_F(ContentViewTest, AThresholdOfHundredsOfDigitsMovesNothingOutOfTheWindow) {
+    engine.threshold = 1e300;
+    open();
+    EXPECT_EQ(place(startButton(), view).right(), 420 - 20 - 1);
+    EXPECT_EQ(place(slider(), view).right(), 420 - 20 - 1);
+}
+
 TEST_F(ContentViewTest, FromAStoredValueBeyondItsEndTheSliderWritesItsEnd) {
     engine.threshold = 3.0;
     open();
