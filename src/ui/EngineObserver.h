@@ -15,6 +15,7 @@ public:
 
 private:
     void announce();
+    bool event(QEvent* event) override;
 
     std::function<void()> refresh;
     bool pending = false;

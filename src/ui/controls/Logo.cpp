@@ -25,12 +25,12 @@ public:
 
 private:
     // Of the shadow, so far outside its edge: that of a straight edge blurred by a Gaussian.
-    static double opacityAt(double distance) { return 0.5 * strength * std::erfc(distance / (blur / 2) / M_SQRT2); }
+    static double opacityAt(double distance) { return 0.5 * strength * std::erfc(distance / (blur / 2.0) / M_SQRT2); }
 
     void draw(QPainter* painter) override {
         const QRectF square = sourceBoundingRect().translated(0, drop);
         double laidOn = 0.0;
-        for (double distance = blur; distance > -drop - 1; --distance) {
+        for (int distance = blur; distance >= -drop; --distance) {
             const double opacity = opacityAt(distance);
             QColor shell = Theme::primaryPink;
             shell.setAlphaF(static_cast<float>((opacity - laidOn) / (1 - laidOn)));
@@ -41,8 +41,8 @@ private:
     }
 
     static constexpr double strength = 0.35; // opacity
-    static constexpr double blur = 12;       // pixels; twice the standard deviation
-    static constexpr double drop = 4;        // pixels
+    static constexpr int blur = 12;          // pixels; twice the standard deviation
+    static constexpr int drop = 4;           // pixels
 
     double radius;
 };
