@@ -44,6 +44,7 @@ void ChildProcess::kill() {
 }
 
 void ChildProcess::freeze() {
+    ASSERT_GT(process, 0); // no process: the signal would go to others
     ::kill(process, SIGSTOP);
     int status = 0;
     EXPECT_EQ(::waitpid(process, &status, WUNTRACED), process);
@@ -51,6 +52,7 @@ void ChildProcess::freeze() {
 }
 
 void ChildProcess::thaw() {
+    ASSERT_GT(process, 0);
     ::kill(process, SIGCONT);
 }
 

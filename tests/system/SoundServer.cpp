@@ -26,16 +26,16 @@ SoundServer::SoundServer() {
     }
     ::setenv("XDG_CONFIG_HOME", (folder() / "config").c_str(), 1); // the server's cookie
     ::setenv("PULSE_STATE_PATH", (folder() / "state").c_str(), 1);
+    std::ofstream(folder() / "client.conf") << "autospawn = no\n"; // who finds no server starts none
+    ::setenv("PULSE_CLIENTCONFIG", (folder() / "client.conf").c_str(), 1);
 }
 
 void SoundServer::start() {
-    const auto socket = folder() / "pulse" / "native";
-    std::filesystem::remove(socket);
     server.emplace(std::vector<std::string>{"pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no",
                                             "--exit-idle-time=-1", "-L", "module-native-protocol-unix", "-L",
                                             "module-null-sink sink_name=test rate=48000 channels=2 format=float32le"},
                    folder() / "server.out", folder() / "server.log");
-    waitUntil([&] { return std::filesystem::exists(socket) || !server->isRunning(); });
+    waitUntil([&] { return answers() || !server->isRunning(); });
     ASSERT_TRUE(server->isRunning()) << contentOf(folder() / "server.log");
 
     recorder.emplace(std::vector<std::string>{"parec", "-d", "test.monitor", "--format=float32le", "--rate=48000",
@@ -81,6 +81,10 @@ std::string SoundServer::control(const std::string& arguments) const {
         << command << '\n'
         << contentOf(folder() / "control.log");
     return contentOf(answer);
+}
+
+bool SoundServer::answers() const {
+    return ChildProcess({"pactl", "info"}, folder() / "answer", folder() / "control.log").wait() == 0;
 }
 
 std::size_t SoundServer::streams() const {

@@ -41,6 +41,8 @@ public:
     const std::filesystem::path& folder() const { return runtime.path(); } // for whatever the test likes
 
 private:
+    bool answers() const;
+
     RuntimeFolder runtime;
     std::optional<ChildProcess> server;
     std::optional<ChildProcess> recorder;

@@ -88,12 +88,8 @@ void SoundOutput::settle() {
     if (!wanted || stream) return;
     connect();
     if (!context || pa_context_get_state(context.get()) != PA_CONTEXT_READY) return;
-    if (wanted->isStale()) {
-        wanted.reset();
-    } else {
-        stream = std::make_unique<ClipStream>(*context, wanted, [this] { settle(); });
-        dismissStream(); // one that could not even ask the server
-    }
+    stream = std::make_unique<ClipStream>(*context, wanted, [this] { settle(); });
+    dismissStream(); // one that could not even ask the server
 }
 
 // Lets go of a stream that has finished or is not wanted any more.
