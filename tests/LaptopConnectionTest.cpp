@@ -136,6 +136,7 @@ std::string expectedAfter(int messages) {
 
 TEST(LaptopConnectionTest, ALaptopThatBreaksTheRulesAtAnyPointDoesNoHarm) {
     const RuntimeFolder folder;
+    std::thread([] {}).join(); // a thread sanitizer adds a thread of its own to the first
     const auto before = ProcessResources::now();
     for (const Breach& breach : breaches()) {
         for (int messages = 0; messages <= 16; ++messages) {
@@ -148,7 +149,7 @@ TEST(LaptopConnectionTest, ALaptopThatBreaksTheRulesAtAnyPointDoesNoHarm) {
             EXPECT_EQ(outcome, expectedAfter(messages)) << breach.name << " after " << messages << " messages";
         }
     }
-    EXPECT_EQ(ProcessResources::now(), before);
+    waitUntil([&] { return ProcessResources::now() == before; });
 }
 
 TEST(LaptopConnectionTest, ALaptopThatFallsSilentAtAnyPointIsWaitedForOnce) {

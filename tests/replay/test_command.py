@@ -164,14 +164,14 @@ class CommandTest(unittest.TestCase):
             return usage.ru_maxrss
 
         def long(before, repeated, after):
-            """Much of the same, 8 MiB of it."""
+            """Much of the same, 16 MiB of it."""
             yield before
-            for _ in range(8):
+            for _ in range(16):
                 yield repeated * (2**20 // len(repeated))
             yield after
 
         short = most_memory([b"0 !start\n"])
-        allowance = 5 * 1024
+        allowance = 10 * 1024
         self.assertLess(most_memory(long(b"#", b"\0", b"\n0 !stop")), short + allowance)
         self.assertLess(most_memory(long(b"0 !stop", b" ", b"\n")), short + allowance)
         self.assertLess(most_memory(long(b"", b"0", b"7 !stop\n")), short + allowance)
