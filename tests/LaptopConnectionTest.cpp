@@ -5,6 +5,7 @@
 #include <array>
 #include <cstring>
 #include <fstream>
+#include <thread>
 
 #include "FakeLaptop.h"
 #include "LiveLaptop.h"
