@@ -30,7 +30,7 @@ protected:
     ~Listening() override { ::alarm(0); }
 
     std::filesystem::path clip(const ToneClip& tone) {
-        const auto file = server.folder() / (std::to_string(++clips) + ".mp3");
+        auto file = server.folder() / (std::to_string(++clips) + ".mp3");
         tone.write(file);
         return file;
     }

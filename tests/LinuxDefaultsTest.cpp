@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -21,6 +20,7 @@
 #include <QCoreApplication>
 #include <QJsonDocument>
 
+#include "Environment.h"
 #include "OtherProcess.h"
 #include "RuntimeFolder.h"
 #include "Waiting.h"
@@ -33,7 +33,7 @@ namespace fs = std::filesystem;
 // The settings of processes, each with an application of its own; this process itself has none.
 class LinuxDefaultsTest : public testing::Test {
 protected:
-    LinuxDefaultsTest() { ::setenv("XDG_CONFIG_HOME", home.path().c_str(), 1); }
+    LinuxDefaultsTest() { setVariable("XDG_CONFIG_HOME", home.path().c_str()); }
 
     // What an application does with its settings, until it ends.
     static std::function<void()> application(std::function<void()> actions) {
@@ -380,8 +380,8 @@ TEST_F(LinuxDefaultsTest, ManyProcessesAtOnceLoseNothing) {
 }
 
 TEST_F(LinuxDefaultsTest, WithoutAConfigurationFolderTheUsersOwnIsTaken) {
-    ::unsetenv("XDG_CONFIG_HOME");
-    ::setenv("HOME", home.path().c_str(), 1);
+    setVariable("XDG_CONFIG_HOME", nullptr);
+    setVariable("HOME", home.path().c_str());
     inAProcess(writeHalo);
     EXPECT_TRUE(fs::exists(home.path() / ".config" / "quiverly" / "settings.json"));
 }

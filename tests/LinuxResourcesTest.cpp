@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -10,6 +9,7 @@
 #include <QString>
 #include <QUrl>
 
+#include "Environment.h"
 #include "OtherProcess.h"
 #include "RuntimeFolder.h"
 #include "platform/bundle.h"
@@ -25,8 +25,8 @@ namespace fs = std::filesystem;
 class LinuxResourcesTest : public testing::Test {
 protected:
     LinuxResourcesTest() {
-        ::setenv("XDG_DATA_HOME", home.path().c_str(), 1);
-        for (const char* variable : {"LC_ALL", "LC_COLLATE", "LANG"}) ::unsetenv(variable);
+        setVariable("XDG_DATA_HOME", home.path().c_str());
+        for (const char* variable : {"LC_ALL", "LC_COLLATE", "LANG"}) setVariable(variable, nullptr);
     }
 
     void put(const fs::path& name) const {
@@ -50,10 +50,9 @@ TEST_F(LinuxResourcesTest, TheUsersFolderComesBeforeThoseOfTheProgram) {
 }
 
 TEST_F(LinuxResourcesTest, WithoutADataFolderTheUsersOwnIsTaken) {
-    ::setenv("HOME", home.path().c_str(), 1);
+    setVariable("HOME", home.path().c_str());
     for (const char* none : {"", static_cast<const char*>(nullptr)}) {
-        if (none) ::setenv("XDG_DATA_HOME", none, 1);
-        if (!none) ::unsetenv("XDG_DATA_HOME");
+        setVariable("XDG_DATA_HOME", none);
         EXPECT_EQ(resourceFolders().front(), home.path() / ".local" / "share" / "quiverly");
     }
 }
@@ -93,7 +92,7 @@ TEST_F(LinuxResourcesTest, TheProgramHasTheFileOfTheSensorPageWhereItWasBuiltBut
 
 TEST_F(LinuxResourcesTest, TheAddressOfTheSensorPageSurvivesAnyFolderName) {
     for (const std::string name : {"a b", "50%25", "#1?x=y&z", "Žluť", "semi;colon"}) {
-        ::setenv("XDG_DATA_HOME", (home.path() / name).c_str(), 1);
+        setVariable("XDG_DATA_HOME", (home.path() / name).c_str());
         fs::create_directories(home.path() / name / "quiverly");
         const fs::path file = home.path() / name / "quiverly" / "motion-sensor.html";
         std::ofstream(file) << "x";
@@ -103,29 +102,29 @@ TEST_F(LinuxResourcesTest, TheAddressOfTheSensorPageSurvivesAnyFolderName) {
 
 TEST_F(LinuxResourcesTest, NamesAreOrderedInTheUsersLocale) {
     EXPECT_EQ(nameOrderLocale(), "en");
-    ::setenv("LANG", "de_DE.UTF-8", 1);
+    setVariable("LANG", "de_DE.UTF-8");
     EXPECT_EQ(nameOrderLocale(), "de_DE");
-    ::setenv("LC_COLLATE", "sv_SE.UTF-8@euro", 1);
+    setVariable("LC_COLLATE", "sv_SE.UTF-8@euro");
     EXPECT_EQ(nameOrderLocale(), "sv_SE");
-    ::setenv("LC_ALL", "", 1);
+    setVariable("LC_ALL", "");
     EXPECT_EQ(nameOrderLocale(), "sv_SE");
-    ::setenv("LC_ALL", "cs_CZ", 1);
+    setVariable("LC_ALL", "cs_CZ");
     EXPECT_EQ(nameOrderLocale(), "cs_CZ");
 }
 
 TEST_F(LinuxResourcesTest, TheOrderOfBytesIsNobodysLocale) {
     for (const char* locale : {"C", "POSIX", "C.UTF-8", "C.utf8", "no such locale", "@"}) {
-        ::setenv("LC_ALL", locale, 1);
+        setVariable("LC_ALL", locale);
         EXPECT_EQ(nameOrderLocale(), "en") << locale;
     }
-    ::setenv("LC_ALL", "en_US_POSIX.UTF-8", 1);
+    setVariable("LC_ALL", "en_US_POSIX.UTF-8");
     EXPECT_EQ(nameOrderLocale(), "en_US");
 }
 
 TEST_F(LinuxResourcesTest, TenComesAfterTwoInEveryLocale) {
     for (const char* locale :
          {"", "C", "POSIX", "C.UTF-8", "en_US_POSIX", "de_DE.UTF-8", "tlh", "no such locale", "@", "\xff\xfe"}) {
-        ::setenv("LC_ALL", locale, 1);
+        setVariable("LC_ALL", locale);
         const OtherProcess process([&] {
             EXPECT_TRUE(bundle::precedes("2.mp3", "10.mp3")) << locale;
             EXPECT_FALSE(bundle::precedes("10.mp3", "2.mp3")) << locale;
@@ -135,9 +134,9 @@ TEST_F(LinuxResourcesTest, TenComesAfterTwoInEveryLocale) {
 }
 
 TEST_F(LinuxResourcesTest, SwedesPutTheirLettersLast) {
-    ::setenv("LC_ALL", "sv_SE.UTF-8", 1);
+    setVariable("LC_ALL", "sv_SE.UTF-8");
     const OtherProcess swedish([] { EXPECT_TRUE(bundle::precedes("z", "ä")); });
-    ::setenv("LC_ALL", "de_DE.UTF-8", 1);
+    setVariable("LC_ALL", "de_DE.UTF-8");
     const OtherProcess german([] { EXPECT_TRUE(bundle::precedes("ä", "z")); });
 }
 

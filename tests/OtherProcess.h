@@ -18,6 +18,7 @@ public:
         process = ::fork();
         if (process != 0) return;
         actions();
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): a copy has one thread
         std::exit(testing::Test::HasFailure() ? 1 : 0);
     }
     ~OtherProcess() {

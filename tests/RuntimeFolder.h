@@ -4,12 +4,13 @@
 #include <filesystem>
 #include <string>
 
+#include "Environment.h"
+
 namespace quiverly {
 
 // Sets $XDG_RUNTIME_DIR, or with null takes it away. Not while another thread may read it.
 inline void setRuntimeFolder(const char* folder) {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): by contract
-    folder != nullptr ? ::setenv("XDG_RUNTIME_DIR", folder, 1) : ::unsetenv("XDG_RUNTIME_DIR");
+    setVariable("XDG_RUNTIME_DIR", folder);
 }
 
 // A private folder that is $XDG_RUNTIME_DIR while this lives.

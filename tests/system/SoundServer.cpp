@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
+#include "Environment.h"
 #include "Waiting.h"
 
 namespace quiverly {
@@ -22,12 +22,12 @@ std::string contentOf(const std::filesystem::path& file) {
 
 SoundServer::SoundServer() {
     for (const char* variable : {"PULSE_SERVER", "PULSE_SINK", "PULSE_RUNTIME_PATH", "PULSE_COOKIE", "DISPLAY"}) {
-        ::unsetenv(variable);
+        setVariable(variable, nullptr);
     }
-    ::setenv("XDG_CONFIG_HOME", (folder() / "config").c_str(), 1); // the server's cookie
-    ::setenv("PULSE_STATE_PATH", (folder() / "state").c_str(), 1);
+    setVariable("XDG_CONFIG_HOME", (folder() / "config").c_str()); // the server's cookie
+    setVariable("PULSE_STATE_PATH", (folder() / "state").c_str());
     std::ofstream(folder() / "client.conf") << "autospawn = no\n"; // who finds no server starts none
-    ::setenv("PULSE_CLIENTCONFIG", (folder() / "client.conf").c_str(), 1);
+    setVariable("PULSE_CLIENTCONFIG", (folder() / "client.conf").c_str());
 }
 
 void SoundServer::start() {
@@ -41,7 +41,7 @@ void SoundServer::start() {
     recorder.emplace(std::vector<std::string>{"parec", "-d", "test.monitor", "--format=float32le", "--rate=48000",
                                               "--channels=2", "--latency-msec=5", "--raw"},
                      folder() / "recording", folder() / "recorder.log");
-    waitUntil([&] { return control("list short source-outputs") != "" || !recorder->isRunning(); });
+    waitUntil([&] { return !control("list short source-outputs").empty() || !recorder->isRunning(); });
     control("suspend-sink test 1"); // resumed it takes up the recorder's short pieces, in place of the first of 2 s
     control("suspend-sink test 0");
     waitUntil([&] { return recordedFrames() > 0 || !recorder->isRunning(); });

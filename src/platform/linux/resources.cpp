@@ -22,7 +22,7 @@ std::filesystem::path userResourceFolder() {
 // Of the environment as it is, whether or not the program has adopted it.
 std::string collationLocale() {
     for (const char* variable : {"LC_ALL", "LC_COLLATE", "LANG"}) {
-        const char* value = std::getenv(variable);
+        const char* value = std::getenv(variable); // NOLINT(concurrency-mt-unsafe): main thread, never set here
         if (value && *value) return value;
     }
     return "C";
