@@ -1,4 +1,4 @@
-#include "tools/replay/ByteSource.h"
+#include "tools/recording/ByteSource.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tools/replay/Decimal.h"
+#include "tools/recording/Decimal.h"
 
 #include <gtest/gtest.h>
 

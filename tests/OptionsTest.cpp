@@ -94,6 +94,7 @@ TEST(OptionsTest, UnknownOptionsAreUnusable) {
 
 TEST(OptionsTest, AMissingValueOrOneTooManyIsUnusable) {
     for (const char* option : {"--pack", "--threshold", "--resources", "--seed"}) expectUnusable({"r", option});
+    expectUnusable({"--resources=", "r"});
     for (const char* option : {"--samples=", "--samples=x", "--help=x", "--version=1"}) expectUnusable({option, "r"});
 }
 

@@ -1,8 +1,7 @@
-#include "tools/replay/RecordingParser.h"
+#include "tools/recording/RecordingParser.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <string>
 #include <vector>
@@ -217,6 +216,13 @@ TEST(RecordingParserTest, WhatIsNoCommandIsMalformed) {
         expectMalformed(line);
     }
     expectMalformed("0 !" + std::string(1'000'000, 's'));
+}
+
+TEST(RecordingParserTest, AForgottenExclamationMarkIsToldAsSuch) {
+    for (const char* line : {"0 start", "0 stop", "0 comment"}) {
+        EXPECT_EQ(parse(line).problem, "neither a report in hexadecimal digits nor a command") << line;
+    }
+    EXPECT_EQ(parse("0 abc").problem, "the report has an odd number of digits");
 }
 
 TEST(RecordingParserTest, SurplusWordsAreMalformed) {

@@ -14,7 +14,8 @@ COMMANDS = ("!start", "!start", "!stop", "!sound on", "!sound on", "!sound off",
             "!sensor missing", "!sensor no-device", "!sensor denied")
 RARE_COMMANDS = ("!clock 7300000000", "!clock -1700000000", "!clock 99999999999999999999", "!clock -0",
                  "!threshold 1e5", "!threshold " + "9" * 400, "!threshold 0." + "0" * 400 + "1", "!Start", "!sound",
-                 "!pack Pain", "!check begin now", "!sensor broken", "!", "- -", "0g", "123", "00" * 257, "00" * 257, "00" * 256, "!clock 0.0000000000")
+                 "!pack Pain", "!check begin now", "!sensor broken", "!", "- -", "0g", "123", "start", "00" * 257,
+                 "00" * 256, "!clock 0.0000000000")
 WRONG_BYTES = (b"\0", b"\r", b"\x7f", b"\x1b", b"\xef\xbb\xbf", b"\xff", b"-", b".", b"!", b"0", b" ", b"\t", b"\n",
                b"#", b"e", b"+", b"x")
 

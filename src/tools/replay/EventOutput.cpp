@@ -5,6 +5,8 @@
 
 #include <unistd.h>
 
+#include "tools/recording/try_again.h"
+
 namespace quiverly {
 
 void EventOutput::flush() {
@@ -13,7 +15,7 @@ void EventOutput::flush() {
         const ssize_t count = write(STDOUT_FILENO, rest.data(), rest.size());
         if (count >= 0) {
             rest.remove_prefix(static_cast<std::size_t>(count));
-        } else if (errno != EINTR) {
+        } else if (!mayTryAgain(STDOUT_FILENO, POLLOUT)) {
             failure = {errno, std::generic_category()};
         }
     }

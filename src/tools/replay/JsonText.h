@@ -1,7 +1,7 @@
 #pragma once
 
 #include <charconv>
-#include <concepts>
+#include <iterator>
 #include <string>
 #include <string_view>
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/replay/Decimal.h"
+#include "tools/recording/Decimal.h"
 
 namespace quiverly {
 
@@ -31,11 +31,16 @@ std::uint64_t unsignedInteger(const std::string& text) {
     return value;
 }
 
+const std::string& folder(const std::string& text) {
+    if (text.empty()) throw UnusableOptions{"a folder needs a name"};
+    return text;
+}
+
 constexpr OptionKind kinds[] = {
     {"--samples", [](Options& options, const std::string&) { options.samples = true; }, false},
     {"--pack", [](Options& options, const std::string& value) { options.pack = value; }},
     {"--threshold", [](Options& options, const std::string& value) { options.threshold = number(value); }},
-    {"--resources", [](Options& options, const std::string& value) { options.resources = value; }},
+    {"--resources", [](Options& options, const std::string& value) { options.resources = folder(value); }},
     {"--seed", [](Options& options, const std::string& value) { options.seed = unsignedInteger(value); }},
     {"--help", [](Options& options, const std::string&) { options.wish = Options::Wish::help; }, false},
     {"--version", [](Options& options, const std::string&) { options.wish = Options::Wish::version; }, false},

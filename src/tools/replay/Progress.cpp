@@ -10,7 +10,7 @@ namespace {
 constexpr std::int64_t linesBetween = 100'000; // about ten a second on a slow machine
 }
 
-Progress::Progress() : onTerminal(isatty(STDERR_FILENO) == 1) {}
+Progress::Progress() : onTerminal(isatty(STDERR_FILENO) == 1), sharedWithOutput(isatty(STDOUT_FILENO) == 1) {}
 
 void Progress::advance(double seconds) {
     ++lines;
@@ -22,6 +22,10 @@ void Progress::advance(double seconds) {
 void Progress::clear() {
     if (visible) std::fputs("\r\033[K", stderr);
     visible = false;
+}
+
+void Progress::clearForOutput() {
+    if (sharedWithOutput) clear();
 }
 
 } // namespace quiverly

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 namespace quiverly {
 
@@ -17,11 +16,15 @@ public:
     // One more line of the recording has been replayed. Shows itself now and then.
     void advance(double seconds);
 
-    // Takes the line away, before anything else is written to the terminal.
+    // Takes the line away, before anything else is written to standard error.
     void clear();
+
+    // The same before standard output is written, which leaves the line alone if it goes elsewhere.
+    void clearForOutput();
 
 private:
     const bool onTerminal;
+    const bool sharedWithOutput;
     bool visible = false;
     std::int64_t lines = 0;
 };

@@ -4,8 +4,8 @@
 
 #include "engine/BonkoEngine.h"
 #include "platform/virtual/VirtualPlatform.h"
+#include "tools/recording/RecordingLine.h"
 #include "tools/replay/EventPrinter.h"
-#include "tools/replay/RecordingLine.h"
 
 namespace quiverly {
 

@@ -4,25 +4,24 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <span>
 #include <string>
 #include <variant>
 
 #include "identity.h"
 #include "platform/folders/program_resources.h"
 #include "platform/virtual/VirtualPlatform.h"
-#include "tools/replay/ByteSource.h"
+#include "tools/recording/Recording.h"
 #include "tools/replay/EventOutput.h"
 #include "tools/replay/EventPrinter.h"
-#include "tools/replay/InputFile.h"
 #include "tools/replay/Options.h"
 #include "tools/replay/Progress.h"
-#include "tools/replay/RecordingParser.h"
 #include "tools/replay/Replay.h"
 
 namespace quiverly {
 namespace {
 
-enum ExitStatus { success = 0, outputFailed = 1, unusable = 2 };
+enum ExitStatus { success = 0, failed = 1, unusable = 2 };
 
 constexpr char usage[] =
     "Usage: quiverly-replay [OPTION]... RECORDING\n"
@@ -36,8 +35,8 @@ constexpr char usage[] =
     "  --help              print this and exit\n"
     "  --version           print the version and exit\n"
     "\n"
-    "Exit status: 0 when the whole recording was replayed, 1 when the output could not be written,\n"
-    "2 when the options or the recording cannot be used.\n";
+    "Exit status: 0 when the whole recording was replayed, 1 when the output could not be written\n"
+    "or the system did not let the program work, 2 when the options or the recording cannot be used.\n";
 
 void complain(const std::string& what) {
     std::fprintf(stderr, "quiverly-replay: %s\n", what.c_str());
@@ -48,7 +47,7 @@ ExitStatus finish(EventOutput& output, ExitStatus status) {
     output.flush();
     if (!output.error()) return status;
     complain("standard output: " + output.error().message());
-    return outputFailed;
+    return failed;
 }
 
 ExitStatus print(const std::string& text) {
@@ -76,30 +75,24 @@ ExitStatus replay(const Options& options) {
 
     EventOutput output;
     Progress progress;
-    InputFile file(options.recording);
-    ByteSource source([&](std::span<char> chunk) { // while nothing comes, all that happened has been printed
-        progress.clear();
+    Recording recording(options.recording, [&] { // while nothing comes, all that happened has been printed
+        if (output.text.empty()) return;
+        progress.clearForOutput();
         output.flush();
-        return file.read(chunk);
     });
-    RecordingParser parser(source);
     EventPrinter events(output.text);
     Replay replay(platform, events, options.samples ? Replay::Samples::printed : Replay::Samples::hidden);
 
-    for (auto line = parser.next(); line && !file.error() && !output.error(); line = parser.next()) {
+    for (auto line = recording.next(); line && !output.error(); line = recording.next()) {
         replay.perform(*line);
         progress.advance(line->seconds);
     }
-    const bool complete = !file.error() && !parser.problem();
-    if (complete) replay.finish();
+    const auto problem = recording.problem();
+    if (!problem) replay.finish();
 
     progress.clear();
-    const ExitStatus status = finish(output, complete ? success : unusable);
-    if (file.error()) {
-        complain(options.recording + ": " + file.error().message());
-    } else if (parser.problem()) {
-        complain(options.recording + ':' + std::to_string(parser.lineNumber()) + ": " + *parser.problem());
-    }
+    const ExitStatus status = finish(output, problem ? unusable : success);
+    if (problem) complain(*problem);
     return status;
 }
 
@@ -130,6 +123,6 @@ int main(int argc, char** argv) {
         return quiverly::run(std::span(argv, static_cast<std::size_t>(argc)).subspan(1));
     } catch (const std::exception& failure) {
         quiverly::complain(failure.what());
-        return quiverly::outputFailed;
+        return quiverly::failed;
     }
 }

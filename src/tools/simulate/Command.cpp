@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "tools/replay/Decimal.h"
+#include "tools/recording/Decimal.h"
 
 namespace quiverly::command {
 

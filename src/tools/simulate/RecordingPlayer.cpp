@@ -4,12 +4,7 @@
 
 namespace quiverly {
 
-RecordingPlayer::RecordingPlayer(const std::string& file)
-    : name(file),
-      file(file),
-      source([this](std::span<char> chunk) { return this->file.read(chunk); }),
-      parser(source),
-      next(readReport()) {
+RecordingPlayer::RecordingPlayer(const std::string& file) : recording(file), next(readReport()) {
     if (next) begin = next->seconds;
 }
 
@@ -18,14 +13,8 @@ std::optional<std::vector<std::uint8_t>> RecordingPlayer::take(std::chrono::mill
     return std::exchange(next, readReport())->bytes;
 }
 
-std::optional<std::string> RecordingPlayer::problem() const {
-    if (file.error()) return name + ": " + file.error().message();
-    if (parser.problem()) return name + ':' + std::to_string(parser.lineNumber()) + ": " + *parser.problem();
-    return std::nullopt;
-}
-
 std::optional<RecordingPlayer::Report> RecordingPlayer::readReport() {
-    while (auto line = parser.next()) {
+    while (auto line = recording.next()) {
         if (auto* report = std::get_if<action::Report>(&line->action)) {
             return Report{.seconds = line->seconds, .bytes = std::move(report->bytes)};
         }

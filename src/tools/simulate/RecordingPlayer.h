@@ -6,9 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/replay/ByteSource.h"
-#include "tools/replay/InputFile.h"
-#include "tools/replay/RecordingParser.h"
+#include "tools/recording/Recording.h"
 
 namespace quiverly {
 
@@ -25,7 +23,7 @@ public:
     bool hasEnded() const { return !next; }
 
     // "FILE: reason" or "FILE:LINE: what is wrong".
-    std::optional<std::string> problem() const;
+    std::optional<std::string> problem() const { return recording.problem(); }
 
 private:
     struct Report {
@@ -35,10 +33,7 @@ private:
 
     std::optional<Report> readReport();
 
-    std::string name;
-    InputFile file;
-    ByteSource source;
-    RecordingParser parser;
+    Recording recording;
     std::optional<Report> next;
     double begin = 0.0; // of the first report, in seconds
 };

@@ -1,5 +1,6 @@
-#include "tools/replay/RecordingParser.h"
+#include "tools/recording/RecordingParser.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -25,12 +26,12 @@ bool isBlank(int byte) {
     return byte == ' ' || byte == '\t';
 }
 
-// The digit's value; nothing for a byte that is no digit.
-std::optional<unsigned> hexadecimal(char digit) {
-    if ('0' <= digit && digit <= '9') return digit - '0';
-    if ('a' <= digit && digit <= 'f') return digit - 'a' + 10;
-    if ('A' <= digit && digit <= 'F') return digit - 'A' + 10;
-    return std::nullopt;
+bool isHexadecimal(char digit) {
+    return ('0' <= digit && digit <= '9') || ('a' <= digit && digit <= 'f') || ('A' <= digit && digit <= 'F');
+}
+
+unsigned valueOf(char hexadecimal) {
+    return hexadecimal <= '9' ? hexadecimal - '0' : (hexadecimal | 0x20) - 'a' + 10;
 }
 
 std::string inHexadecimal(int byte) {
@@ -89,14 +90,12 @@ Action RecordingParser::readAction() {
 }
 
 action::Report RecordingParser::readReport(const std::string& digits) {
+    if (!std::ranges::all_of(digits, isHexadecimal)) fail("neither a report in hexadecimal digits nor a command");
     if (digits.size() % 2 != 0) fail("the report has an odd number of digits");
     action::Report report;
     report.bytes.reserve(digits.size() / 2);
     for (std::size_t index = 0; index < digits.size(); index += 2) {
-        const auto high = hexadecimal(digits[index]);
-        const auto low = hexadecimal(digits[index + 1]);
-        if (!high || !low) fail("neither a report in hexadecimal digits nor a command");
-        report.bytes.push_back(static_cast<std::uint8_t>(*high << 4 | *low));
+        report.bytes.push_back(static_cast<std::uint8_t>(valueOf(digits[index]) << 4 | valueOf(digits[index + 1])));
     }
     return report;
 }

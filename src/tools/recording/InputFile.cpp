@@ -1,9 +1,11 @@
-#include "tools/replay/InputFile.h"
+#include "tools/recording/InputFile.h"
 
 #include <cerrno>
 
 #include <fcntl.h>
 #include <unistd.h>
+
+#include "tools/recording/try_again.h"
 
 namespace quiverly {
 
@@ -29,7 +31,7 @@ std::size_t InputFile::read(std::span<char> chunk) {
     ssize_t count = 0;
     do {
         count = ::read(descriptor, chunk.data(), chunk.size());
-    } while (count < 0 && errno == EINTR);
+    } while (count < 0 && mayTryAgain(descriptor, POLLIN));
     if (count < 0) failure = lastError();
     return count > 0 ? static_cast<std::size_t>(count) : 0;
 }

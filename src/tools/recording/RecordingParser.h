@@ -3,10 +3,11 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
-#include "tools/replay/ByteSource.h"
-#include "tools/replay/Decimal.h"
-#include "tools/replay/RecordingLine.h"
+#include "tools/recording/ByteSource.h"
+#include "tools/recording/Decimal.h"
+#include "tools/recording/RecordingLine.h"
 
 namespace quiverly {
 
