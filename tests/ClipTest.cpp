@@ -1,4 +1,4 @@
-#include "platform/linux/Clip.h"
+#include "platform/linux/sound/Clip.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -14,8 +14,8 @@
 
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/input.h"
-#include "platform/linux/laptop_protocol.h"
-#include "platform/linux/laptop_socket.h"
+#include "platform/linux/laptop/laptop_protocol.h"
+#include "platform/linux/laptop/laptop_socket.h"
 
 namespace quiverly {
 

@@ -13,7 +13,7 @@
 #include "ProcessResources.h"
 #include "RuntimeFolder.h"
 #include "Waiting.h"
-#include "platform/linux/LaptopConnection.h"
+#include "platform/linux/laptop/LaptopConnection.h"
 #include "sensing/AccelerometerReader.h"
 
 namespace quiverly {

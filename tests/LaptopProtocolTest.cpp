@@ -4,7 +4,7 @@
 #include <random>
 
 #include "platform/linux/FileDescriptor.h"
-#include "platform/linux/laptop_protocol.h"
+#include "platform/linux/laptop/laptop_protocol.h"
 
 namespace quiverly::laptop {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "RuntimeFolder.h"
 #include "platform/linux/FileDescriptor.h"
-#include "platform/linux/laptop_socket.h"
+#include "platform/linux/laptop/laptop_socket.h"
 
 namespace quiverly::laptop {
 namespace {

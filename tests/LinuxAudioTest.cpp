@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "Waiting.h"
-#include "platform/linux/Playback.h"
+#include "platform/linux/sound/Playback.h"
 #include "system/SoundServer.h"
 #include "system/ToneClip.h"
 

@@ -10,7 +10,7 @@
 #include "OpenSensor.h"
 #include "ProcessResources.h"
 #include "Waiting.h"
-#include "platform/linux/LaptopConnection.h"
+#include "platform/linux/laptop/LaptopConnection.h"
 #include "sensing/AccelerometerReader.h"
 
 namespace quiverly {

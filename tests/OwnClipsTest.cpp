@@ -15,7 +15,7 @@
 
 #include "Files.h"
 #include "platform/bundle.h"
-#include "platform/linux/Clip.h"
+#include "platform/linux/sound/Clip.h"
 
 namespace quiverly {
 namespace {

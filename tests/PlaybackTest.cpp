@@ -1,4 +1,4 @@
-#include "platform/linux/Playback.h"
+#include "platform/linux/sound/Playback.h"
 
 #include <gtest/gtest.h>
 

@@ -16,7 +16,7 @@
 #include "LiveLaptop.h"
 #include "RuntimeFolder.h"
 #include "Waiting.h"
-#include "platform/linux/LaptopConnection.h"
+#include "platform/linux/laptop/LaptopConnection.h"
 #include "sensing/AccelerometerReader.h"
 
 namespace quiverly {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/linux/SoundOutput.h"
+#include "platform/linux/sound/SoundOutput.h"
 
 namespace quiverly {
 

@@ -10,7 +10,7 @@
 
 #include "platform/linux/SensorSource.h"
 #include "platform/linux/input.h"
-#include "platform/linux/simulated_laptop.h"
+#include "platform/linux/laptop/simulated_laptop.h"
 
 namespace quiverly {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/linux/FileDescriptor.h"
-#include "platform/linux/laptop_socket.h"
+#include "platform/linux/laptop/laptop_socket.h"
 
 namespace quiverly {
 

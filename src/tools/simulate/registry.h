@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "platform/linux/laptop_protocol.h"
+#include "platform/linux/laptop/laptop_protocol.h"
 
 namespace quiverly {
 

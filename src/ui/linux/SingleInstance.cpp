@@ -13,7 +13,7 @@
 #include <QCryptographicHash>
 #include <QSocketNotifier>
 
-#include "platform/linux/laptop_socket.h"
+#include "platform/linux/laptop/laptop_socket.h"
 
 namespace quiverly {
 

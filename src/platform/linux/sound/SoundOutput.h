@@ -4,9 +4,9 @@
 
 #include <pulse/context.h>
 
-#include "platform/linux/ClipStream.h"
-#include "platform/linux/Playback.h"
-#include "platform/linux/SoundThread.h"
+#include "platform/linux/sound/ClipStream.h"
+#include "platform/linux/sound/Playback.h"
+#include "platform/linux/sound/SoundThread.h"
 
 namespace quiverly {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/Clip.h"
+#include "platform/linux/sound/Clip.h"
 
 #include <fcntl.h>
 #include <pulse/sample.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/laptop_protocol.h"
+#include "platform/linux/laptop/laptop_protocol.h"
 
 #include <sys/socket.h>
 

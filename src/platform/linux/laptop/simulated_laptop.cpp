@@ -1,9 +1,9 @@
-#include "platform/linux/simulated_laptop.h"
+#include "platform/linux/laptop/simulated_laptop.h"
 
 #include <cerrno>
 #include <utility>
 
-#include "platform/linux/LaptopConnection.h"
+#include "platform/linux/laptop/LaptopConnection.h"
 
 namespace quiverly::sensors {
 

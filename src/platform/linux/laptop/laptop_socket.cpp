@@ -1,4 +1,4 @@
-#include "platform/linux/laptop_socket.h"
+#include "platform/linux/laptop/laptop_socket.h"
 
 #include <sys/socket.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/SoundOutput.h"
+#include "platform/linux/sound/SoundOutput.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/ClipStream.h"
+#include "platform/linux/sound/ClipStream.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "platform/linux/SoundThread.h"
+#include "platform/linux/sound/SoundThread.h"
 
 #include <sys/eventfd.h>
 

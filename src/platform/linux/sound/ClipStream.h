@@ -8,7 +8,7 @@
 #include <pulse/operation.h>
 #include <pulse/stream.h>
 
-#include "platform/linux/Playback.h"
+#include "platform/linux/sound/Playback.h"
 
 namespace quiverly {
 

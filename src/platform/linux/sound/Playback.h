@@ -3,7 +3,7 @@
 #include <chrono>
 #include <memory>
 
-#include "platform/linux/Clip.h"
+#include "platform/linux/sound/Clip.h"
 
 namespace quiverly {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/LaptopConnection.h"
+#include "platform/linux/laptop/LaptopConnection.h"
 
 #include <sys/socket.h>
 #include <sys/uio.h>
@@ -8,7 +8,7 @@
 #include <cerrno>
 
 #include "platform/linux/input.h"
-#include "platform/linux/laptop_socket.h"
+#include "platform/linux/laptop/laptop_socket.h"
 
 namespace quiverly {
 
