@@ -73,23 +73,24 @@ class Bundle(unittest.TestCase):
         for clip in clips:
             self.assertEqual((resources / clip).read_bytes(), (SOURCE / "resources" / clip).read_bytes())
 
-    def test_icon_has_every_size(self):
+    def test_icon_has_every_size_the_largest_first(self):
         data = (CONTENTS / "Resources" / "AppIcon.icns").read_bytes()
         magic, length = struct.unpack(">4sI", data[:8])
         self.assertEqual((magic, length), (b"icns", len(data)))
-        sizes, offset = {}, 8
+        pictures, offset = [], 8
         while offset < length:
             kind, size = struct.unpack(">4sI", data[offset:offset + 8])
-            sizes[kind.decode()] = png_size(data[offset + 8:offset + size])
+            pictures.append((kind.decode(), png_size(data[offset + 8:offset + size])))
             offset += size
         self.assertEqual(offset, length)
-        self.assertEqual(sizes, {
-            "icp4": (16, 16), "ic11": (32, 32),
-            "icp5": (32, 32), "ic12": (64, 64),
-            "ic07": (128, 128), "ic13": (256, 256),
-            "ic08": (256, 256), "ic14": (512, 512),
-            "ic09": (512, 512), "ic10": (1024, 1024),
-        })
+        self.assertEqual(pictures, [
+            ("ic10", (1024, 1024)),
+            ("ic09", (512, 512)), ("ic14", (512, 512)),
+            ("ic08", (256, 256)), ("ic13", (256, 256)),
+            ("ic07", (128, 128)),
+            ("ic12", (64, 64)),
+            ("ic11", (32, 32)),
+        ])
 
     def test_logo_is_a_square_picture(self):
         width, height = png_size((CONTENTS / "Resources" / "logo.png").read_bytes())
