@@ -13,7 +13,7 @@
 #include "RatioReporter.h"
 #include "Reports.h"
 #include "Sample.h"
-#include "platform/virtual/Inspector.h"
+#include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 
 namespace quiverly {

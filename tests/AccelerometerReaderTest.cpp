@@ -11,7 +11,7 @@
 
 #include "Reports.h"
 #include "Sample.h"
-#include "platform/virtual/Inspector.h"
+#include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 
 namespace quiverly {

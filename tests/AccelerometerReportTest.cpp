@@ -12,7 +12,7 @@
 
 #include "Reports.h"
 #include "Sample.h"
-#include "platform/virtual/Inspector.h"
+#include "engine/Inspector.h"
 
 namespace quiverly {
 namespace {

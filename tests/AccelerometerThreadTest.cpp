@@ -8,7 +8,7 @@
 
 #include "Reports.h"
 #include "Waiting.h"
-#include "platform/virtual/Inspector.h"
+#include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 
 namespace quiverly {

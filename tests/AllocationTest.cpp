@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "Reports.h"
-#include "platform/virtual/Inspector.h"
+#include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 
 namespace {

@@ -6,7 +6,7 @@
 
 #include "EngineTest.h"
 #include "Reports.h"
-#include "platform/virtual/Inspector.h"
+#include "engine/Inspector.h"
 
 namespace quiverly {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "detection/SlapDetector.h"
-#include "platform/virtual/Inspector.h"
+#include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 #include "sensing/AccelerometerReader.h"
 #include "tools/simulate/Motion.h"

@@ -10,7 +10,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "platform/virtual/Inspector.h"
+#include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 
 namespace quiverly {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "TemporaryFolder.h"
-#include "platform/virtual/Inspector.h"
+#include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 
 namespace quiverly {

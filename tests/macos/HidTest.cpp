@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "Reports.h"
+#include "engine/Inspector.h"
 #include "fakes/apple/AppleFaults.h"
-#include "platform/virtual/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 #include "sensing/AccelerometerReader.h"
 

@@ -9,7 +9,7 @@
 #include <QTest>
 
 #include "Reports.h"
-#include "platform/virtual/Inspector.h"
+#include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 
 namespace quiverly {

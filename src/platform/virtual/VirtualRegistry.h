@@ -17,7 +17,7 @@
 
 namespace quiverly {
 
-struct Thread;
+class VirtualDevice;
 
 // One service of the virtual registry, and how the device behind it behaves.
 struct VirtualService {
@@ -31,36 +31,6 @@ struct VirtualService {
     static VirtualService driver();
     static VirtualService accelerometer();
     static VirtualService device(std::int64_t usagePage, std::int64_t usage);
-};
-
-// The device of one service, on the registry that is alive. It belongs to whoever implements the port on it.
-class VirtualDevice {
-public:
-    explicit VirtualDevice(std::size_t service);
-    ~VirtualDevice();
-    VirtualDevice(const VirtualDevice&) = delete;
-    VirtualDevice& operator=(const VirtualDevice&) = delete;
-
-    hid::ReturnCode open();
-    void close();
-
-    // `receive` is called on the sensor thread with the length of each report that has been put into the buffer.
-    void registerReceiver(std::uint8_t* buffer, std::ptrdiff_t size, std::function<void(std::ptrdiff_t)> receive);
-
-    void schedule();
-    void unschedule();
-
-private:
-    friend class VirtualRegistry;
-
-    std::string name; // index of the service
-    hid::ReturnCode openResult;
-    bool isOpen = false;
-    bool isScheduled = false;
-    const Thread* thread = nullptr; // on whose run loop it is scheduled
-    std::uint8_t* buffer = nullptr;
-    std::ptrdiff_t size = 0;
-    std::function<void(std::ptrdiff_t)> receive;
 };
 
 // The scripted registry of the virtual platform and the devices that were opened in it.

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <mutex>
+#include <cstddef>
+#include <string>
 #include <vector>
 
 #include "platform/thread.h"

@@ -1,5 +1,6 @@
 #include "platform/hid.h"
 
+#include "platform/virtual/VirtualDevice.h"
 #include "platform/virtual/VirtualPlatform.h"
 
 namespace quiverly {

@@ -3,7 +3,7 @@
 #include <utility>
 #include <variant>
 
-#include "platform/virtual/Inspector.h"
+#include "engine/Inspector.h"
 
 namespace quiverly {
 

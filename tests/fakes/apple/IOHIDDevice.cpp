@@ -6,6 +6,7 @@
 #include "fakes/apple/AppleFaults.h"
 #include "fakes/apple/AppleObject.h"
 #include "fakes/apple/IORegistry.h"
+#include "platform/virtual/VirtualDevice.h"
 
 using quiverly::AppleFaults;
 using quiverly::VirtualPlatform;
