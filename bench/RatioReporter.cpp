@@ -5,6 +5,10 @@
 
 namespace quiverly {
 
+namespace {
+constexpr char floorSuffix[] = "/floor";
+}
+
 void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
@@ -20,10 +24,17 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
 void RatioReporter::Finalize() {
     std::fprintf(stdout, "\n%-20s %12s %12s %8s\n", "one item of", "time (ns)", "floor (ns)", "ratio");
     for (const auto& [name, time] : nanoseconds) {
-        const auto floor = nanoseconds.find(name + "/floor");
+        const auto floor = nanoseconds.find(name + floorSuffix);
         if (floor == nanoseconds.end()) continue;
         std::fprintf(stdout, "%-20s %12.2f %12.2f %8.2f\n", name.c_str(), time, floor->second, time / floor->second);
     }
+}
+
+bool RatioReporter::isComplete() const {
+    return !nanoseconds.empty() && std::ranges::all_of(nanoseconds, [this](const auto& measured) {
+        const std::string& name = measured.first;
+        return name.ends_with(floorSuffix) || nanoseconds.contains(name + floorSuffix);
+    });
 }
 
 } // namespace quiverly

@@ -17,6 +17,9 @@ public:
     void ReportRuns(const std::vector<Run>& runs) override;
     void Finalize() override;
 
+    // Whether something was measured, and each benchmark beside its floor.
+    bool isComplete() const;
+
 private:
     std::map<std::string, double> nanoseconds; // for one item, by name of the benchmark
 };

@@ -190,4 +190,5 @@ int main(int argc, char** argv) {
     quiverly::RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
+    return reporter.isComplete() ? 0 : 1;
 }
