@@ -1,7 +1,8 @@
 """Quiverly.app and what surrounds it, as far as they can be known without a Mac.
 
 The project is configured for a Mac in the folder named first on the command line, and the resources of the bundle are
-built there. Nothing is compiled. Tools that only a Mac has are replaced by ones that write down how they were called.
+built there. Nothing is compiled. Tools that only a Mac has are replaced by ones that write down how they were called, or
+that answer as a Mac's would.
 """
 
 import json
@@ -26,13 +27,28 @@ VERSION = re.search(r"\bVERSION (\d+\.\d+\.\d+)", PROJECT).group(1)
 IDENTIFIER = re.search(r'set\(QUIVERLY_IDENTIFIER "(.+)"\)', PROJECT).group(1)
 
 
+def put_tool(folder, name, *commands):
+    """A shell script of that name in the folder."""
+    folder.mkdir(exist_ok=True)
+    file = folder / name
+    file.write_text("\n".join(("#!/bin/sh", *commands)) + "\n")
+    file.chmod(0o755)
+
+
+def with_tools(folder, **variables):
+    """The environment in which the folder's tools are found first."""
+    return dict(os.environ, PATH=f"{folder}:{os.environ['PATH']}", **variables)
+
+
 def setUpModule():
+    tools = BUILD.with_name(BUILD.name + "-tools")
+    put_tool(tools, "brew", 'echo "Homebrew asked for: $*"')
     subprocess.run(
         ["cmake", "-S", SOURCE, "-B", BUILD, "-G", "Ninja", "--fresh", "-Wno-dev",
          "-D", "CMAKE_EXPORT_COMPILE_COMMANDS=ON",
          "-D", f"CMAKE_TOOLCHAIN_FILE={CROSS / 'toolchain.cmake'}",
          "-D", f"CMAKE_PROJECT_TOP_LEVEL_INCLUDES={CROSS / 'packages.cmake'}"],
-        check=True, stdout=subprocess.DEVNULL)
+        env=with_tools(tools), check=True, stdout=subprocess.DEVNULL)
     targets = subprocess.run(["ninja", "-C", BUILD, "-t", "targets", "all"],
                              check=True, capture_output=True, text=True).stdout
     resources = re.findall(r"^(.+/Contents/Resources/.+): COPY_OSX_CONTENT$", targets, re.MULTILINE)
@@ -111,6 +127,11 @@ class Bundle(unittest.TestCase):
             self.assertEqual("-fobjc-arc" in command["command"].split(), command["file"].endswith(".mm"))
 
 
+    def test_icu_is_the_one_of_homebrew(self):
+        cache = (BUILD / "CMakeCache.txt").read_text()
+        self.assertIn("\nICU_LOOKED_FOR_IN:INTERNAL=Homebrew asked for: --prefix icu4c\n", cache)
+
+
 class Entitlements(unittest.TestCase):
     def test_none_is_asked_for(self):
         text = (PACKAGING / "Quiverly.entitlements").read_bytes()
@@ -138,24 +159,23 @@ class Scripts(unittest.TestCase):
             file = self.application / "Contents" / library
             file.parent.mkdir(parents=True, exist_ok=True)
             file.touch()
-        (self.folder / "tools").mkdir()
 
-    def run_script(self, name, *arguments, failing=None):
+    def run_script(self, name, *arguments, failing=None, **answers):
         """The calls that the script makes of tools that only a Mac has, and its exit status."""
-        for tool in ("codesign", "macdeployqt", "hdiutil", "xcrun", "spctl"):
-            file = self.folder / "tools" / tool
-            file.write_text('#!/bin/sh\n'
-                            '{ printf %s "${0##*/}"; printf " %s" "$@"; echo; } >>"$CALLS"\n'
-                            'for word; do [ -h "$word/Applications" ] && '
-                            '{ readlink "$word/Applications"; ls "$word"; } >>"$CALLS"; done\n'
-                            f'exit {int(tool == failing)}\n')
-            file.chmod(0o755)
+        tools = self.folder / "tools"
+        for tool in ("brew", "cmake", "codesign", "ctest", "hdiutil", "macdeployqt", "spctl", "xcrun"):
+            put_tool(tools, tool,
+                     '{ printf %s "${0##*/}"; printf " %s" "$@"; echo; } >>"$CALLS"',
+                     'for word; do [ -h "$word/Applications" ] && '
+                     '{ readlink "$word/Applications"; ls "$word"; } >>"$CALLS"; done',
+                     f"echo '{answers.get(tool, '')}'",
+                     f"exit {int(tool == failing)}")
+        put_tool(tools, "uname", "echo Darwin")
         calls = self.folder / "calls"
         calls.write_text("")
-        environment = dict(os.environ, CALLS=str(calls), PATH=f"{self.folder / 'tools'}:{os.environ['PATH']}")
-        status = subprocess.run([PACKAGING / name, *map(str, arguments)], env=environment,
-                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False).returncode
-        return calls.read_text().replace(str(self.folder) + "/", "").splitlines(), status
+        script = subprocess.run([PACKAGING / name, *map(str, arguments)], env=with_tools(tools, CALLS=str(calls)),
+                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)
+        return calls.read_text().replace(str(self.folder) + "/", "").splitlines(), script.returncode
 
     def test_each_says_that_it_has_not_been_run_on_a_mac(self):
         for name in ("sign", "make-dmg", "notarize", "quiverly.rb.in"):
@@ -201,6 +221,19 @@ class Scripts(unittest.TestCase):
             ["xcrun", "notarytool", "submit"], ["xcrun", "stapler", "staple"], ["xcrun", "stapler", "validate"],
             ["spctl", "--assess", "--type"]])
         self.assertEqual(len(self.run_script("notarize", "Quiverly.dmg", "PROFILE", failing="xcrun")[0]), 1)
+
+    def test_on_a_mac_every_test_it_has_runs_in_two_presets(self):
+        counted = "100% tests passed, 0 tests failed out of 7"
+        for arguments in ((), ("--full",)):
+            calls, status = self.run_script(SOURCE / "test", *arguments, ctest=counted)
+            self.assertEqual(status, 0)
+            self.assertRegex(calls.pop(0), "^brew install ")
+            self.assertEqual(calls, [
+                "cmake --preset dev", "cmake --build --preset dev", "ctest --preset dev",
+                "cmake --preset tsan", "cmake --build --preset tsan", "ctest --preset tsan"])
+        for answers in ({"ctest": "50% tests passed, 1 tests failed out of 2"}, {"ctest": "No tests were found"},
+                        {"ctest": counted, "failing": "ctest"}, {"ctest": counted, "failing": "cmake"}):
+            self.assertNotEqual(self.run_script(SOURCE / "test", **answers)[1], 0)
 
 
 if __name__ == "__main__":
