@@ -1,21 +1,20 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <poll.h>
 #include <sys/socket.h>
 
 #include <atomic>
 #include <filesystem>
 #include <functional>
 #include <list>
-#include <mutex>
+#include <span>
 #include <thread>
-#include <vector>
+#include <utility>
 
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/input.h"
-#include "platform/linux/laptop/laptop_protocol.h"
 #include "platform/linux/laptop/laptop_socket.h"
+#include "platform/linux/user_socket.h"
 
 namespace quiverly {
 
@@ -26,9 +25,10 @@ public:
     // waiting end when the fake laptop does.
     using Serve = std::function<void(int socket)>;
 
-    explicit FakeLaptop(Serve serve) : serve(std::move(serve)) {
-        const sockaddr_un address = laptop::socketAddress(laptop::socketPlace().socket());
-        EXPECT_EQ(::bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    explicit FakeLaptop(Serve serve, laptop::SocketPlace place = laptop::socketPlace())
+        : serve(std::move(serve)), place(std::move(place)) {
+        const auto address = SocketAddress::ofFile(this->place.socket());
+        EXPECT_EQ(::bind(listener.get(), address.get(), address.length()), 0);
         EXPECT_EQ(::listen(listener.get(), 100), 0);
         acceptor = std::thread([this] { acceptAll(); });
     }
@@ -40,7 +40,7 @@ public:
             ::shutdown(connection.socket.get(), SHUT_RDWR);
             connection.thread.join();
         }
-        std::filesystem::remove(laptop::socketPlace().socket());
+        std::filesystem::remove(place.socket());
     }
 
     FakeLaptop(const FakeLaptop&) = delete;
@@ -103,6 +103,7 @@ private:
     }
 
     Serve serve;
+    laptop::SocketPlace place;
     FileDescriptor listener{::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0)};
     std::thread acceptor;
     std::list<Connection> connections; // the acceptor's until it has ended

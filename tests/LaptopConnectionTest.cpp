@@ -47,8 +47,8 @@ TEST(LaptopConnectionTest, AStaleSocketIsNoSensor) {
     const RuntimeFolder folder;
     {
         const FileDescriptor dead(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
-        const sockaddr_un address = laptop::socketAddress(laptop::socketPlace().socket());
-        ASSERT_EQ(::bind(dead.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+        const auto address = SocketAddress::ofFile(laptop::socketPlace().socket());
+        ASSERT_EQ(::bind(dead.get(), address.get(), address.length()), 0);
     }
     ASSERT_TRUE(std::filesystem::is_socket(laptop::socketPlace().socket()));
     EXPECT_EQ(outcomeOfStart(), missing);
@@ -68,11 +68,24 @@ TEST(LaptopConnectionTest, ARuntimeFolderThatIsMissingHasNoSensor) {
     EXPECT_EQ(outcomeOfStart(), missing);
 }
 
+TEST(LaptopConnectionTest, InAFolderThatEverybodyWritesToOnlyOneOfTheUsersOwnIsTrusted) {
+    const RuntimeFolder shared;
+    setRuntimeFolder(nullptr);
+    const laptop::SocketPlace place = laptop::socketPlace(shared.path());
+    std::filesystem::create_directory(place.folder);
+    std::filesystem::permissions(place.folder, std::filesystem::perms::owner_all);
+    const FakeLaptop laptop([](int socket) { FakeLaptop::serveByTheRules(socket); }, place);
+    EXPECT_TRUE(LaptopConnection::connect(place));
+    std::filesystem::permissions(place.folder, std::filesystem::perms::all);
+    EXPECT_FALSE(LaptopConnection::connect(place));
+    EXPECT_EQ(laptop.accepted(), 1);
+}
+
 TEST(LaptopConnectionTest, AStreamSocketIsNoSensor) {
     const RuntimeFolder folder;
     const FileDescriptor stream(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    const sockaddr_un address = laptop::socketAddress(laptop::socketPlace().socket());
-    ASSERT_EQ(::bind(stream.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    const auto address = SocketAddress::ofFile(laptop::socketPlace().socket());
+    ASSERT_EQ(::bind(stream.get(), address.get(), address.length()), 0);
     ASSERT_EQ(::listen(stream.get(), 1), 0);
     EXPECT_EQ(outcomeOfStart(), missing);
 }
@@ -297,9 +310,8 @@ TEST(LaptopConnectionTest, AnotherUserLearnsNothingFromTheLaptop) {
     OpenToAll laptop;
     EXPECT_EQ(asAnotherUser([] {
                   const FileDescriptor socket(::socket(AF_UNIX, SOCK_SEQPACKET, 0));
-                  const sockaddr_un address = laptop::socketAddress(laptop::socketPlace().socket());
-                  if (::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-                      return 1;
+                  const auto address = SocketAddress::ofFile(laptop::socketPlace().socket());
+                  if (::connect(socket.get(), address.get(), address.length()) != 0) return 1;
                   char byte = 0;
                   return ::recv(socket.get(), &byte, 1, 0) <= 0 ? 0 : 2;
               }),

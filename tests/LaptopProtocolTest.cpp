@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
-#include <sys/socket.h>
 
 #include <random>
 
-#include "platform/linux/FileDescriptor.h"
 #include "platform/linux/laptop/laptop_protocol.h"
 
 namespace quiverly::laptop {
@@ -98,55 +96,6 @@ TEST(LaptopProtocolTest, ATextIsCutTo255Bytes) {
     const auto read = decode(encode(PropertyWrite{.service = 0, .key = std::string(300, 'k'), .value = 1}));
     ASSERT_TRUE(read);
     EXPECT_EQ(std::get<PropertyWrite>(*read).key, std::string(255, 'k'));
-}
-
-class LaptopPacketsTest : public testing::Test {
-protected:
-    LaptopPacketsTest() {
-        int ends[2];
-        EXPECT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends), 0);
-        near = FileDescriptor(ends[0]);
-        far = FileDescriptor(ends[1]);
-    }
-
-    void sendZeros(std::size_t length) {
-        const std::vector<std::uint8_t> packet(length);
-        EXPECT_EQ(::send(far.get(), packet.data(), packet.size(), 0), std::ssize(packet));
-    }
-
-    FileDescriptor near;
-    FileDescriptor far;
-};
-
-TEST_F(LaptopPacketsTest, AMessageArrivesAndThenNothingYet) {
-    EXPECT_TRUE(send(far.get(), OpenRequest{3}));
-    const Incoming incoming = receive(near.get());
-    ASSERT_TRUE(incoming.message);
-    EXPECT_EQ(std::get<OpenRequest>(*incoming.message).service, 3);
-    EXPECT_FALSE(incoming.ended);
-    EXPECT_FALSE(receive(near.get()).message);
-    EXPECT_FALSE(receive(near.get()).ended);
-}
-
-TEST_F(LaptopPacketsTest, ThePeersEndIsTheEnd) {
-    far.reset();
-    EXPECT_TRUE(receive(near.get()).ended);
-    EXPECT_FALSE(send(near.get(), EndOfServices{}));
-}
-
-TEST_F(LaptopPacketsTest, WhatIsNoMessageIsTheEnd) {
-    for (const std::size_t length : {0UL, 1UL, maximumMessage, maximumMessage + 1, 100000UL}) {
-        sendZeros(length);
-        const Incoming incoming = receive(near.get());
-        EXPECT_FALSE(incoming.message) << length;
-        EXPECT_TRUE(incoming.ended) << length;
-    }
-}
-
-TEST_F(LaptopPacketsTest, SendingToOneWhoDoesNotReadNeverWaits) {
-    int sent = 0;
-    while (send(far.get(), EndOfServices{})) ASSERT_LT(++sent, 100000);
-    EXPECT_GT(sent, 0);
 }
 
 } // namespace

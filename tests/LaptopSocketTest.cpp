@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <fstream>
+#include <string>
+#include <vector>
 
 #include "RuntimeFolder.h"
 #include "platform/linux/FileDescriptor.h"
@@ -33,48 +33,68 @@ TEST(LaptopSocketTest, IsInAFolderOfTheUsersOwnWithoutAUsableRuntimeFolder) {
     }
 }
 
+TEST(LaptopSocketTest, TheUsersOwnFolderIsWhereEverybodyWritesTo) {
+    setRuntimeFolder(nullptr);
+    EXPECT_EQ(socketPlace("/shared").folder, "/shared/quiverly-" + std::to_string(::geteuid()));
+}
+
 TEST(LaptopSocketTest, HasAPathOf107BytesAtMost) {
     const std::string name = "/quiverly-laptop.socket";
     const std::string longest = '/' + std::string(107 - name.size() - 1, 'x');
     setRuntimeFolder(longest.c_str());
     EXPECT_EQ(socketPlace().folder, longest);
-    EXPECT_EQ(std::string(socketAddress(socketPlace().socket()).sun_path), longest + name);
+    EXPECT_EQ(socketPlace().socket(), longest + name);
     setRuntimeFolder((longest + 'x').c_str());
     EXPECT_EQ(socketPlace().folder, fallback());
 }
 
-TEST(LaptopSocketTest, OnlyAFolderThatNobodyElseEntersIsPrivate) {
-    const RuntimeFolder folder;
-    EXPECT_TRUE(isPrivate(folder.path()));
-    for (const mode_t mode : {0755U, 0770U, 0701U, 01700U, 0500U}) {
-        ::chmod(folder.path().c_str(), mode);
-        EXPECT_FALSE(isPrivate(folder.path())) << std::oct << mode;
+class LaptopPacketsTest : public testing::Test {
+protected:
+    LaptopPacketsTest() {
+        int ends[2];
+        EXPECT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends), 0);
+        near = FileDescriptor(ends[0]);
+        far = FileDescriptor(ends[1]);
     }
-    ::chmod(folder.path().c_str(), 0700);
 
-    EXPECT_FALSE(isPrivate(folder.path() / "missing"));
-    std::filesystem::create_symlink(folder.path(), folder.path() / "link");
-    EXPECT_FALSE(isPrivate(folder.path() / "link"));
-    std::ofstream(folder.path() / "file") << "no folder";
-    ::chmod((folder.path() / "file").c_str(), 0700);
-    EXPECT_FALSE(isPrivate(folder.path() / "file"));
+    void sendZeros(std::size_t length) {
+        const std::vector<std::uint8_t> packet(length);
+        EXPECT_EQ(::send(far.get(), packet.data(), packet.size(), 0), std::ssize(packet));
+    }
+
+    FileDescriptor near;
+    FileDescriptor far;
+};
+
+TEST_F(LaptopPacketsTest, AMessageArrivesAndThenNothingYet) {
+    EXPECT_TRUE(send(far.get(), OpenRequest{3}));
+    const Incoming incoming = receive(near.get());
+    ASSERT_TRUE(incoming.message);
+    EXPECT_EQ(std::get<OpenRequest>(*incoming.message).service, 3);
+    EXPECT_FALSE(incoming.ended);
+    EXPECT_FALSE(receive(near.get()).message);
+    EXPECT_FALSE(receive(near.get()).ended);
 }
 
-TEST(LaptopSocketTest, AFolderOfAnotherUserIsNotPrivate) {
-    if (::geteuid() != 0) GTEST_SKIP() << "NOT RUN: only root can give a folder to another user";
-    const RuntimeFolder folder;
-    ASSERT_EQ(::chown(folder.path().c_str(), 65534, 65534), 0);
-    EXPECT_FALSE(isPrivate(folder.path()));
+TEST_F(LaptopPacketsTest, ThePeersEndIsTheEnd) {
+    far.reset();
+    EXPECT_TRUE(receive(near.get()).ended);
+    EXPECT_FALSE(send(near.get(), EndOfServices{}));
 }
 
-TEST(LaptopSocketTest, ThePeerIsTheUserWhoRunsItAndNobodyElse) {
-    int ends[2];
-    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends), 0);
-    const FileDescriptor near(ends[0]);
-    const FileDescriptor far(ends[1]);
-    EXPECT_TRUE(peerIs(near.get(), ::geteuid()));
-    EXPECT_FALSE(peerIs(near.get(), ::geteuid() + 1));
-    EXPECT_FALSE(peerIs(-1, ::geteuid()));
+TEST_F(LaptopPacketsTest, WhatIsNoMessageIsTheEnd) {
+    for (const std::size_t length : {0UL, 1UL, maximumMessage, maximumMessage + 1, 100000UL}) {
+        sendZeros(length);
+        const Incoming incoming = receive(near.get());
+        EXPECT_FALSE(incoming.message) << length;
+        EXPECT_TRUE(incoming.ended) << length;
+    }
+}
+
+TEST_F(LaptopPacketsTest, SendingToOneWhoDoesNotReadNeverWaits) {
+    int sent = 0;
+    while (send(far.get(), EndOfServices{})) ASSERT_LT(++sent, 100000);
+    EXPECT_GT(sent, 0);
 }
 
 } // namespace

@@ -239,28 +239,6 @@ TEST(SimulateProgramTest, SaysWhyItCannotServe) {
     EXPECT_EQ(program.errors(), "quiverly-simulate: /nonexistent/quiverly-laptop.lock: No such file or directory\n");
 }
 
-TEST(SimulateProgramTest, ServesInAFolderOfTheUsersOwnWithoutARuntimeFolder) {
-    setRuntimeFolder(nullptr);
-    const std::filesystem::path folder = "/tmp/quiverly-" + std::to_string(::geteuid());
-    if (std::filesystem::exists(folder)) GTEST_SKIP() << "NOT RUN: " << folder << " is in use";
-    {
-        Program program;
-        EXPECT_EQ(program.readLine(),
-                  "quiverly-simulate: ready at " + (folder / "quiverly-laptop.socket").string() + "\n");
-        const LaptopListener listener;
-        EXPECT_TRUE(waitUntil([&] { return listener.samples.count() > 0; }));
-
-        std::filesystem::permissions(folder, std::filesystem::perms::all);
-        AccelerometerReader reader;
-        EXPECT_FALSE(reader.start());
-        Program careful;
-        EXPECT_EQ(careful.status(), 1);
-        EXPECT_EQ(careful.errors(),
-                  "quiverly-simulate: " + folder.string() + ": is not a folder of this user's alone (mode 0700)\n");
-    }
-    std::filesystem::remove_all(folder);
-}
-
 TEST(SimulateProgramTest, FollowsAScriptFromItsFirstReportOn) {
     const RuntimeFolder folder;
     Program program({"--script", write(folder, "0.05 tilt 0 0 -1\n0.2 slap 0.7\n0.6 quit\n").string(), "--seed=9"});

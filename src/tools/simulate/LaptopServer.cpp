@@ -8,6 +8,7 @@
 #include <cerrno>
 
 #include "platform/linux/input.h"
+#include "platform/linux/user_socket.h"
 #include "tools/simulate/registry.h"
 
 namespace quiverly {
@@ -50,7 +51,7 @@ void LaptopServer::handleInputs(std::span<const pollfd> inputs) {
 void LaptopServer::accept() {
     FileDescriptor socket(::accept4(listener.descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
     if (!socket) return turnAway();
-    if (!laptop::peerIs(socket.get(), ::geteuid())) return say("another user's program was turned away");
+    if (!peerIs(socket.get(), ::geteuid())) return say("another user's program was turned away");
     if (!sendHellos(socket.get())) return;
     clients.push_back({.socket = std::move(socket), .number = ++clientsSoFar});
     say("client " + std::to_string(clientsSoFar) + " came");

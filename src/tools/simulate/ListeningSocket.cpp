@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <system_error>
 
+#include "platform/linux/user_socket.h"
+
 namespace quiverly {
 
 namespace {
@@ -24,11 +26,10 @@ std::optional<std::string> ListeningSocket::show() {
     if (auto error = takeLock()) return error;
     if (auto error = removeStale()) return error;
 
-    FileDescriptor fresh(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-    const sockaddr_un address = laptop::socketAddress(path());
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the shape of the system's call
-    if (!fresh || ::bind(fresh.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-        ::chmod(path().c_str(), 0600) != 0 || ::listen(fresh.get(), SOMAXCONN) != 0) {
+    FileDescriptor fresh = packetSocket();
+    const auto address = SocketAddress::ofFile(path());
+    if (!fresh || ::bind(fresh.get(), address.get(), address.length()) != 0 || ::chmod(path().c_str(), 0600) != 0 ||
+        ::listen(fresh.get(), SOMAXCONN) != 0) {
         return systemError(path());
     }
     socket = std::move(fresh);
@@ -44,7 +45,7 @@ void ListeningSocket::hide() {
 std::optional<std::string> ListeningSocket::prepareFolder() const {
     if (!place.isFallback) return std::nullopt;
     if (::mkdir(place.folder.c_str(), 0700) != 0 && errno != EEXIST) return systemError(place.folder);
-    if (laptop::isPrivate(place.folder)) return std::nullopt;
+    if (isPrivate(place.folder)) return std::nullopt;
     return place.folder.string() + ": is not a folder of this user's alone (mode 0700)";
 }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/laptop/laptop_socket.h"
@@ -13,7 +14,7 @@ namespace quiverly {
 // socket keeps the place, with a lock beside it, for as long as it lives. A socket that a dead one left is replaced.
 class ListeningSocket {
 public:
-    ListeningSocket() = default;
+    explicit ListeningSocket(laptop::SocketPlace place = laptop::socketPlace()) : place(std::move(place)) {}
     ~ListeningSocket() { hide(); }
     ListeningSocket(const ListeningSocket&) = delete;
     ListeningSocket& operator=(const ListeningSocket&) = delete;
@@ -30,7 +31,7 @@ private:
     std::optional<std::string> takeLock();
     std::optional<std::string> removeStale() const;
 
-    laptop::SocketPlace place = laptop::socketPlace();
+    laptop::SocketPlace place;
     FileDescriptor lock;
     FileDescriptor socket;
 };

@@ -1,68 +1,48 @@
 #include "ui/linux/SingleInstance.h"
 
-#include <poll.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <cstddef>
+#include <chrono>
 #include <utility>
 
 #include <QCryptographicHash>
 #include <QSocketNotifier>
 
-#include "platform/linux/laptop/laptop_socket.h"
+#include "platform/linux/input.h"
+#include "platform/linux/user_socket.h"
 
 namespace quiverly {
 
 namespace {
 
-constexpr int patience = 5000; // milliseconds to wait for the first copy
-constexpr int attempts = 100;  // while the first copy is on its way out
-constexpr int pause = 10'000;  // microseconds between two of them
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::seconds patience{5};   // with the first copy
+constexpr std::chrono::milliseconds pause{1}; // for a place that is taken and where nobody listens yet
 constexpr char shown[] = "shown";
 
-// In the abstract namespace, where names do not outlive the sockets bound to them.
 std::string placeName() {
-    const std::string key = std::to_string(::geteuid()) + ':' + laptop::socketPlace().folder.string();
+    const std::string key = std::to_string(::geteuid()) + ':' + runtimeFolder().value_or("").string();
     const QByteArray hash = QCryptographicHash::hash(QByteArray::fromStdString(key), QCryptographicHash::Sha256);
     return "quiverly-" + hash.toHex().toStdString();
-}
-
-class Address {
-public:
-    explicit Address(const std::string& name)
-        : size(static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size())) {
-        address.sun_family = AF_UNIX;
-        std::ranges::copy(name, address.sun_path + 1); // behind the zero that marks an abstract name
-    }
-
-    const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&address); }
-    socklen_t length() const { return size; }
-
-private:
-    sockaddr_un address{};
-    socklen_t size;
-};
-
-FileDescriptor newSocket() {
-    return FileDescriptor(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
 }
 
 // What the holder of the place makes of a call.
 enum class Answer { shown, gone, foreign, none };
 
 Answer call(const std::string& name) {
-    const FileDescriptor socket = newSocket();
-    const Address address(name);
+    const FileDescriptor socket = packetSocket();
+    const auto address = SocketAddress::ofName(name);
     if (::connect(socket.get(), address.get(), address.length()) != 0) {
-        return errno == EAGAIN ? Answer::none : Answer::gone;
+        if (errno != ECONNREFUSED) return Answer::none;
+        waitForInput({}, pause);
+        return Answer::gone;
     }
-    if (!laptop::peerIs(socket.get(), ::geteuid())) return Answer::foreign;
-    pollfd ready{socket.get(), POLLIN, 0};
-    if (::poll(&ready, 1, patience) <= 0) return Answer::none;
+    if (!peerIs(socket.get(), ::geteuid())) return Answer::foreign;
+    pollfd input = inputOf(socket.get());
+    if (!waitForInput({&input, 1}, patience)) return Answer::none;
     char byte = 0;
     return ::recv(socket.get(), &byte, 1, 0) > 0 ? Answer::shown : Answer::gone;
 }
@@ -73,7 +53,8 @@ SingleInstance::SingleInstance(std::function<void()> onCall)
     : name(placeName()), onCall(std::move(onCall)), found(find()) {}
 
 SingleInstance::Place SingleInstance::find() {
-    for (int attempt = 0; attempt < attempts; ++attempt) {
+    const auto end = Clock::now() + patience;
+    while (Clock::now() < end) {
         if (hold()) return Place::first;
         switch (call(name)) {
         case Answer::shown:
@@ -83,16 +64,19 @@ SingleInstance::Place SingleInstance::find() {
         case Answer::foreign:
             return Place::first;
         case Answer::gone:
-            ::usleep(pause);
+            break;
         }
     }
     return Place::unanswered;
 }
 
+// False when the place is taken. A copy that has not got what it takes to hold a place runs all the same.
 bool SingleInstance::hold() {
-    FileDescriptor socket = newSocket();
-    const Address address(name);
-    if (::bind(socket.get(), address.get(), address.length()) != 0 || ::listen(socket.get(), 16) != 0) return false;
+    FileDescriptor socket = packetSocket();
+    const auto address = SocketAddress::ofName(name);
+    if (!socket || ::bind(socket.get(), address.get(), address.length()) != 0 || ::listen(socket.get(), 16) != 0) {
+        return errno != EADDRINUSE;
+    }
     listener = std::move(socket);
     auto* notifier = new QSocketNotifier(listener.get(), QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, &SingleInstance::answer);
@@ -101,7 +85,7 @@ bool SingleInstance::hold() {
 
 void SingleInstance::answer() {
     const FileDescriptor caller(::accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-    if (!caller || !laptop::peerIs(caller.get(), ::geteuid())) return;
+    if (!caller || !peerIs(caller.get(), ::geteuid())) return;
     onCall();
     ::send(caller.get(), shown, sizeof shown, MSG_NOSIGNAL);
 }

@@ -8,7 +8,7 @@
 #include <cerrno>
 
 #include "platform/linux/input.h"
-#include "platform/linux/laptop/laptop_socket.h"
+#include "platform/linux/user_socket.h"
 
 namespace quiverly {
 
@@ -23,20 +23,17 @@ struct {
 } silentLaptop;
 
 FileDescriptor connectedSocket(const laptop::SocketPlace& place) {
-    FileDescriptor socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-    if (!socket) return {};
-    const sockaddr_un address = laptop::socketAddress(place.socket());
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the shape of the system's call
-    if (::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) return {};
-    if (!laptop::peerIs(socket.get(), ::geteuid())) return {};
+    FileDescriptor socket = packetSocket();
+    const auto address = SocketAddress::ofFile(place.socket());
+    if (!socket || ::connect(socket.get(), address.get(), address.length()) != 0) return {};
+    if (!peerIs(socket.get(), ::geteuid())) return {};
     return socket;
 }
 
 } // namespace
 
-std::shared_ptr<LaptopConnection> LaptopConnection::connect() {
-    const laptop::SocketPlace place = laptop::socketPlace();
-    if (place.isFallback && !laptop::isPrivate(place.folder)) return nullptr;
+std::shared_ptr<LaptopConnection> LaptopConnection::connect(const laptop::SocketPlace& place) {
+    if (place.isFallback && !isPrivate(place.folder)) return nullptr;
     const auto identity = laptop::identityOf(place.socket());
     if (!identity || (identity == silentLaptop.socket && Clock::now() < silentLaptop.forgotten)) return nullptr;
     FileDescriptor socket = connectedSocket(place);

@@ -8,7 +8,6 @@
 
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/SensorSource.h"
-#include "platform/linux/laptop/laptop_protocol.h"
 #include "platform/linux/laptop/laptop_socket.h"
 
 namespace quiverly {
@@ -21,7 +20,7 @@ class LaptopConnection {
 public:
     // Null when no laptop of this user's answers. One that was silent is not asked again for a second, so that a start,
     // which asks several times, waits for it only once.
-    static std::shared_ptr<LaptopConnection> connect();
+    static std::shared_ptr<LaptopConnection> connect(const laptop::SocketPlace& place = laptop::socketPlace());
 
     const std::vector<laptop::ServiceHello>& services() const { return hellos; }
 

@@ -1,10 +1,6 @@
 #include "platform/linux/laptop/laptop_protocol.h"
 
-#include <sys/socket.h>
-
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <concepts>
 #include <string_view>
 #include <type_traits>
@@ -174,29 +170,6 @@ std::optional<Message> decode(std::span<const std::uint8_t> packet) {
     Parser parser(packet);
     auto message = parse(parser);
     return parser.isWhole() ? message : std::nullopt;
-}
-
-bool send(int socket, const Message& message) {
-    const auto packet = encode(message);
-    ssize_t sent = 0;
-    do {
-        sent = ::send(socket, packet.data(), packet.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
-    } while (sent < 0 && errno == EINTR);
-    return sent >= 0;
-}
-
-Incoming receive(int socket) {
-    std::array<std::uint8_t, maximumMessage> packet; // NOLINT: filled by the next call
-    ssize_t length = 0;
-    do {
-        length = ::recv(socket, packet.data(), packet.size(), MSG_DONTWAIT | MSG_TRUNC);
-    } while (length < 0 && errno == EINTR);
-    if (length < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return {};
-    if (length <= 0 || static_cast<std::size_t>(length) > packet.size()) return {.message = {}, .ended = true};
-
-    auto message = decode(std::span(packet).first(static_cast<std::size_t>(length)));
-    const bool unusable = !message;
-    return {.message = std::move(message), .ended = unusable};
 }
 
 } // namespace quiverly::laptop

@@ -57,14 +57,4 @@ std::vector<std::uint8_t> encode(const Message& message);
 // Nothing unless the packet is one whole message and no more.
 std::optional<Message> decode(std::span<const std::uint8_t> packet);
 
-// Neither waits. send() tells whether the message is on its way; what a socket brings is a message, its end (also a
-// packet that is no message, which nobody who keeps the rules sends), or nothing yet.
-bool send(int socket, const Message& message);
-
-struct Incoming {
-    std::optional<Message> message;
-    bool ended = false;
-};
-Incoming receive(int socket);
-
 } // namespace quiverly::laptop

@@ -4,38 +4,20 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstdlib>
+#include <array>
+#include <cerrno>
 #include <string>
+
+#include "platform/linux/user_socket.h"
 
 namespace quiverly::laptop {
 
-namespace {
-
-constexpr std::size_t longestPath = sizeof(sockaddr_un{}.sun_path) - 1; // 107 bytes and the zero that ends them
-
-} // namespace
-
-SocketPlace socketPlace() {
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR"); // NOLINT(concurrency-mt-unsafe): main thread, never set here
-    if (runtime != nullptr) {
-        SocketPlace place{.folder = runtime};
-        if (place.folder.is_absolute() && place.socket().native().size() <= longestPath) return place;
+SocketPlace socketPlace(const std::filesystem::path& shared) {
+    if (const auto runtime = runtimeFolder()) {
+        SocketPlace place{.folder = *runtime};
+        if (place.socket().native().size() <= SocketAddress::longest) return place;
     }
-    return {.folder = "/tmp/quiverly-" + std::to_string(::geteuid()), .isFallback = true};
-}
-
-bool isPrivate(const std::filesystem::path& folder) {
-    struct stat status = {};
-    return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == ::geteuid() &&
-           (status.st_mode & 07777) == 0700;
-}
-
-sockaddr_un socketAddress(const std::filesystem::path& path) {
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    std::ranges::copy(path.native(), address.sun_path);
-    return address;
+    return {.folder = shared / ("quiverly-" + std::to_string(::geteuid())), .isFallback = true};
 }
 
 std::optional<SocketIdentity> identityOf(const std::filesystem::path& socket) {
@@ -44,10 +26,27 @@ std::optional<SocketIdentity> identityOf(const std::filesystem::path& socket) {
     return SocketIdentity(status.st_dev, status.st_ino, status.st_ctim.tv_sec, status.st_ctim.tv_nsec);
 }
 
-bool peerIs(int socket, uid_t user) {
-    ucred peer = {};
-    socklen_t size = sizeof peer;
-    return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == user;
+bool send(int socket, const Message& message) {
+    const auto packet = encode(message);
+    ssize_t sent = 0;
+    do {
+        sent = ::send(socket, packet.data(), packet.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+    } while (sent < 0 && errno == EINTR);
+    return sent >= 0;
+}
+
+Incoming receive(int socket) {
+    std::array<std::uint8_t, maximumMessage> packet; // NOLINT: filled by the next call
+    ssize_t length = 0;
+    do {
+        length = ::recv(socket, packet.data(), packet.size(), MSG_DONTWAIT | MSG_TRUNC);
+    } while (length < 0 && errno == EINTR);
+    if (length < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return {};
+    if (length <= 0 || static_cast<std::size_t>(length) > packet.size()) return {.message = {}, .ended = true};
+
+    auto message = decode(std::span(packet).first(static_cast<std::size_t>(length)));
+    const bool unusable = !message;
+    return {.message = std::move(message), .ended = unusable};
 }
 
 } // namespace quiverly::laptop
