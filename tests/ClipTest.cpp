@@ -3,13 +3,11 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <cmath>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
-#include "RuntimeFolder.h"
+#include "Files.h"
+#include "TemporaryFolder.h"
 #include "system/ToneClip.h"
 
 namespace quiverly {
@@ -17,24 +15,18 @@ namespace {
 
 class ClipTest : public testing::Test {
 protected:
-    std::filesystem::path file(const std::string& content) const {
-        std::ofstream(path(), std::ios::binary) << content;
-        return path();
-    }
+    std::filesystem::path file(const std::string& content) const { return folder.addFile("clip.mp3", content); }
 
     std::filesystem::path toneFile(const ToneClip& tone) const {
         tone.write(path());
         return path();
     }
 
-    std::string contentOf(const ToneClip& tone) const {
-        std::ifstream stream(toneFile(tone), std::ios::binary);
-        return {std::istreambuf_iterator(stream), {}};
-    }
+    std::string contentOf(const ToneClip& tone) const { return bytesOf(toneFile(tone)); }
 
     std::filesystem::path path() const { return folder.path() / "clip.mp3"; }
 
-    RuntimeFolder folder;
+    const TemporaryFolder folder;
 };
 
 TEST_F(ClipTest, KeepsTheRateAndTheChannelsOfItsFile) {

@@ -16,6 +16,7 @@
 #include "Files.h"
 #include "Mp3.h"
 #include "Pack.h"
+#include "TemporaryFolder.h"
 #include "measure/Loudness.h"
 #include "measure/Spectrogram.h"
 #include "measure/Strength.h"
@@ -294,10 +295,10 @@ TEST(ClipsTest, TheListOfChecksumsIsThatOfTheFiles) {
 
 TEST(ClipsTest, MadeAnewEveryClipSoundsTheSame) {
     const TemporaryFolder folder;
-    makeAll(folder.path);
+    makeAll(folder.path());
     for (const fs::path& file : clipFiles()) {
         const Stereo kept = readMp3(audio / file);
-        const Stereo made = readMp3(folder.path / file);
+        const Stereo made = readMp3(folder.path() / file);
         ASSERT_EQ(made.left.size(), kept.left.size()) << file;
         EXPECT_LE(differenceOf(made.left, kept.left), mostDifference) << file;
         EXPECT_LE(differenceOf(made.right, kept.right), mostDifference) << file;

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
+#include "TemporaryFolder.h"
 #include "tools/simulate/Command.h"
 #include "tools/simulate/Script.h"
 
@@ -77,11 +77,8 @@ TEST(CommandTest, ATimedCommandIsDueAtItsMillisecond) {
 
 class ScriptTest : public testing::Test {
 protected:
-    ~ScriptTest() override { std::filesystem::remove(file); }
-
     std::variant<Script, Mistake> read(const std::string& text) const {
-        std::ofstream(file, std::ios::binary) << text;
-        return readScript(file);
+        return readScript(folder.addFile("script", text));
     }
 
     std::string mistakeIn(const std::string& text) const {
@@ -90,8 +87,8 @@ protected:
         return mistake != nullptr ? mistake->text : "";
     }
 
-    const std::filesystem::path file =
-        testing::TempDir() + "script-test-" + testing::UnitTest::GetInstance()->current_test_info()->name();
+    const TemporaryFolder folder;
+    const std::filesystem::path file = folder.path() / "script";
 };
 
 TEST_F(ScriptTest, HoldsTheCommandsInOrderAndPassesOverRemarks) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -15,20 +14,5 @@ inline std::string bytesOf(const std::filesystem::path& file) {
     if (!in) throw std::runtime_error("Cannot read " + file.string());
     return {std::istreambuf_iterator<char>(in), {}};
 }
-
-// A folder that goes, with all that is in it, when the test ends.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "quiverly-XXXXXX").string();
-        if (!::mkdtemp(name.data())) throw std::runtime_error("Cannot make a folder like " + name);
-        path = name;
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(path); }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::filesystem::path path;
-};
 
 } // namespace quiverly

@@ -8,7 +8,6 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iterator>
 #include <limits>
@@ -21,8 +20,9 @@
 #include <QJsonDocument>
 
 #include "Environment.h"
+#include "Files.h"
 #include "OtherProcess.h"
-#include "RuntimeFolder.h"
+#include "TemporaryFolder.h"
 #include "Waiting.h"
 
 namespace quiverly {
@@ -67,15 +67,7 @@ protected:
         });
     }
 
-    static std::string contentOf(const fs::path& path) {
-        std::ifstream stream(path, std::ios::binary);
-        return {std::istreambuf_iterator(stream), {}};
-    }
-
-    void store(const std::string& content) const {
-        fs::create_directories(file.parent_path());
-        std::ofstream(file, std::ios::binary) << content;
-    }
+    void store(const std::string& content) const { home.addFile("quiverly/settings.json", content); }
 
     static std::optional<double> number(const char* key) {
         const auto stored = defaults::object(key);
@@ -87,7 +79,7 @@ protected:
     static void expectHalo() { EXPECT_EQ(defaults::text("bonko.pack"), "halo"); }
     static void expectNoPack() { EXPECT_EQ(defaults::text("bonko.pack"), std::nullopt); }
 
-    const RuntimeFolder home;
+    const TemporaryFolder home;
     const fs::path file = home.path() / "quiverly" / "settings.json";
     const fs::path aside = home.path() / "quiverly" / "settings.json.unreadable";
 };
@@ -174,7 +166,7 @@ TEST_F(LinuxDefaultsTest, WhatIsUnknownSurvivesAWrite) {
     inAProcess(writeHalo);
     const auto expected =
         QJsonDocument::fromJson(QByteArray::fromStdString("{" + unknown + R"(,"bonko.pack":"halo"})"));
-    EXPECT_EQ(QJsonDocument::fromJson(QByteArray::fromStdString(contentOf(file))), expected) << contentOf(file);
+    EXPECT_EQ(QJsonDocument::fromJson(QByteArray::fromStdString(bytesOf(file))), expected) << bytesOf(file);
 }
 
 TEST_F(LinuxDefaultsTest, AnEmptyOrBlankFileIsAnEmptyStore) {
@@ -202,12 +194,12 @@ TEST_P(UnreadableDefaultsTest, IsAnEmptyStoreLeftAloneUntilItIsReplacedThenSetAs
     const std::string content = GetParam().content;
     store(content);
     inAProcess(expectNoPack);
-    EXPECT_EQ(contentOf(file), content);
+    EXPECT_EQ(bytesOf(file), content);
     EXPECT_FALSE(fs::exists(aside));
 
     inAProcess(writeHalo);
     inAProcess(expectHalo);
-    EXPECT_EQ(contentOf(aside), content);
+    EXPECT_EQ(bytesOf(aside), content);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -226,9 +218,9 @@ TEST_F(LinuxDefaultsTest, EveryUnreadableFileIsKept) {
         store(content);
         inAProcess(writeHalo);
     }
-    EXPECT_EQ(contentOf(aside), "first");
-    EXPECT_EQ(contentOf(aside.string() + ".2"), "second");
-    EXPECT_EQ(contentOf(aside.string() + ".3"), "third");
+    EXPECT_EQ(bytesOf(aside), "first");
+    EXPECT_EQ(bytesOf(aside.string() + ".2"), "second");
+    EXPECT_EQ(bytesOf(aside.string() + ".3"), "third");
 }
 
 TEST_F(LinuxDefaultsTest, AFileThatMayNotBeWrittenStaysAndTheRunKeepsItsValues) {
@@ -240,7 +232,7 @@ TEST_F(LinuxDefaultsTest, AFileThatMayNotBeWrittenStaysAndTheRunKeepsItsValues) 
         QCoreApplication::processEvents();
         expectHalo();
     });
-    EXPECT_EQ(contentOf(file), R"({"bonko.pack": "pain"})");
+    EXPECT_EQ(bytesOf(file), R"({"bonko.pack": "pain"})");
 }
 
 TEST_F(LinuxDefaultsTest, AFileThatMayNotBeReadStaysAndTheRunKeepsItsValues) {
@@ -252,7 +244,7 @@ TEST_F(LinuxDefaultsTest, AFileThatMayNotBeReadStaysAndTheRunKeepsItsValues) {
         QCoreApplication::processEvents();
         expectHalo();
     });
-    EXPECT_EQ(contentOf(file), R"({"bonko.pack": "pain"})");
+    EXPECT_EQ(bytesOf(file), R"({"bonko.pack": "pain"})");
 }
 
 TEST_F(LinuxDefaultsTest, AFolderThatMayNotBeWrittenStaysAndTheRunKeepsItsValues) {
@@ -264,20 +256,20 @@ TEST_F(LinuxDefaultsTest, AFolderThatMayNotBeWrittenStaysAndTheRunKeepsItsValues
             QCoreApplication::processEvents();
             expectHalo();
         });
-        EXPECT_EQ(contentOf(file), content);
+        EXPECT_EQ(bytesOf(file), content);
         EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), {}), 1);
     }
 }
 
 TEST_F(LinuxDefaultsTest, AFolderThatCannotBeMadeLeavesTheRunItsValues) {
-    std::ofstream(home.path() / "quiverly") << "in the way";
+    home.addFile("quiverly", "in the way");
     inAProcess([] {
         expectNoPack();
         writeHalo();
         QCoreApplication::processEvents();
         expectHalo();
     });
-    EXPECT_EQ(contentOf(home.path() / "quiverly"), "in the way");
+    EXPECT_EQ(bytesOf(home.path() / "quiverly"), "in the way");
 }
 
 TEST_F(LinuxDefaultsTest, OnAFullDiskNothingIsLostAndTheNextWriteWithRoomTakesAll) {
@@ -293,7 +285,7 @@ TEST_F(LinuxDefaultsTest, OnAFullDiskNothingIsLostAndTheNextWriteWithRoomTakesAl
             writeHalo();
             QCoreApplication::processEvents();
             expectHalo();
-            EXPECT_EQ(contentOf(fs::exists(file) ? file : aside), content);
+            EXPECT_EQ(bytesOf(fs::exists(file) ? file : aside), content);
 
             ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &room), 0);
             defaults::setNumber("bonko.threshold", 0.3);
@@ -303,7 +295,7 @@ TEST_F(LinuxDefaultsTest, OnAFullDiskNothingIsLostAndTheNextWriteWithRoomTakesAl
             EXPECT_EQ(number("bonko.threshold"), 0.3);
         });
     }
-    EXPECT_EQ(contentOf(aside), "no settings");
+    EXPECT_EQ(bytesOf(aside), "no settings");
 }
 
 TEST_F(LinuxDefaultsTest, WhatIsNoFileIsLeftAloneAndHoldsNobodyUp) {
@@ -324,18 +316,17 @@ TEST_F(LinuxDefaultsTest, WhatIsNoFileIsLeftAloneAndHoldsNobodyUp) {
 }
 
 TEST_F(LinuxDefaultsTest, ALinkStaysALink) {
-    const fs::path target = home.path() / "dotfiles.json";
+    home.addFolder("quiverly");
     for (const std::string content : {"{}", "no settings"}) {
-        std::ofstream(target) << content;
-        fs::create_directories(file.parent_path());
+        const fs::path target = home.addFile("dotfiles.json", content);
         fs::remove(file);
         fs::create_symlink(target, file);
         inAProcess(writeHalo);
         inAProcess(expectHalo);
         EXPECT_TRUE(fs::is_symlink(file));
-        EXPECT_NE(contentOf(target).find("halo"), std::string::npos);
+        EXPECT_NE(bytesOf(target).find("halo"), std::string::npos);
     }
-    EXPECT_EQ(contentOf(target.string() + ".unreadable"), "no settings");
+    EXPECT_EQ(bytesOf(home.path() / "dotfiles.json.unreadable"), "no settings");
 }
 
 TEST_F(LinuxDefaultsTest, TwoProcessesKeepEachOthersValues) {
@@ -344,13 +335,13 @@ TEST_F(LinuxDefaultsTest, TwoProcessesKeepEachOthersValues) {
     {
         const OtherProcess first(application([&] {
             expectNoPack();
-            std::ofstream(loaded) << "x";
+            home.addFile("loaded");
             waitUntil([&] { return fs::exists(written); });
             defaults::setNumber("bonko.threshold", 0.3);
         }));
         waitUntil([&] { return fs::exists(loaded); });
         inAProcess(writeHalo);
-        std::ofstream(written) << "x";
+        home.addFile("written");
     }
     inAProcess([] {
         expectHalo();

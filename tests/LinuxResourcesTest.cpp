@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,7 +10,7 @@
 
 #include "Environment.h"
 #include "OtherProcess.h"
-#include "RuntimeFolder.h"
+#include "TemporaryFolder.h"
 #include "platform/bundle.h"
 #include "platform/folders/program_resources.h"
 #include "platform/folders/resource_folders.h"
@@ -29,17 +28,11 @@ protected:
         for (const char* variable : {"LC_ALL", "LC_COLLATE", "LANG"}) setVariable(variable, nullptr);
     }
 
-    void put(const fs::path& name) const {
-        const fs::path file = home.path() / "quiverly" / name;
-        fs::create_directories(file.parent_path());
-        std::ofstream(file) << "x";
-    }
-
     static std::string fileOf(const std::optional<std::string>& url) {
         return QUrl(QString::fromStdString(url.value_or(""))).toLocalFile().toStdString();
     }
 
-    const RuntimeFolder home;
+    const TemporaryFolder home;
 };
 
 TEST_F(LinuxResourcesTest, TheUsersFolderComesBeforeThoseOfTheProgram) {
@@ -61,13 +54,13 @@ TEST_F(LinuxResourcesTest, APackOfTheUsersReplacesTheProgramsWhole) {
     const auto before = bundle::files("mp3", "audio/pain");
     ASSERT_TRUE(before);
     EXPECT_GE(before->size(), 3U);
-    put("audio/pain/own.mp3");
+    home.addFile("quiverly/audio/pain/own.mp3");
     EXPECT_EQ(bundle::files("mp3", "audio/pain"), std::vector{home.path() / "quiverly/audio/pain/own.mp3"});
     EXPECT_GE(bundle::files("mp3", "audio/sexy")->size(), 3U); // the other packs stay
 }
 
 TEST_F(LinuxResourcesTest, APackMayLieBesideTheAudioFolder) {
-    put("own/1.mp3");
+    home.addFile("quiverly/own/1.mp3");
     EXPECT_EQ(bundle::files("mp3", "audio/own"), std::nullopt);
     EXPECT_EQ(bundle::files("mp3", "own"), std::vector{home.path() / "quiverly/own/1.mp3"});
 }
@@ -81,8 +74,7 @@ TEST_F(LinuxResourcesTest, ThereIsASensorPageWhenTheProgramHasItsFile) {
 
 TEST_F(LinuxResourcesTest, TheProgramHasTheFileOfTheSensorPageWhereItWasBuiltButNotElsewhere) {
     EXPECT_TRUE(fs::is_regular_file(programResourceFolders().back() / "motion-sensor.html"));
-    const fs::path program = home.path() / "bin" / "copy";
-    fs::create_directories(program.parent_path());
+    const fs::path program = home.addFolder("bin") / "copy";
     fs::copy_file("/proc/self/exe", program);
     const OtherProcess copy([&] {
         ::execl(program.c_str(), program.c_str(), "--gtest_filter=*ThereIsASensorPageWhenTheProgramHasItsFile",
@@ -93,9 +85,7 @@ TEST_F(LinuxResourcesTest, TheProgramHasTheFileOfTheSensorPageWhereItWasBuiltBut
 TEST_F(LinuxResourcesTest, TheAddressOfTheSensorPageSurvivesAnyFolderName) {
     for (const std::string name : {"a b", "50%25", "#1?x=y&z", "Žluť", "semi;colon"}) {
         setVariable("XDG_DATA_HOME", (home.path() / name).c_str());
-        fs::create_directories(home.path() / name / "quiverly");
-        const fs::path file = home.path() / name / "quiverly" / "motion-sensor.html";
-        std::ofstream(file) << "x";
+        const fs::path file = home.addFile(fs::path(name) / "quiverly/motion-sensor.html");
         EXPECT_EQ(fileOf(workspace::sensorAccessPage()), file.string());
     }
 }

@@ -14,6 +14,7 @@
 #include <sndfile.hh>
 
 #include "Files.h"
+#include "TemporaryFolder.h"
 #include "platform/bundle.h"
 #include "platform/linux/sound/Clip.h"
 
@@ -26,7 +27,7 @@ class OwnClipsTest : public testing::Test {
 protected:
     OwnClipsTest() {
         fs::create_directories(pack);
-        qputenv("XDG_DATA_HOME", QByteArray::fromStdString(data.path.string()));
+        qputenv("XDG_DATA_HOME", QByteArray::fromStdString(data.path().string()));
     }
     ~OwnClipsTest() override { qunsetenv("XDG_DATA_HOME"); }
 
@@ -36,7 +37,7 @@ protected:
 
     // Half a second of a tone, as an MP3.
     std::string tone(int rate, int channels, int bitRateMode = SF_BITRATE_MODE_CONSTANT) {
-        const fs::path file = data.path / "tone.mp3";
+        const fs::path file = data.path() / "tone.mp3";
         SndfileHandle out(file.string(), SFM_WRITE, SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III, channels, rate);
         double level = 0.5; // to be set before the mode
         EXPECT_EQ(out.command(SFC_SET_COMPRESSION_LEVEL, &level, sizeof level), SF_TRUE);
@@ -66,7 +67,7 @@ protected:
     static std::size_t frames(const Clip& clip) { return clip.samples.size() / clip.channels; }
 
     TemporaryFolder data;
-    fs::path pack = data.path / "quiverly" / "audio" / "pain";
+    fs::path pack = data.path() / "quiverly" / "audio" / "pain";
 };
 
 // An ID3v2.3 tag with one picture of that many bytes (sizes in the tag's head have seven bits a byte).

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdlib>
-#include <filesystem>
+#include <optional>
 #include <string>
 
 #include "Environment.h"
+#include "TemporaryFolder.h"
 
 namespace quiverly {
 
@@ -14,21 +15,19 @@ inline void setRuntimeFolder(const char* folder) {
 }
 
 // A private folder that is $XDG_RUNTIME_DIR while this lives.
-class RuntimeFolder {
+class RuntimeFolder : public TemporaryFolder {
 public:
     RuntimeFolder() {
-        std::string name = "/tmp/quiverly-test-XXXXXX";
-        folder = ::mkdtemp(name.data());
-        setRuntimeFolder(folder.c_str());
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): by contract
+        if (const char* folder = std::getenv("XDG_RUNTIME_DIR")) former = folder;
+        setRuntimeFolder(path().c_str());
     }
-    ~RuntimeFolder() { std::filesystem::remove_all(folder); }
+    ~RuntimeFolder() { setRuntimeFolder(former ? former->c_str() : nullptr); }
     RuntimeFolder(const RuntimeFolder&) = delete;
     RuntimeFolder& operator=(const RuntimeFolder&) = delete;
 
-    const std::filesystem::path& path() const { return folder; }
-
 private:
-    std::filesystem::path folder;
+    std::optional<std::string> former;
 };
 
 } // namespace quiverly

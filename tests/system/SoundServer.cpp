@@ -4,21 +4,12 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 
 #include "Environment.h"
+#include "Files.h"
 #include "Waiting.h"
 
 namespace quiverly {
-
-namespace {
-
-std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator(stream), {}};
-}
-
-} // namespace
 
 SoundServer::SoundServer() {
     for (const char* variable : {"PULSE_SERVER", "PULSE_SINK", "PULSE_RUNTIME_PATH", "PULSE_COOKIE", "DISPLAY"}) {
@@ -26,8 +17,8 @@ SoundServer::SoundServer() {
     }
     setVariable("XDG_CONFIG_HOME", (folder() / "config").c_str()); // the server's cookie
     setVariable("PULSE_STATE_PATH", (folder() / "state").c_str());
-    std::ofstream(folder() / "client.conf") << "autospawn = no\n"; // who finds no server starts none
-    setVariable("PULSE_CLIENTCONFIG", (folder() / "client.conf").c_str());
+    const auto client = runtime.addFile("client.conf", "autospawn = no\n"); // who finds no server starts none
+    setVariable("PULSE_CLIENTCONFIG", client.c_str());
 }
 
 void SoundServer::start() {
@@ -36,7 +27,7 @@ void SoundServer::start() {
                                             "module-null-sink sink_name=test rate=48000 channels=2 format=float32le"},
                    folder() / "server.out", folder() / "server.log");
     waitUntil([&] { return answers() || !server->isRunning(); });
-    ASSERT_TRUE(server->isRunning()) << contentOf(folder() / "server.log");
+    ASSERT_TRUE(server->isRunning()) << bytesOf(folder() / "server.log");
 
     recorder.emplace(std::vector<std::string>{"parec", "-d", "test.monitor", "--format=float32le", "--rate=48000",
                                               "--channels=2", "--latency-msec=5", "--raw"},
@@ -45,7 +36,7 @@ void SoundServer::start() {
     control("suspend-sink test 1"); // resumed it takes up the recorder's short pieces, in place of the first of 2 s
     control("suspend-sink test 0");
     waitUntil([&] { return recordedFrames() > 0 || !recorder->isRunning(); });
-    ASSERT_TRUE(recorder->isRunning()) << contentOf(folder() / "recorder.log");
+    ASSERT_TRUE(recorder->isRunning()) << bytesOf(folder() / "recorder.log");
 }
 
 void SoundServer::kill() {
@@ -79,8 +70,8 @@ std::string SoundServer::control(const std::string& arguments) const {
     const std::string command = "pactl " + arguments;
     EXPECT_EQ(ChildProcess({"sh", "-c", command}, answer, folder() / "control.log").wait(), 0)
         << command << '\n'
-        << contentOf(folder() / "control.log");
-    return contentOf(answer);
+        << bytesOf(folder() / "control.log");
+    return bytesOf(answer);
 }
 
 bool SoundServer::answers() const {

@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <future>
+#include <memory>
 
-#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
+
+#include "RuntimeFolder.h"
 
 namespace quiverly {
 namespace {
@@ -15,10 +18,6 @@ using Place = SingleInstance::Place;
 
 class SingleInstanceTest : public testing::Test {
 protected:
-    SingleInstanceTest() { useRuntimeFolder(folder); }
-
-    static void useRuntimeFolder(const QTemporaryDir& folder) { qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8()); }
-
     static void nobodyCalls() { ADD_FAILURE() << "a call that nobody made"; }
 
     // Starts another copy while this one's events go on.
@@ -29,7 +28,7 @@ protected:
         return other.get();
     }
 
-    QTemporaryDir folder;
+    const RuntimeFolder folder;
 };
 
 TEST_F(SingleInstanceTest, TheFirstCopyRuns) {
@@ -51,14 +50,13 @@ TEST_F(SingleInstanceTest, ThePlaceIsFreeWhenTheFirstIsGone) {
 
 TEST_F(SingleInstanceTest, EveryRuntimeFolderHasItsOwnFirst) {
     const SingleInstance here(nobodyCalls);
-    const QTemporaryDir elsewhere;
-    useRuntimeFolder(elsewhere);
+    const RuntimeFolder elsewhere;
     EXPECT_EQ(SingleInstance(nobodyCalls).place(), Place::first);
 }
 
 TEST_F(SingleInstanceTest, ItLeavesNoFile) {
     const SingleInstance first(nobodyCalls);
-    EXPECT_TRUE(QDir(folder.path()).isEmpty());
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
 TEST_F(SingleInstanceTest, AFirstThatDoesNotRespondIsNotWaitedForForEver) {
