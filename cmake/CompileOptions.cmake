@@ -1,6 +1,7 @@
 # What every target of this project is compiled with.
 
-add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wnon-virtual-dtor -Wold-style-cast)
+set(QUIVERLY_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wnon-virtual-dtor -Wold-style-cast)
+add_compile_options(${QUIVERLY_WARNINGS})
 add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>)
 
 # The same bits on every processor: a fused multiply-add rounds once where the formulas round twice.

@@ -7,7 +7,7 @@
 
 #include "Reports.h"
 #include "engine/Inspector.h"
-#include "fakes/apple/AppleFaults.h"
+#include "fakes/apple/AppleFrameworks.h"
 #include "platform/virtual/VirtualPlatform.h"
 #include "sensing/AccelerometerReader.h"
 
@@ -21,7 +21,7 @@ constexpr char deviceClass[] = "AppleSPUHIDDevice";
 class HidTest : public testing::Test {
 protected:
     VirtualPlatform platform;
-    AppleFaults apple;
+    AppleFrameworks apple;
 
     // What integerProperty() makes of a service's only property.
     std::optional<std::int64_t> integerOf(VirtualService::Properties::mapped_type value) {
@@ -174,6 +174,14 @@ TEST_F(HidTest, AReportReachesTheCallbackWithBufferAndContext) {
     const auto sent = report(0.1, -0.2, 1.0, 30);
     EXPECT_TRUE(platform.registry.deliver(sent));
     EXPECT_EQ(receiver.received, std::vector(sent.begin(), sent.begin() + 20));
+}
+
+TEST_F(HidTest, TheSensorThreadWaitsInTheDefaultModeUntilAReportCameOrAQuarterOfASecondIsOver) {
+    platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
+    AccelerometerReader reader;
+    ASSERT_TRUE(reader.start());
+    EXPECT_TRUE(platform.registry.deliver(report(0, 0, 1.0)));
+    EXPECT_EQ(apple.lastRun(), (RunLoopRun{"kCFRunLoopDefaultMode", 0.25, true}));
 }
 
 TEST_F(HidTest, AReportAfterUnschedulingIsDropped) {

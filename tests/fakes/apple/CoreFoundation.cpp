@@ -5,10 +5,10 @@
 #include <memory>
 #include <mutex>
 
-#include "fakes/apple/AppleFaults.h"
+#include "fakes/apple/AppleFrameworks.h"
 #include "fakes/apple/AppleObject.h"
 
-using quiverly::AppleFaults;
+using quiverly::AppleFrameworks;
 using quiverly::VirtualPlatform;
 using quiverly::VirtualThreads;
 
@@ -38,7 +38,7 @@ void CFRelease(CFTypeRef object) {
 
 CFStringRef CFStringCreateWithCString(CFAllocatorRef, const char* text, CFStringEncoding encoding) {
     if (encoding != kCFStringEncodingUTF8) VirtualPlatform::fault("a text of another encoding than UTF-8");
-    if (AppleFaults::occurs(&AppleFaults::noStrings)) return nullptr;
+    if (AppleFrameworks::occurs(&AppleFrameworks::noStrings)) return nullptr;
     return AppleObject::create<__CFString>(text);
 }
 
@@ -48,7 +48,7 @@ CFTypeID CFNumberGetTypeID() {
 
 CFNumberRef CFNumberCreate(CFAllocatorRef, CFNumberType type, const void* value) {
     if (type != kCFNumberSInt32Type) VirtualPlatform::fault("a number that is not a 32-bit one");
-    if (AppleFaults::occurs(&AppleFaults::noNumbers)) return nullptr;
+    if (AppleFrameworks::occurs(&AppleFrameworks::noNumbers)) return nullptr;
     std::int32_t number = 0;
     std::memcpy(&number, value, sizeof number);
     return AppleObject::create<__CFNumber>(std::int64_t{number});
@@ -82,8 +82,9 @@ CFRunLoopRef CFRunLoopGetCurrent() {
 }
 
 CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds, Boolean returnAfterSourceHandled) {
-    if (mode != kCFRunLoopDefaultMode) VirtualPlatform::fault("a run loop runs in another mode than the default one");
-    if (!returnAfterSourceHandled) VirtualPlatform::fault("a run loop does not return after a report");
-    if (CFRunLoopGetCurrent()->sources == 0 || AppleFaults::deviceHasGone()) return kCFRunLoopRunFinished;
+    AppleFrameworks::tell({mode->text, seconds, returnAfterSourceHandled != 0});
+    if (CFRunLoopGetCurrent()->sources == 0 || AppleFrameworks::occurs(&AppleFrameworks::deviceIsGone)) {
+        return kCFRunLoopRunFinished;
+    }
     return VirtualPlatform::current().registry.runLoop(seconds) ? kCFRunLoopRunHandledSource : kCFRunLoopRunTimedOut;
 }

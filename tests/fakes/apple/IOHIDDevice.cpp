@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <functional>
 
-#include "fakes/apple/AppleFaults.h"
+#include "fakes/apple/AppleFrameworks.h"
 #include "fakes/apple/AppleObject.h"
 #include "fakes/apple/IORegistry.h"
 #include "platform/virtual/VirtualDevice.h"
 
-using quiverly::AppleFaults;
+using quiverly::AppleFrameworks;
 using quiverly::VirtualPlatform;
 
 struct __IOHIDDevice : AppleObject {
@@ -25,7 +25,7 @@ namespace {
 constexpr std::uint32_t reportID = 5;
 
 void deliverDelayedReport(const __IOHIDDevice& device) {
-    const auto report = AppleFaults::reportAfterUnscheduling();
+    const auto report = AppleFrameworks::reportAfterUnscheduling();
     if (report.empty()) return;
     const CFIndex length = std::min(std::ssize(report), device.size);
     std::copy_n(report.begin(), length, device.buffer);

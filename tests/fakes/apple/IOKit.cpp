@@ -2,11 +2,11 @@
 
 #include <vector>
 
-#include "fakes/apple/AppleFaults.h"
+#include "fakes/apple/AppleFrameworks.h"
 #include "fakes/apple/AppleObject.h"
 #include "fakes/apple/IORegistry.h"
 
-using quiverly::AppleFaults;
+using quiverly::AppleFrameworks;
 using quiverly::VirtualPlatform;
 using quiverly::VirtualRegistry;
 using quiverly::VirtualService;
@@ -76,8 +76,9 @@ kern_return_t IOServiceGetMatchingServices(mach_port_t mainPort, CFDictionaryRef
     if (mainPort != kIOMainPortDefault) VirtualPlatform::fault("a lookup through another port than the main one");
     auto found = registry().find(static_cast<CFStringRef>(matching->values.at(classNameKey))->text);
     CFRelease(matching);
-    const bool hasIterator = found ? !found->empty() || !AppleFaults::occurs(&AppleFaults::emptyLookupHasNoIterator)
-                                   : AppleFaults::occurs(&AppleFaults::failedLookupHasIterator);
+    const bool hasIterator =
+        found ? !found->empty() || !AppleFrameworks::occurs(&AppleFrameworks::emptyLookupHasNoIterator)
+              : AppleFrameworks::occurs(&AppleFrameworks::failedLookupHasIterator);
     if (hasIterator) {
         *existing = lend(Iterator{found.value_or(std::vector<std::size_t>{})});
     }
@@ -112,7 +113,7 @@ kern_return_t IORegistryEntryCreateCFProperties(io_registry_entry_t entry, CFMut
 
     *properties = AppleObject::create<__CFDictionary>();
     for (const auto& [key, value] : *described) (*properties)->values.emplace(key, toProperty(value));
-    return AppleFaults::occurs(&AppleFaults::propertiesComeWithAnError) ? kIOReturnError : KERN_SUCCESS;
+    return AppleFrameworks::occurs(&AppleFrameworks::propertiesComeWithAnError) ? kIOReturnError : KERN_SUCCESS;
 }
 
 kern_return_t IORegistryEntrySetCFProperty(io_registry_entry_t entry, CFStringRef propertyName, CFTypeRef property) {

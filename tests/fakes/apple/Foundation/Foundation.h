@@ -58,7 +58,6 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 
 @interface NSString : NSObject
 @property(nullable, readonly) const char* UTF8String NS_RETURNS_INNER_POINTER;
-+ (nullable instancetype)stringWithUTF8String:(const char*)nullTerminatedCString;
 - (nullable instancetype)initWithBytes:(const void*)bytes length:(NSUInteger)len encoding:(NSStringEncoding)encoding;
 - (NSComparisonResult)localizedStandardCompare:(NSString*)string;
 @end
