@@ -26,7 +26,7 @@ const Calls writesToDriver0 = {"set 0 SensorPropertyReportingState 1", "set 0 Se
 class AccelerometerReaderTest : public testing::Test {
 protected:
     AccelerometerReaderTest() {
-        platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
+        platform.registry.connectAccelerometer();
         platform.registry.onCall = [this](const std::string& call) { calls.push_back(call); };
         collect(reader, samples);
     }
@@ -134,6 +134,12 @@ TEST_F(AccelerometerReaderTest, TheThreadHasANameAndAStackOf512KiB) {
     ASSERT_TRUE(reader.start());
     EXPECT_EQ(platform.threads.lastName, "com.jostlix.bonko.accel");
     EXPECT_EQ(platform.threads.lastStackSize, 524288U);
+}
+
+TEST_F(AccelerometerReaderTest, TheRunLoopRunsInSlicesOfAQuarterSecond) {
+    ASSERT_TRUE(reader.start());
+    platform.threads.turn();
+    EXPECT_EQ(platform.registry.lastSlice(), 0.25);
 }
 
 TEST_F(AccelerometerReaderTest, TheDriverPropertiesAreWrittenTwiceOnEverySuccessfulStart) {

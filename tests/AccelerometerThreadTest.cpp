@@ -18,7 +18,7 @@ namespace {
 class AccelerometerThreadTest : public testing::Test {
 protected:
     AccelerometerThreadTest() {
-        platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
+        platform.registry.connectAccelerometer();
         platform.threads.real = true;
     }
     ~AccelerometerThreadTest() override { stopReports(); }
@@ -46,13 +46,12 @@ private:
 };
 
 TEST_F(AccelerometerThreadTest, SamplesAreDeliveredOnTheSensorThread) {
-    std::atomic<bool> elsewhere = false;
-    reader.onSample = [&, main = std::this_thread::get_id()](double, double, double) {
-        elsewhere = std::this_thread::get_id() != main;
-    };
+    std::atomic<const Thread*> deliverer = nullptr;
+    reader.onSample = [&](double, double, double) { deliverer = VirtualThreads::current(); };
     startReports();
     ASSERT_TRUE(reader.start());
-    waitUntil([&] { return elsewhere.load(); });
+    waitUntil([&] { return deliverer != nullptr; });
+    EXPECT_EQ(deliverer, Inspector::hidThread(reader));
     stopReports();
 }
 

@@ -57,7 +57,7 @@ std::int64_t allocationsDuring(Action action) {
 class AllocationTest : public testing::Test {
 protected:
     AllocationTest() {
-        platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
+        platform.registry.connectAccelerometer();
         engine.start();
         for (int round = 0; round < 2; ++round) { // into the steady state, past the slap of the very first sample
             deliver(burst * 8);

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -120,12 +121,15 @@ TEST_F(BonkoEngineRunControlTest, WithoutAThreadToGiveTheAccelerometerIsUnavaila
 }
 
 TEST_F(BonkoEngineRunControlTest, StartKeepsCountsSoundAndTheCheck) {
+    slap(0.3);
     removeSensor();
     engine->beginHardwareCheck([](double) {});
     const auto settledAt = Inspector::ignoreSlapsUntil(*engine);
     engine->soundEnabled = true;
     connectSensor();
     engine->start();
+    EXPECT_EQ(engine->slapCount, 1);
+    EXPECT_EQ(engine->lastAmplitude, 0.3);
     EXPECT_TRUE(engine->soundEnabled);
     EXPECT_TRUE(Inspector::onboardingMode(*engine));
     EXPECT_EQ(Inspector::savedThreshold(*engine), 0.12);

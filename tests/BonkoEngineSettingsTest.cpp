@@ -1,5 +1,7 @@
-#include <limits>
+#include <chrono>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "BuiltEngineTest.h"
 
@@ -156,6 +158,16 @@ TEST_F(BonkoEngineSettingsTest, ObserversAreToldBeforeTheValueChangesAndTheEffec
     EXPECT_EQ(announcements, 1);
     EXPECT_EQ(engine->threshold, 0.2);
     EXPECT_EQ(writtenKeys, Texts{"bonko.threshold"});
+}
+
+TEST_F(BonkoEngineSettingsTest, WhatIsStoredHasTakenEffectAlready) {
+    std::vector<std::pair<SoundPack, double>> inEffect;
+    platform.defaults.onWrite = [&](const std::string&, const defaults::Object&) {
+        inEffect.emplace_back(loadedPack(), detector().threshold);
+    };
+    engine->pack = SoundPack::halo;
+    engine->threshold = 0.2;
+    EXPECT_EQ(inEffect, (std::vector<std::pair<SoundPack, double>>{{SoundPack::halo, 0.12}, {SoundPack::halo, 0.2}}));
 }
 
 TEST_F(BonkoEngineSettingsTest, NothingElseIsEverStored) {

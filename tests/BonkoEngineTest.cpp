@@ -1,5 +1,4 @@
 #include <chrono>
-#include <memory>
 #include <type_traits>
 #include <vector>
 
@@ -58,15 +57,18 @@ TEST_F(BonkoEngineTest, ErrorsAreEqualWhenTheirMessagesAre) {
 // The road from a sample to a slap
 
 TEST_F(BonkoEngineTest, EverySampleIsOneJobOnTheMainThreadAndNothingElse) {
+    double between = 0.0;
     engine->start();
     feelSample(1.0);
+    platform.mainQueue.post([&] { between = Inspector::prevMag(detector()); });
     feelSample(1.5);
     EXPECT_EQ(Inspector::prevMag(detector()), 0.0); // nothing was processed on the sensor thread
     EXPECT_TRUE(platform.mainQueue.runTurn());
+    EXPECT_EQ(between, 1.0);
     EXPECT_EQ(Inspector::prevMag(detector()), 1.5);
 }
 
-TEST_F(BonkoEngineTest, TheDetectorSeesTheSamplesInOrderOfArrivalAndAxis) {
+TEST_F(BonkoEngineTest, TheDetectorSeesTheSamplesInOrderOfArrival) {
     detector().cooldown = 0;
     detector().threshold = 0;
     std::vector<double> scores;
@@ -78,6 +80,16 @@ TEST_F(BonkoEngineTest, TheDetectorSeesTheSamplesInOrderOfArrivalAndAxis) {
     EXPECT_EQ(scores[0], 1.0);
     EXPECT_GT(scores[1], 0.9);
     EXPECT_EQ(Inspector::prevMag(detector()), 4.0);
+}
+
+// The squares are added in the order of the axes: with x and z exchanged the sum would be two more.
+TEST_F(BonkoEngineTest, TheDetectorSeesTheAxesInTheirOrder) {
+    (*Inspector::reader(*engine).onSample.copy())(1e8, 1, 1);
+    platform.mainQueue.drain();
+    EXPECT_EQ(Inspector::prevMag(detector()), 1e8);
+    (*Inspector::reader(*engine).onSample.copy())(1, 1, 1e8);
+    platform.mainQueue.drain();
+    EXPECT_GT(Inspector::prevMag(detector()), 1e8);
 }
 
 TEST_F(BonkoEngineTest, ASlapIsHandledInALaterTurnAfterTheSamplesAlreadyQueued) {

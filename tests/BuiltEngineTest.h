@@ -1,7 +1,5 @@
 #pragma once
 
-#include <chrono>
-#include <cmath>
 #include <utility>
 
 #include "EngineTest.h"

@@ -41,7 +41,7 @@ protected:
         resources.addFile(std::filesystem::path("audio") / pack.folder() / name);
     }
 
-    void connectSensor() { platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()}; }
+    void connectSensor() { platform.registry.connectAccelerometer(); }
     void removeSensor() { platform.registry.services.clear(); }
 
     void build() { engine.emplace(); }

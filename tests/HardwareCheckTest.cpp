@@ -39,6 +39,31 @@ TEST_F(HardwareCheckTest, BeginningTurnsSoundOffRaisesTheThresholdLoadsSexyAndSt
     EXPECT_TRUE(engine->isRunning());
 }
 
+TEST_F(HardwareCheckTest, SoundGoesOffBeforeTheCheckIsOnAndAllIsReadyBeforeTheStart) {
+    std::vector<const void*> announced;
+    const auto subscription = engine->objectWillChange.subscribe([&](const void* property) {
+        announced.push_back(property);
+        const bool starting = property == &engine->phase;
+        EXPECT_EQ(Inspector::onboardingMode(*engine), starting);
+        EXPECT_EQ(detector().threshold, starting ? 0.22 : 0.12);
+        EXPECT_EQ(loadedPack(), starting ? SoundPack::sexy : SoundPack::halo);
+    });
+    soundPlayer().load(SoundPack::halo);
+    platform.registry.onCall = [&](const std::string&) { EXPECT_EQ(detector().threshold, 0.22); };
+    begin();
+    platform.registry.onCall = nullptr;
+    EXPECT_EQ(announced, (std::vector<const void*>{&engine->soundEnabled, &engine->phase}));
+}
+
+TEST_F(HardwareCheckTest, TheVeryFirstSampleInsideTheSettlingTimeIsDropped) {
+    begin();
+    feelSample(1.0);
+    platform.mainQueue.drain();
+    EXPECT_EQ(Inspector::lastFire(detector()), platform.calendar.now); // the detector has fired
+    EXPECT_EQ(engine->slapCount, 0);
+    EXPECT_EQ(testSlaps, Amplitudes{});
+}
+
 TEST_F(HardwareCheckTest, BeginningWhileListeningDoesNotStartAgain) {
     engine->start();
     platform.registry.onCall = [](const std::string& call) { FAIL() << call; };

@@ -148,6 +148,12 @@ TEST_F(VirtualMainQueueTest, WhatADelayedJobPostsRunsBeforeTheNextDelayedJob) {
     EXPECT_EQ(marks, (Marks{1, 2, 3}));
 }
 
+TEST_F(VirtualMainQueueTest, TimeAddsUpWithoutRounding) {
+    postMarkAfter(0.8, 1);
+    for (int tenths = 0; tenths < 8; ++tenths) queue.advance(0.1);
+    EXPECT_EQ(marks, Marks{1});
+}
+
 TEST_F(VirtualMainQueueTest, ADelayOfNothingStillWaitsForTheClockToBeAdvanced) {
     postMarkAfter(0, 1);
     queue.drain();

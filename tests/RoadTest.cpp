@@ -10,7 +10,7 @@ namespace {
 
 TEST(RoadTest, AReportBecomesASoundingClip) {
     VirtualPlatform platform;
-    platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
+    platform.registry.connectAccelerometer();
     const TemporaryFolder resources;
     resources.addFile("audio/sexy/1.mp3");
     platform.resources.folders = {resources.path()};

@@ -137,6 +137,23 @@ TEST_F(SoundPlayerTest, APackWithoutAnyFolderStaysSetAndIsSilent) {
     EXPECT_EQ(countedSlaps(), 0U);
 }
 
+TEST_F(SoundPlayerTest, TheFolderIsLookedThroughOnlyWhenAPackIsLoaded) {
+    load(SoundPack::sexy, 2);
+    addClips(SoundPack::sexy, Names{"0.mp3"});
+    EXPECT_EQ(slap(), "1.mp3");
+    EXPECT_EQ(files(), (Names{"1.mp3", "2.mp3"}));
+}
+
+TEST_F(SoundPlayerTest, EachSlapOpensItsClipAnew) {
+    load(SoundPack::sexy, 1);
+    int opened = 0;
+    platform.audio.canOpen = [&](const std::filesystem::path&) { return ++opened > 0; };
+    EXPECT_EQ(opened, 0);
+    slap();
+    slap();
+    EXPECT_EQ(opened, 2);
+}
+
 TEST_F(SoundPlayerTest, LoadingLeavesTheSoundingClipAndTheCountedSlaps) {
     load(SoundPack::sexy, 1);
     slap();

@@ -143,8 +143,14 @@ TEST_F(VirtualPlatformDeathTest, APortCalledWithoutAPlatformIsAFault) {
 
 TEST(VirtualRegistryTest, AReportIsDeliveredOnlyWhileADeviceIsOpenAndItsThreadListens) {
     VirtualPlatform platform;
+    platform.registry.connectAccelerometer();
+    AccelerometerReader reader;
     EXPECT_FALSE(platform.registry.deliver(report(0, 0, 1)));
-    EXPECT_EQ(platform.registry.reportsDelivered(), 0);
+    ASSERT_TRUE(reader.start());
+    EXPECT_TRUE(platform.registry.deliver(report(0, 0, 1)));
+    reader.stop(); // the device is still open
+    EXPECT_FALSE(platform.registry.deliver(report(0, 0, 1)));
+    EXPECT_EQ(platform.registry.reportsDelivered(), 1);
 }
 
 TEST(VirtualRandomTest, TheSameSeedMakesTheSameChoices) {

@@ -5,9 +5,17 @@
 
 namespace quiverly {
 
+namespace {
+
+// Weights of the running average, about 1.6 seconds long at 125 samples a second.
+constexpr double baselineWeight = 0.995;
+constexpr double sampleWeight = 0.005;
+
+} // namespace
+
 void SlapDetector::process(double x, double y, double z) {
     const double mag = std::sqrt((x * x + y * y) + z * z);
-    baseline = baseline * 0.995 + mag * 0.005;
+    baseline = baseline * baselineWeight + mag * sampleWeight;
     const double fromBaseline = std::abs(mag - baseline);
     const double fromPrevious = std::abs(mag - prevMag);
     prevMag = mag;

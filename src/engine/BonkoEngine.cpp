@@ -49,15 +49,15 @@ void BonkoEngine::thresholdDidChange() {
 }
 
 void BonkoEngine::installCallbacks() {
-    const std::weak_ptr<BonkoEngine> weak = self;
-    detector.onSlap = [weak](double amplitude) {
-        mainQueue::post([weak, amplitude] {
-            if (const auto engine = weak.lock()) engine->handleSlap(amplitude);
+    const std::weak_ptr<const bool> life = alive;
+    detector.onSlap = [this, life](double amplitude) {
+        mainQueue::post([this, life, amplitude] {
+            if (!life.expired()) handleSlap(amplitude);
         });
     };
-    reader.onSample = [weak](double x, double y, double z) {
-        mainQueue::post([weak, x, y, z] {
-            if (const auto engine = weak.lock()) engine->detector.process(x, y, z);
+    reader.onSample = [this, life](double x, double y, double z) {
+        mainQueue::post([this, life, x, y, z] {
+            if (!life.expired()) detector.process(x, y, z);
         });
     };
 }

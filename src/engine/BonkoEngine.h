@@ -74,8 +74,8 @@ private:
     bool onboardingMode = false;
     std::optional<double> savedThreshold; // the detector's, from before the hardware check
 
-    // Tells queued jobs whether the engine still exists; owns nothing.
-    std::shared_ptr<BonkoEngine> self{this, [](BonkoEngine*) {}};
+    // Queued jobs watch it: when it has gone, so has the engine.
+    std::shared_ptr<const bool> alive = std::make_shared<const bool>(true);
 };
 
 } // namespace quiverly

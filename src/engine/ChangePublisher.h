@@ -14,9 +14,13 @@ public:
     using Subscription = std::shared_ptr<const Observer>; // observes for as long as it lives
 
     [[nodiscard]] Subscription subscribe(Observer observer);
-    void send(const void* property);
 
 private:
+    template<class T, class Writer>
+    friend class Published;
+
+    void send(const void* property);
+
     std::vector<std::weak_ptr<const Observer>> observers;
 };
 

@@ -24,6 +24,16 @@ constexpr DriverProperty driverProperties[] = {
 constexpr double runLoopSlice = 0.25;           // seconds; bounds the delay of a stop
 constexpr std::size_t threadStackSize = 524288; // bytes
 
+// Where the axes stand in a report, and how long a report is that has all of them.
+constexpr std::ptrdiff_t xOffset = 6;
+constexpr std::ptrdiff_t yOffset = 10;
+constexpr std::ptrdiff_t zOffset = 14;
+constexpr std::ptrdiff_t leastLength = 18;
+
+// Magnitudes between these, in g, are plausible; they themselves are not.
+constexpr double leastMagnitude = 0.2;
+constexpr double greatestMagnitude = 25.0;
+
 } // namespace
 
 AccelerometerReader::AccelerometerReader() = default;
@@ -83,14 +93,14 @@ void AccelerometerReader::wakeSensorDrivers() {
     }
 }
 
-hid::Handle<hid::Service> AccelerometerReader::findAccelerometer(hid::Services& services) const {
+hid::Handle<hid::Service> AccelerometerReader::findAccelerometer(hid::Services& services) {
     while (auto service = hid::nextService(services)) {
         if (isAccelerometer(*service)) return service;
     }
     return nullptr;
 }
 
-bool AccelerometerReader::isAccelerometer(const hid::Service& service) const {
+bool AccelerometerReader::isAccelerometer(const hid::Service& service) {
     const auto properties = hid::readProperties(service);
     return properties && hid::integerProperty(*properties, "PrimaryUsagePage").value_or(0) == targetUsagePage &&
            hid::integerProperty(*properties, "PrimaryUsage").value_or(0) == targetUsage;
@@ -100,15 +110,15 @@ bool AccelerometerReader::isAccelerometer(const hid::Service& service) const {
 bool AccelerometerReader::listen(const std::shared_ptr<hid::Device>& device) {
     hidDevice = device;
     wakeSensorDrivers();
-    if (!reportBuffer) reportBuffer = std::make_unique<std::uint8_t[]>(static_cast<std::size_t>(reportBufferSize));
+    if (!reportBuffer) reportBuffer = std::make_unique<std::uint8_t[]>(reportBufferSize);
     hid::registerInputReportCallback(*device, reportBuffer.get(), reportBufferSize, inputReportCallback, this);
 
-    threadShouldRun = std::make_shared<RunFlag>(true);
+    const auto shouldRun = std::make_shared<RunFlag>(true);
     const std::string name = std::string(identity::identifier) + ".accel";
     hidThread = startThread(name.c_str(), threadStackSize,
                             {.begin = [device] { hid::schedule(*device); },
                              .turn =
-                                 [shouldRun = threadShouldRun] {
+                                 [shouldRun] {
                                      if (!shouldRun->load(std::memory_order_relaxed)) return false;
                                      hid::runLoop(runLoopSlice);
                                      return true;
@@ -118,12 +128,14 @@ bool AccelerometerReader::listen(const std::shared_ptr<hid::Device>& device) {
                                      hid::unschedule(*device);
                                      hid::close(*device);
                                  }});
-    isListening = hidThread != nullptr;
-    if (!isListening) {
+    if (!hidThread) {
         hid::close(*device);
         hidDevice.reset();
+        return false;
     }
-    return isListening;
+    threadShouldRun = shouldRun;
+    isListening = true;
+    return true;
 }
 
 bool AccelerometerReader::fail(std::string reason) {
@@ -140,14 +152,14 @@ void AccelerometerReader::inputReportCallback(void* context, hid::ReturnCode, vo
 void AccelerometerReader::handleReport(const std::uint8_t* report, std::ptrdiff_t length) {
     ++decimationCounter;
     if (decimationCounter % decimationFactor != 0) return;
-    if (length < 18) return;
+    if (length < leastLength) return;
 
     const std::span bytes(report, static_cast<std::size_t>(length));
-    const double x = readInt32LE(bytes, 6) / accelScale;
-    const double y = readInt32LE(bytes, 10) / accelScale;
-    const double z = readInt32LE(bytes, 14) / accelScale;
+    const double x = readInt32LE(bytes, xOffset) / accelScale;
+    const double y = readInt32LE(bytes, yOffset) / accelScale;
+    const double z = readInt32LE(bytes, zOffset) / accelScale;
     const double magnitude = std::sqrt((x * x + y * y) + z * z);
-    if (0.2 < magnitude && magnitude < 25.0) onSample(x, y, z);
+    if (leastMagnitude < magnitude && magnitude < greatestMagnitude) onSample(x, y, z);
 }
 
 std::int32_t AccelerometerReader::readInt32LE(std::span<const std::uint8_t> bytes, std::ptrdiff_t offset) {

@@ -43,14 +43,20 @@ private:
 
     using RunFlag = std::atomic<bool>;
 
+    static constexpr std::int64_t decimationFactor = 8;
+    static constexpr double accelScale = 65536.0; // raw counts per g
+    static constexpr std::int64_t reportBufferSize = 256;
+    static constexpr std::int64_t targetUsagePage = 0xFF00;
+    static constexpr std::int64_t targetUsage = 3;
+
     static void inputReportCallback(void* context, hid::ReturnCode result, void* sender, std::uint32_t reportType,
                                     std::uint32_t reportID, std::uint8_t* report, std::ptrdiff_t reportLength);
     void handleReport(const std::uint8_t* report, std::ptrdiff_t length);
     static std::int32_t readInt32LE(std::span<const std::uint8_t> bytes, std::ptrdiff_t offset);
 
     static void wakeSensorDrivers();
-    hid::Handle<hid::Service> findAccelerometer(hid::Services& services) const;
-    bool isAccelerometer(const hid::Service& service) const;
+    static hid::Handle<hid::Service> findAccelerometer(hid::Services& services);
+    static bool isAccelerometer(const hid::Service& service);
     bool listen(const std::shared_ptr<hid::Device>& device);
     bool fail(std::string reason);
 
@@ -61,11 +67,6 @@ private:
     ThreadHandle hidThread;
     ThreadHandle endingThread;                // of the listening period before, until the next start()
     std::shared_ptr<RunFlag> threadShouldRun; // one for each listening period
-    const std::int64_t decimationFactor = 8;
-    const double accelScale = 65536.0; // raw counts per g
-    const std::int64_t reportBufferSize = 256;
-    const std::int64_t targetUsagePage = 0xFF00;
-    const std::int64_t targetUsage = 3;
     std::optional<std::string> openError;
 };
 

@@ -15,6 +15,10 @@ namespace {
 constexpr double escalationMemory = 300.0;     // seconds a slap counts toward escalation
 constexpr double escalationTimeConstant = 8.0; // slaps
 
+constexpr double softestVolume = 0.45;
+constexpr double volumePerG = 1.2;
+constexpr double leastPreviewAmplitude = 0.35; // g
+
 std::vector<std::filesystem::path> clipsOf(SoundPack pack) {
     auto clips = bundle::files("mp3", std::filesystem::path("audio") / pack.folder());
     if (!clips) clips = bundle::files("mp3", pack.folder());
@@ -26,7 +30,7 @@ std::vector<std::filesystem::path> clipsOf(SoundPack pack) {
 }
 
 float volumeFor(double amplitude) {
-    const double volume = 0.45 + 1.2 * amplitude;
+    const double volume = softestVolume + volumePerG * amplitude;
     return static_cast<float>(volume < 1.0 ? volume : 1.0);
 }
 
@@ -58,7 +62,7 @@ const SoundPlayer::Path& SoundPlayer::escalatedFile() {
 void SoundPlayer::playHardwarePreview(double amplitude) {
     const SoundPack current = pack;
     load(SoundPack::sexy);
-    if (!files.empty()) play(previewFile(), std::max(amplitude, 0.35));
+    if (!files.empty()) play(previewFile(), std::max(amplitude, leastPreviewAmplitude));
     load(current);
 }
 

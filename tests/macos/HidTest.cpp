@@ -185,7 +185,7 @@ TEST_F(HidTest, TheSensorThreadWaitsInTheDefaultModeUntilAReportCameOrAQuarterOf
 }
 
 TEST_F(HidTest, AReportAfterUnschedulingIsDropped) {
-    platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
+    platform.registry.connectAccelerometer();
     AccelerometerReader reader;
     ASSERT_TRUE(reader.start());
     EXPECT_TRUE(platform.registry.deliver(report(0, 0, 1.0)));
@@ -197,7 +197,7 @@ TEST_F(HidTest, AReportAfterUnschedulingIsDropped) {
 }
 
 TEST_F(HidTest, PermissionRefusedAtFirstAndGrantedLaterLetsTheReaderStart) {
-    platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
+    platform.registry.connectAccelerometer();
     platform.registry.services[1].openResult = hid::notPermitted;
     AccelerometerReader reader;
     EXPECT_FALSE(reader.start());
@@ -221,7 +221,7 @@ TEST_F(HidTest, ARunLoopWithNothingLeftToWaitForRestsUntilTheTimeIsOver) {
 }
 
 TEST_F(HidTest, ADeviceThatGoesAwayWhileListeningIsClosedAllTheSame) {
-    platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
+    platform.registry.connectAccelerometer();
     platform.threads.real = true;
     AccelerometerReader reader;
     ASSERT_TRUE(reader.start());
@@ -233,7 +233,7 @@ TEST_F(HidTest, ADeviceThatGoesAwayWhileListeningIsClosedAllTheSame) {
 }
 
 TEST_F(HidTest, PeriodsThatFollowEachOtherAtOnceShareNothing) {
-    platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
+    platform.registry.connectAccelerometer();
     platform.threads.real = true;
     AccelerometerReader reader;
     for (int period = 0; period < 3; ++period) {

@@ -22,7 +22,7 @@ public:
 
     Stage() { connectSensor(); }
 
-    void connectSensor() { platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()}; }
+    void connectSensor() { platform.registry.connectAccelerometer(); }
     void removeSensor() { platform.registry.services = {VirtualService::driver()}; }
 
     // Runs the jobs and events that wait, until none is left.

@@ -7,13 +7,21 @@
 
 namespace quiverly {
 
+namespace {
+
+std::chrono::nanoseconds nanoseconds(double seconds) {
+    return std::chrono::round<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds));
+}
+
+} // namespace
+
 void VirtualMainQueue::drain() {
     while (runTurn()) {
     }
 }
 
 void VirtualMainQueue::advance(double seconds) {
-    const double target = clock + seconds;
+    const auto target = clock + nanoseconds(seconds);
     drain();
     while (!delayed.empty() && delayed.front().due <= target) {
         clock = delayed.front().due;
@@ -25,7 +33,7 @@ void VirtualMainQueue::advance(double seconds) {
 }
 
 void VirtualMainQueue::postAfter(double seconds, mainQueue::Job job) {
-    const double due = clock + seconds;
+    const auto due = clock + nanoseconds(seconds);
     const auto after =
         std::find_if(delayed.begin(), delayed.end(), [due](const Delayed& other) { return other.due > due; });
     delayed.insert(after, {due, std::move(job)});

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <utility>
 #include <vector>
 
 #include "platform/main_queue.h"
@@ -25,13 +27,13 @@ public:
 
 private:
     struct Delayed {
-        double due; // seconds on this queue's clock
+        std::chrono::nanoseconds due; // on this queue's clock
         mainQueue::Job job;
     };
 
     JobQueue jobs;
     std::vector<Delayed> delayed; // by time, then in the order posted
-    double clock = 0.0;           // seconds
+    std::chrono::nanoseconds clock{0};
 };
 
 } // namespace quiverly

@@ -64,6 +64,7 @@ void VirtualRegistry::tell(const std::string& call) const {
 }
 
 bool VirtualRegistry::runLoop(double seconds) {
+    slice = seconds;
     std::unique_lock lock(mutex);
     if (VirtualPlatform::current().threads.real) {
         changed.wait_for(lock, std::chrono::duration<double>(seconds), [this] { return pending.has_value(); });

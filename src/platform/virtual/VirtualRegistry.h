@@ -43,6 +43,9 @@ public:
     std::set<std::string> unbuildable;    // classes for which no wish can be built
     std::set<std::string> unsearchable;   // classes whose lookup fails
 
+    // Has a driver (service 0) and the accelerometer (service 1), and nothing else.
+    void connectAccelerometer() { services = {VirtualService::driver(), VirtualService::accelerometer()}; }
+
     // Told of each call of the port but runLoop(), as in "open 2" for the service with index 2, on the calling thread.
     std::function<void(const std::string& call)> onCall;
 
@@ -52,6 +55,7 @@ public:
     bool deliver(std::span<const std::uint8_t> report);
 
     std::int64_t reportsDelivered() const { return delivered; }
+    double lastSlice() const { return slice; } // seconds for which the run loop was run last
     bool deviceIsOpen() const;
 
     // Handles that the port has given out and not got back.
@@ -75,6 +79,7 @@ private:
     std::vector<VirtualDevice*> openDevices;
     std::optional<std::span<const std::uint8_t>> pending; // the report to be taken next
     std::atomic<std::int64_t> delivered{0};
+    std::atomic<double> slice{0.0};
     std::atomic<std::int64_t> lent{0};
 };
 
