@@ -26,9 +26,6 @@ struct Recording {
     std::vector<Note> notes() const;
     std::vector<int> pitches() const; // of the notes
 
-    // Seconds before the first frame that is not silent; those of the whole recording when there is none.
-    double silenceAhead() const;
-
     std::vector<Frame> frames;
 };
 

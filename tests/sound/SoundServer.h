@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
+#include "ChildProcess.h"
+#include "Recording.h"
 #include "RuntimeFolder.h"
-#include "system/ChildProcess.h"
-#include "system/Recording.h"
 
 namespace quiverly {
 

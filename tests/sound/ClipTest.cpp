@@ -8,7 +8,7 @@
 
 #include "Files.h"
 #include "TemporaryFolder.h"
-#include "system/ToneClip.h"
+#include "ToneClip.h"
 
 namespace quiverly {
 namespace {

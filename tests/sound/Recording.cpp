@@ -1,6 +1,5 @@
-#include "system/Recording.h"
+#include "Recording.h"
 
-#include <algorithm>
 #include <cmath>
 #include <span>
 
@@ -64,11 +63,6 @@ std::vector<int> Recording::pitches() const {
     std::vector<int> pitches;
     for (const Note& note : notes()) pitches.push_back(note.pitch);
     return pitches;
-}
-
-double Recording::silenceAhead() const {
-    const auto loud = std::ranges::find_if(frames, [](const Frame& frame) { return std::abs(frame.left) > silence; });
-    return static_cast<double>(loud - frames.begin()) / rate;
 }
 
 } // namespace quiverly

@@ -1,4 +1,4 @@
-#include "system/SoundServer.h"
+#include "SoundServer.h"
 
 #include <gtest/gtest.h>
 

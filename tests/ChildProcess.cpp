@@ -1,4 +1,4 @@
-#include "system/ChildProcess.h"
+#include "ChildProcess.h"
 
 #include <gtest/gtest.h>
 

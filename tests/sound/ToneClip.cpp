@@ -1,4 +1,4 @@
-#include "system/ToneClip.h"
+#include "ToneClip.h"
 
 #include <gtest/gtest.h>
 

@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
+#include "SoundServer.h"
+#include "ToneClip.h"
 #include "Waiting.h"
 #include "platform/linux/sound/Playback.h"
-#include "system/SoundServer.h"
-#include "system/ToneClip.h"
 
 namespace quiverly {
 namespace {
