@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "TemporaryFolder.h"

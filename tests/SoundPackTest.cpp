@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 

@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cmath>
 #include <limits>
 #include <map>
-#include <optional>
 #include <string>
 #include <type_traits>
 #include <vector>
