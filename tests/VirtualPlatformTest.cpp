@@ -9,6 +9,7 @@
 #include "platform/audio.h"
 #include "platform/random.h"
 #include "platform/virtual/VirtualPlatform.h"
+#include "sensing/AccelerometerReader.h"
 
 namespace quiverly {
 namespace {
@@ -158,6 +159,7 @@ TEST(VirtualRandomTest, TheSameSeedMakesTheSameChoices) {
         VirtualPlatform platform;
         platform.random.generator.seed(seed);
         std::vector<std::size_t> made;
+        made.reserve(100);
         for (int count = 0; count < 100; ++count) made.push_back(random::uniformIndex(30));
         return made;
     };
