@@ -31,7 +31,7 @@ bool isHexadecimal(char digit) {
 }
 
 unsigned valueOf(char hexadecimal) {
-    return hexadecimal <= '9' ? hexadecimal - '0' : (hexadecimal | 0x20) - 'a' + 10;
+    return static_cast<unsigned>(hexadecimal <= '9' ? hexadecimal - '0' : (hexadecimal | 0x20) - 'a' + 10);
 }
 
 std::string inHexadecimal(int byte) {
