@@ -1,57 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <cstdlib>
-#include <new>
 #include <vector>
 
 #include "Reports.h"
+#include "counted_allocations.h"
 #include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 
-namespace {
-
-std::atomic<std::int64_t> allocations = 0;
-
-void* allocate(std::size_t size) {
-    ++allocations;
-    void* const memory = std::malloc(size == 0 ? 1 : size);
-    if (memory == nullptr) throw std::bad_alloc();
-    return memory;
-}
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    return allocate(size);
-}
-void* operator new[](std::size_t size) {
-    return allocate(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-
 namespace quiverly {
 namespace {
-
-template<class Action>
-std::int64_t allocationsDuring(Action action) {
-    const std::int64_t before = allocations;
-    action();
-    return allocations - before;
-}
 
 // The road as it flows, all on one thread: 1,000 reports a second go through here.
 class AllocationTest : public testing::Test {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <functional>
@@ -14,6 +15,7 @@
 #include <QThread>
 
 #include "Waiting.h"
+#include "counted_allocations.h"
 #include "platform/main_queue.h"
 
 namespace quiverly {
@@ -118,6 +120,28 @@ TEST_F(QtMainQueueTest, ThePostedJobsOfARunningLoopNeedNoOtherEvent) {
     std::thread poster([] { mainQueue::post([] { mainQueue::post([] { QCoreApplication::quit(); }); }); });
     EXPECT_EQ(QCoreApplication::exec(), 0);
     poster.join();
+}
+
+TEST_F(QtMainQueueTest, InASteadyFlowNothingIsAllocatedButTheJobs) {
+    int ran = 0;
+    const auto flow = [&ran] {
+        const int before = ran;
+        mainQueue::post([&ran] {
+            mainQueue::post([&ran] { ++ran; }); // wakes the queue while the event that woke it lives
+            ++ran;
+        });
+        while (ran < before + 2) QCoreApplication::processEvents();
+    };
+    for (int round = 0; round < 10; ++round) flow();
+    EXPECT_EQ(allocationsDuring([&] {
+                  for (int round = 0; round < 1000; ++round) flow();
+              }),
+              0); // jobs as small as these are held without memory of their own
+    EXPECT_GT(allocationsDuring([] {
+                  mainQueue::post([large = std::array<char, 1000>()] { static_cast<void>(large); });
+                  QCoreApplication::processEvents();
+              }),
+              0);
 }
 
 TEST_F(QtMainQueueTest, WhatIsPostedWithoutAnApplicationWaitsForTheNext) {

@@ -1,7 +1,10 @@
 #include "platform/main_queue.h"
 
+#include <array>
+#include <atomic>
 #include <chrono>
 #include <map>
+#include <new>
 #include <utility>
 
 #include <QCoreApplication>
@@ -15,6 +18,31 @@ namespace quiverly {
 
 namespace {
 
+// Makes Qt's event loop run a turn of the jobs. Memory is kept for the two that there are at most in a steady flow, one
+// that runs its turn and one that waits, so that a sample costs no allocation but that of its job.
+class Wake : public QEvent {
+public:
+    Wake() : QEvent(QEvent::User) {}
+
+    static void* operator new(std::size_t size) {
+        for (auto& place : spare) {
+            if (void* const memory = place.exchange(nullptr)) return memory;
+        }
+        return ::operator new(size);
+    }
+
+    static void operator delete(void* memory) {
+        for (auto& place : spare) {
+            void* empty = nullptr;
+            if (place.compare_exchange_strong(empty, memory)) return;
+        }
+        ::operator delete(memory);
+    }
+
+private:
+    static inline std::array<std::atomic<void*>, 2> spare = {};
+};
+
 // Runs a turn of the jobs when Qt's event loop hands it the event that woke it.
 class MainQueue : public QObject {
 public:
@@ -27,7 +55,7 @@ public:
         delayed.insert_or_assign(startTimer(delay, Qt::PreciseTimer), std::move(job));
     }
 
-    void wake() { QCoreApplication::postEvent(this, new QEvent(QEvent::User)); }
+    void wake() { QCoreApplication::postEvent(this, new Wake); }
 
 private:
     bool event(QEvent* event) override {
