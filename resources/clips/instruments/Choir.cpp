@@ -21,7 +21,8 @@ void singTogether(Stage& stage, const std::vector<double>& keys, const Voice& ma
             voice.pitch = manner.pitch * keyPitch(key + random.between(-outOfTune, outOfTune));
             voice.tract = manner.tract * (key > highestManKey ? 1.17 : 1.0) * random.between(0.97, 1.03);
             voice.vibratoRate = manner.vibratoRate * random.between(0.9, 1.1);
-            stage.play(sing(voice, random), at + random.between(0, outOfTime), gain, 0.8 * (singer - 1));
+            const double late = random.between(0, outOfTime);
+            stage.play(sing(voice, random), at + late, gain, 0.8 * (singer - 1));
         }
     }
 }

@@ -16,7 +16,9 @@ Signal bowed(double seconds, const Gesture& hertz, const Gesture& loudness, Rand
     Signal desk;
     for (int player = 0; player < players; ++player) {
         const double detuning = semitones(random.between(-outOfTune, outOfTune));
-        add(desk, saw(seconds, hertz * detuning, {random.between(0.2, 0.4), random.between(5, 6.5)}), 0);
+        const double vibratoDepth = random.between(0.2, 0.4);
+        const double vibratoRate = random.between(5, 6.5);
+        add(desk, saw(seconds, hertz * detuning, {vibratoDepth, vibratoRate}), 0);
     }
     add(desk, hiss(seconds, random), 0, 0.04);
     Signal sound = lowPassed(desk, 3200);

@@ -101,14 +101,16 @@ Stereo fanfare(Random& random) {
     Stage stage;
     const auto trumpets = [&](const Keys& keys, double at, double seconds) {
         for (const double key : keys) {
+            const double detuned = key + random.between(-0.06, 0.06);
+            const double place = random.between(-0.5, 0.5);
             stage.play(blown({.seconds = seconds,
-                              .pitch = keyPitch(key + random.between(-0.06, 0.06)),
+                              .pitch = keyPitch(detuned),
                               .loudness = {{0, 0.4}, {0.06, 1}, {0.75, 0.8}, {1, 0}},
                               .openness = {{0, 1500}, {0.15, 5200}, {1, 2500}},
                               .body = 1200,
                               .vibrato = 0.2},
                              random),
-                       at, 0.5, random.between(-0.5, 0.5));
+                       at, 0.5, place);
         }
     };
     trumpets({67}, 0, 0.16);
@@ -156,7 +158,8 @@ Stereo dreamChord(Random& random) {
     Stage stage;
     const Gesture swell{{0, 0.3}, {0.35, 1}, {1, 0}};
     for (const double key : {53, 60, 64, 67, 71, 74}) {
-        stage.play(bowed(1.7, keyPitch(key), swell, random), 0, 0.4, random.between(-0.7, 0.7));
+        const double place = random.between(-0.7, 0.7);
+        stage.play(bowed(1.7, keyPitch(key), swell, random), 0, 0.4, place);
     }
     ring(stage, body::bar, {89, 91, 95, 98, 101, 103, 107}, 0.15, 0.08, 0.3, 0.6);
     return stage.in(room::cathedral);

@@ -29,7 +29,8 @@ Signal growl(double seconds, const Gesture& pitch, double tract, const Gesture& 
 
 void chirp(Stage& stage, double at, double top, double seconds, double gain, Random& random) {
     const Gesture bend{{0, 0.8 * top}, {0.35, top}, {1, 0.45 * top}};
-    stage.play(whistle(seconds, bend, {{0, 0.5}, {0.2, 1}, {1, 0}}, random), at, gain, random.between(-0.4, 0.4));
+    const double place = random.between(-0.4, 0.4);
+    stage.play(whistle(seconds, bend, {{0, 0.5}, {0.2, 1}, {1, 0}}, random), at, gain, place);
 }
 
 Stereo tongueFlick(Random& random) {
@@ -84,7 +85,8 @@ Stereo chirps(Random& random) {
     Stage stage;
     double at = 0;
     for (int i = 0; i < 7; ++i) {
-        chirp(stage, at, random.between(2300, 3600), 0.085, 1, random);
+        const double top = random.between(2300, 3600);
+        chirp(stage, at, top, 0.085, 1, random);
         at += 0.115 - 0.007 * i;
     }
     return stage.in(room::parlour);
@@ -94,8 +96,11 @@ Stereo scuttle(Random& random) {
     Stage stage;
     double at = 0;
     for (int step = 0; step < 9; ++step) {
-        stage.play(struck(body::wood, random.between(420, 700), 0.5), at, random.between(0.5, 1), 0.2 * step - 0.8);
-        stage.play(smack(3800, 0.04, random), at, 0.25, 0.2 * step - 0.8);
+        const double hertz = random.between(420, 700);
+        const double gain = random.between(0.5, 1);
+        const double place = 0.2 * step - 0.8;
+        stage.play(struck(body::wood, hertz, 0.5), at, gain, place);
+        stage.play(smack(3800, 0.04, random), at, 0.25, place);
         at += 0.055;
     }
     return stage.play(hissed(0.2, 3500, {{0, 0.3}, {0.4, 1}, {1, 0}}, random), at, 0.4, 0.9).in(room::parlour);
@@ -228,9 +233,9 @@ Pack lizardPack() {
                 {"Chirps", 57, chirps},
                 {"A cricket, crunched", 55, crunchACricket},
                 {"A croak", 56, croakOnce},
+                {"Scuttling off", 59, scuttle},
                 {"A gecko says its name", 58, gecko},
                 {"A low growl", 64, lowGrowl},
-                {"Scuttling off", 59, scuttle},
                 {"A bullfrog", 62, bullfrog},
                 {"A short hiss", 60, shortHiss},
                 {"A snarl", 65, snarl},

@@ -168,11 +168,15 @@ Stereo pianoDrop(Random& random) {
     Stage stage;
     stage.play(thump(65, 0.4)).play(smack(900, 0.2, random), 0, 0.8).play(struck(body::wood, 150, 0.8), 0, 0.9);
     for (const double key : {33, 40, 41, 47, 52, 53, 58, 63, 64, 70, 75}) {
-        stage.play(plucked(keyPitch(key), 1.5, 0.9, random), random.between(0, 0.05), 0.55, random.between(-0.8, 0.8));
+        const double at = random.between(0, 0.05);
+        const double place = random.between(-0.8, 0.8);
+        stage.play(plucked(keyPitch(key), 1.5, 0.9, random), at, 0.55, place);
     }
     for (int splinter = 0; splinter < 9; ++splinter) {
-        stage.play(struck(body::wood, random.between(500, 1100), 0.8), random.between(0.25, 0.95), 0.9,
-                   random.between(-1, 1));
+        const double hertz = random.between(500, 1100);
+        const double at = random.between(0.25, 0.95);
+        const double place = random.between(-1, 1);
+        stage.play(struck(body::wood, hertz, 0.8), at, 0.9, place);
     }
     stage.play(plucked(keyPitch(84), 0.8, 0.9, random), 1.2, 1.6, 0.4);
     return stage.in(room::parlour);

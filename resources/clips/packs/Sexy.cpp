@@ -249,7 +249,9 @@ Stereo champagne(Random& random) {
 Stereo flamenco(Random& random) {
     Stage stage;
     for (const double at : {0.0, 0.09, 0.18, 0.36, 0.45, 0.54}) {
-        stage.play(struck(body::wood, random.between(1500, 1700), 0.8), at, 0.7, random.between(-0.8, 0.8));
+        const double hertz = random.between(1500, 1700);
+        const double place = random.between(-0.8, 0.8);
+        stage.play(struck(body::wood, hertz, 0.8), at, 0.7, place);
     }
     for (const double key : {52, 59, 64, 68, 71, 76}) {
         stage.play(plucked(keyPitch(key), 0.9, 0.8, random), 0.72 + 0.012 * (key - 52) / 4, 0.5, 0.3);
@@ -296,6 +298,7 @@ Stereo bigBand(Random& random) {
     Stage stage;
     const auto hit = [&](const std::vector<double>& keys, double at, double seconds) {
         for (const double key : keys) {
+            const double place = random.between(-0.7, 0.7);
             stage.play(blown({.seconds = seconds,
                               .pitch = {{0, keyPitch(key)}, {0.7, keyPitch(key)}, {1, keyPitch(key - 3)}},
                               .loudness = {{0, 0.5}, {0.08, 1}, {0.7, 0.8}, {1, 0}},
@@ -304,7 +307,7 @@ Stereo bigBand(Random& random) {
                               .vibrato = 0.5,
                               .growl = 0.2},
                              random),
-                       at, 0.5, random.between(-0.7, 0.7));
+                       at, 0.5, place);
         }
         stage.play(crash(0.6, 5000, random), at, 0.35).play(thump(85, 0.2), at, 0.8);
     };
@@ -316,8 +319,11 @@ Stereo bigBand(Random& random) {
 
 void applause(Stage& stage, double from, double seconds, int claps, Random& random) {
     for (int clap = 0; clap < claps; ++clap) {
-        stage.play(smack(random.between(900, 2200), 0.09, random), random.between(from, from + seconds),
-                   random.between(0.15, 0.4), random.between(-1, 1));
+        const double hertz = random.between(900, 2200);
+        const double at = random.between(from, from + seconds);
+        const double gain = random.between(0.15, 0.4);
+        const double place = random.between(-1, 1);
+        stage.play(smack(hertz, 0.09, random), at, gain, place);
     }
 }
 
@@ -386,7 +392,8 @@ Stereo oohLaLaWithAKiss(Random& random) {
         at += 0.055;
     }
     for (const double key : {52, 59, 64, 68}) {
-        stage.play(bowed(1.1, keyPitch(key), swell, random), 0.8, 0.14, random.between(-0.8, 0.8));
+        const double place = random.between(-0.8, 0.8);
+        stage.play(bowed(1.1, keyPitch(key), swell, random), 0.8, 0.14, place);
     }
     stage.play(struck(body::bar, keyPitch(100), 0.6, 0.6), 2.05, 0.35);
     return stage.in(room::hall);
@@ -395,8 +402,8 @@ Stereo oohLaLaWithAKiss(Random& random) {
 // What holds up a high note: strings, a rolling kettledrum, a cymbal on the last beat.
 void orchestra(Stage& stage, const std::vector<double>& keys, double seconds, double gain, Random& random) {
     for (const double key : keys) {
-        stage.play(bowed(seconds, keyPitch(key), {{0, 0.5}, {0.7, 1}, {0.9, 0.9}, {1, 0}}, random), 0, gain,
-                   random.between(-0.9, 0.9));
+        const double place = random.between(-0.9, 0.9);
+        stage.play(bowed(seconds, keyPitch(key), {{0, 0.5}, {0.7, 1}, {0.9, 0.9}, {1, 0}}, random), 0, gain, place);
     }
     for (double at = 0; at < 0.8 * seconds; at += 0.07) {
         stage.play(struck(body::drum, 82, 0.4, 0.5), at, gain * (0.4 + at / seconds));
@@ -444,8 +451,10 @@ Stereo operaFinale(Random& random) {
     singTogether(stage, {57, 64}, everyone, 0, 0.3, random);
     stage.play(sing(diva, random), 0, 1.2);
     for (int shard = 0; shard < 26; ++shard) {
-        stage.play(struck(body::glass, random.between(1900, 5200), 0.9, 0.3), 2.3 + random.between(0, 0.5), 0.4,
-                   random.between(-1, 1));
+        const double hertz = random.between(1900, 5200);
+        const double at = random.between(2.3, 2.8);
+        const double place = random.between(-1, 1);
+        stage.play(struck(body::glass, hertz, 0.9, 0.3), at, 0.4, place);
     }
     return stage.play(crash(0.8, 5500, random), 2.3, 0.6).in(room::hall);
 }
@@ -479,9 +488,9 @@ Pack sexyPack() {
                 {"A swoon", 123, swoon},
                 {"Champagne", 121, champagne},
                 {"Big band", 126, bigBand},
+                {"Bravo", 125, bravo},
                 {"Hot saxophone", 124, hotSax},
                 {"The diva warms up", 127, divaWarmsUp},
-                {"Bravo", 125, bravo},
                 {"Ooh la la, with a kiss", 128, oohLaLaWithAKiss},
                 {"The tenor's high note, and applause", 129, tenor},
                 {"Opera, the end of it", 130, operaFinale},
