@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -7,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "AnotherUser.h"
 #include "TemporaryFolder.h"
 #include "platform/bundle.h"
 #include "platform/virtual/VirtualPlatform.h"
@@ -110,44 +110,24 @@ TEST_F(BundleTest, NamesThatAreNoUtf8AreKeptByteForByte) {
     EXPECT_EQ(clips("clips"), Names{name});
 }
 
-// The superuser may read everything, so it is nobody who looks.
-class Nobody {
-public:
-    Nobody() {
-        if (former == 0 && ::seteuid(65534) != 0) std::abort();
-    }
-    ~Nobody() {
-        if (former == 0 && ::seteuid(former) != 0) std::abort();
-    }
-    Nobody(const Nobody&) = delete;
-    Nobody& operator=(const Nobody&) = delete;
-
-private:
-    uid_t former = ::geteuid();
-};
-
 TEST_F(BundleTest, AFolderThatCannotBeReadIsTheEmptyList) {
     own.addFile("audio/pain/1.mp3");
     installed.addFile("audio/pain/2.mp3");
-    fs::permissions(own.path(), fs::perms::all);
+    another_user::give(own.path());
+    another_user::give(installed.path());
     fs::permissions(own.path() / "audio/pain", fs::perms::none);
-    {
-        const Nobody nobody;
-        EXPECT_EQ(clips("audio/pain"), Names{});
-    }
+    another_user::act([] { EXPECT_EQ(clips("audio/pain"), Names{}); });
     fs::permissions(own.path() / "audio/pain", fs::perms::all);
-    EXPECT_EQ(clips("audio/pain"), Names{"1.mp3"});
+    another_user::act([] { EXPECT_EQ(clips("audio/pain"), Names{"1.mp3"}); });
 }
 
 TEST_F(BundleTest, AFolderThatCannotBeEnteredFallsThrough) {
     own.addFile("audio/pain/1.mp3");
     installed.addFile("audio/pain/2.mp3");
-    fs::permissions(installed.path(), fs::perms::all);
+    another_user::give(own.path());
+    another_user::give(installed.path());
     fs::permissions(own.path(), fs::perms::none);
-    {
-        const Nobody nobody;
-        EXPECT_EQ(clips("audio/pain"), Names{"2.mp3"});
-    }
+    another_user::act([] { EXPECT_EQ(clips("audio/pain"), Names{"2.mp3"}); });
     fs::permissions(own.path(), fs::perms::all);
 }
 

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <array>
@@ -7,6 +6,7 @@
 #include <fstream>
 #include <thread>
 
+#include "AnotherUser.h"
 #include "FakeLaptop.h"
 #include "LiveLaptop.h"
 #include "OpenSensor.h"
@@ -277,17 +277,6 @@ TEST(LaptopConnectionTest, DescriptorsThatAPeerHandsOverAreNotKept) {
     EXPECT_TRUE(waitUntil([&] { return ProcessResources::now().descriptors <= before.descriptors + 3; }));
 }
 
-// Runs the body as another user in a child process; the child's exit status.
-template<class Body>
-int asAnotherUser(Body body) {
-    constexpr uid_t nobody = 65534;
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(::setresuid(nobody, nobody, nobody) == 0 ? body() : 99);
-    int status = -1;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
 // A living laptop that other users reach as far as the system is concerned.
 class OpenToAll : public LiveLaptop {
 public:
@@ -299,23 +288,22 @@ public:
 };
 
 TEST(LaptopConnectionTest, ALaptopOfAnotherUserIsNoSensor) {
-    if (::geteuid() != 0) GTEST_SKIP() << "NOT RUN: only root can act as another user";
+    if (!another_user::isPossible()) GTEST_SKIP() << "NOT RUN: only root can act as another user";
     const OpenToAll laptop;
     EXPECT_EQ(outcomeOfStart(), "listening");
-    EXPECT_EQ(asAnotherUser([] { return LaptopConnection::connect() == nullptr ? 0 : 1; }), 0);
+    another_user::act([] { EXPECT_EQ(LaptopConnection::connect(), nullptr); });
 }
 
 TEST(LaptopConnectionTest, AnotherUserLearnsNothingFromTheLaptop) {
-    if (::geteuid() != 0) GTEST_SKIP() << "NOT RUN: only root can act as another user";
-    OpenToAll laptop;
-    EXPECT_EQ(asAnotherUser([] {
-                  const FileDescriptor socket(::socket(AF_UNIX, SOCK_SEQPACKET, 0));
-                  const auto address = SocketAddress::ofFile(laptop::socketPlace().socket());
-                  if (::connect(socket.get(), address.get(), address.length()) != 0) return 1;
-                  char byte = 0;
-                  return ::recv(socket.get(), &byte, 1, 0) <= 0 ? 0 : 2;
-              }),
-              0);
+    if (!another_user::isPossible()) GTEST_SKIP() << "NOT RUN: only root can act as another user";
+    const OpenToAll laptop;
+    another_user::act([] {
+        const FileDescriptor socket(::socket(AF_UNIX, SOCK_SEQPACKET, 0));
+        const auto address = SocketAddress::ofFile(laptop::socketPlace().socket());
+        ASSERT_EQ(::connect(socket.get(), address.get(), address.length()), 0);
+        char byte = 0;
+        EXPECT_LE(::recv(socket.get(), &byte, 1, 0), 0);
+    });
     EXPECT_EQ(outcomeOfStart(), "listening");
 }
 

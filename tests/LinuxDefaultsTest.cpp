@@ -1,6 +1,5 @@
 #include "platform/defaults.h"
 
-#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -19,6 +18,7 @@
 #include <QCoreApplication>
 #include <QJsonDocument>
 
+#include "AnotherUser.h"
 #include "Environment.h"
 #include "Files.h"
 #include "OtherProcess.h"
@@ -50,21 +50,8 @@ protected:
 
     // Of one who owns the files but, unlike the superuser, is not allowed everything.
     void inAProcessOfAnOrdinaryUser(const std::function<void()>& actions) const {
-        constexpr uid_t nobody = 65534;
-        if (::geteuid() == 0) {
-            for (const auto& entry : fs::recursive_directory_iterator(home.path())) {
-                ASSERT_EQ(::chown(entry.path().c_str(), nobody, nobody), 0);
-            }
-            ASSERT_EQ(::chown(home.path().c_str(), nobody, nobody), 0);
-        }
-        inAProcess([&] {
-            if (::geteuid() == 0) {
-                ASSERT_EQ(::setgroups(0, nullptr), 0);
-                ASSERT_EQ(::setgid(nobody), 0);
-                ASSERT_EQ(::setuid(nobody), 0);
-            }
-            actions();
-        });
+        another_user::give(home.path());
+        another_user::act(application(actions));
     }
 
     void store(const std::string& content) const { home.addFile("quiverly/settings.json", content); }
