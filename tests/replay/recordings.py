@@ -30,6 +30,7 @@ class Writer:
         self.time = 0  # nanoseconds
         self.lines = []
         self.level = 65536
+        self.careful = random.random() < NOTHING_WRONG
 
     def recording(self):
         random = self.random
@@ -44,7 +45,7 @@ class Writer:
         recording = b"".join(self.lines)
         if random.random() < 0.2:
             recording = recording.rstrip(b"\r\n")
-        return recording if random.random() < NOTHING_WRONG else self.spoil(recording)
+        return recording if self.careful else self.spoil(recording)
 
     def advance(self):
         whole, _, fraction = self.random.choice(STEPS).partition(".")
@@ -79,7 +80,7 @@ class Writer:
                 self.time += 1_000_000
 
     def command(self):
-        rare = self.random.random() < 0.04
+        rare = not self.careful and self.random.random() < 0.04
         self.write(self.random.choice(RARE_COMMANDS if rare else COMMANDS))
 
     def restart(self):
