@@ -431,6 +431,10 @@ const Failure failures[] = {
      [](VirtualRegistry& registry) { sensorOf(registry).properties->erase("PrimaryUsage"); },
      missing,
      {"properties 1", "release 1", "release services"}},
+    {"AServiceWithoutUsagePage",
+     [](VirtualRegistry& registry) { sensorOf(registry).properties->erase("PrimaryUsagePage"); },
+     missing,
+     {"properties 1", "release 1", "release services"}},
     {"KeysThatAreNoIntegers",
      [](VirtualRegistry& registry) {
          sensorOf(registry).properties = {{"PrimaryUsagePage", "65280"}, {"PrimaryUsage", "3"}};
