@@ -104,6 +104,25 @@ TEST_F(BundleTest, AFileInTheFoldersPlaceIsNoFolder) {
     EXPECT_EQ(clips("audio/pain"), std::nullopt);
 }
 
+TEST_F(BundleTest, ForeignNamesAreFoundWhateverTheyHold) {
+    Names names{"-rf.mp3",  "2 Füße.mp3",     "10 O'Malley \"quoted\" $(x).mp3", "Ärger.mp3", "悲鳴.mp3",
+                "🦎.mp3", "two\nlines.mp3", std::string(250, 'z') + ".mp3"};
+    for (const std::string& name : names) own.addFile(fs::path("clips") / name);
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(clips("clips"), names);
+}
+
+TEST_F(BundleTest, FiveHundredClipsAreFoundAndHaveTheirNaturalOrder) {
+    Names names;
+    for (int number = 1; number <= 500; ++number) {
+        names.push_back(std::to_string(number) + ".mp3");
+        own.addFile(fs::path("clips") / names.back());
+    }
+    auto found = clips("clips").value();
+    std::sort(found.begin(), found.end(), bundle::precedes);
+    EXPECT_EQ(found, names);
+}
+
 TEST_F(BundleTest, NamesThatAreNoUtf8AreKeptByteForByte) {
     const std::string name = "\xFF\xFE.mp3";
     own.addFile(fs::path("clips") / name);

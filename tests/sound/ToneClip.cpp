@@ -23,6 +23,12 @@ void ToneClip::write(const std::filesystem::path& file) const {
     info.format = format;
     SNDFILE* sound = sf_open(file.c_str(), SFM_WRITE, &info);
     ASSERT_TRUE(sound) << sf_strerror(nullptr);
+    if (bitRateMode != SF_BITRATE_MODE_CONSTANT) {
+        double level = 0.5; // the mode counts from there
+        EXPECT_EQ(sf_command(sound, SFC_SET_COMPRESSION_LEVEL, &level, sizeof level), SF_TRUE);
+        int mode = bitRateMode;
+        EXPECT_EQ(sf_command(sound, SFC_SET_BITRATE_MODE, &mode, sizeof mode), SF_TRUE);
+    }
     EXPECT_EQ(sf_writef_float(sound, samples.data(), static_cast<sf_count_t>(frames)), std::ssize(samples) / channels);
     EXPECT_EQ(sf_close(sound), 0);
 }

@@ -14,6 +14,7 @@ struct ToneClip {
     int rate = 48'000;
     int channels = 2;
     int format = SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III;
+    int bitRateMode = SF_BITRATE_MODE_CONSTANT; // of an MP3
 
     void write(const std::filesystem::path& file) const;
 
