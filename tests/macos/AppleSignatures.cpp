@@ -7,6 +7,7 @@
 #include <CoreFoundation/CoreFoundation.h>
 #include <IOKit/IOKitLib.h>
 #include <IOKit/hid/IOHIDDevice.h>
+#include <mach-o/dyld.h>
 
 #ifdef __OBJC__
 #import <AVFoundation/AVFoundation.h>
@@ -81,6 +82,9 @@ static_assert(has<IOHIDDeviceRegisterInputReportCallback,
                   void(IOHIDDeviceRef, std::uint8_t*, CFIndex, IOHIDReportCallback, void*)>);
 static_assert(std::is_same_v<IOHIDReportCallback,
                              void (*)(void*, IOReturn, void*, IOHIDReportType, std::uint32_t, std::uint8_t*, CFIndex)>);
+
+// The dynamic loader
+static_assert(has<_NSGetExecutablePath, int(char*, std::uint32_t*)>);
 
 #ifdef __OBJC__
 

@@ -27,6 +27,10 @@ std::vector<std::uint8_t> AppleFrameworks::reportAfterUnscheduling() {
     return instance != nullptr ? instance->delayedReport : std::vector<std::uint8_t>{};
 }
 
+std::filesystem::path AppleFrameworks::executablePath() {
+    return instance != nullptr ? instance->executable : std::filesystem::path();
+}
+
 void AppleFrameworks::tell(const RunLoopRun& run) {
     if (instance == nullptr) return;
     const std::lock_guard lock(instance->mutex);

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <filesystem>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -35,12 +36,14 @@ public:
     Fault propertiesComeWithAnError = false; // the properties can be read, and the result says otherwise
     Fault deviceIsGone = false;              // it is a source of no run loop any more
     std::vector<std::uint8_t> delayedReport; // unless empty: reaches the callback after the device was unscheduled
+    std::filesystem::path executable;        // by which the program is said to have been started
 
     std::optional<RunLoopRun> lastRun() const; // on whichever thread
 
     // The stand-ins use these.
     static bool occurs(Fault AppleFrameworks::*fault);
     static std::vector<std::uint8_t> reportAfterUnscheduling();
+    static std::filesystem::path executablePath();
     static void tell(const RunLoopRun& run);
 
 private:
