@@ -10,6 +10,10 @@ namespace {
 
 constexpr double compression = 0.45; // 0 best, 1 smallest; here about 130 kbit/s
 
+// In the comment, since the encoder drops the field that is meant for it; and longer than an ID3v1 tag holds, so that
+// the encoder writes an ID3v2 tag as well.
+constexpr auto licence = "CC0 1.0, creativecommons.org/publicdomain/zero/1.0";
+
 [[noreturn]] void fail(const std::filesystem::path& file, const std::string& reason) {
     throw std::runtime_error(file.string() + ": " + reason);
 }
@@ -30,7 +34,7 @@ void writeMp3(const std::filesystem::path& file, const Stereo& sound, const std:
     }
     out.setString(SF_STR_TITLE, title.c_str());
     out.setString(SF_STR_ARTIST, "Quiverly");
-    out.setString(SF_STR_COPYRIGHT, "CC0 1.0");
+    out.setString(SF_STR_COMMENT, licence);
     std::vector<double> frames;
     frames.reserve(2 * sound.left.size());
     for (std::size_t i = 0; i < sound.left.size(); ++i) {
@@ -47,16 +51,15 @@ Stereo readMp3(const std::filesystem::path& file) {
     if (!in) {
         fail(file, in.strError());
     }
-    if (in.samplerate() != static_cast<int>(sampleRate)) {
-        fail(file, "The sample rate is not 48 kHz.");
+    if (in.samplerate() != static_cast<int>(sampleRate) || in.channels() != 2) {
+        fail(file, "This is not stereo at 48 kHz.");
     }
-    const auto channels = static_cast<std::size_t>(in.channels());
-    std::vector<double> samples(static_cast<std::size_t>(in.frames()) * channels);
+    std::vector<double> samples(2 * static_cast<std::size_t>(in.frames()));
     const auto read = static_cast<std::size_t>(in.readf(samples.data(), in.frames()));
     Stereo sound;
     for (std::size_t i = 0; i < read; ++i) {
-        sound.left.push_back(samples[i * channels]);
-        sound.right.push_back(samples[i * channels + channels - 1]);
+        sound.left.push_back(samples[2 * i]);
+        sound.right.push_back(samples[2 * i + 1]);
     }
     return sound;
 }

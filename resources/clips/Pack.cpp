@@ -24,18 +24,17 @@ std::vector<Pack> allPacks() {
     return {painPack(), sexyPack(), haloPack(), lizardPack()};
 }
 
-Stereo rendered(const Pack& pack, std::size_t index) {
+void make(const Pack& pack, std::size_t index, const std::filesystem::path& folder) {
     const Clip& clip = pack.clips[index];
+    const std::filesystem::path file = folder / fileOf(pack, index);
     Random random(clip.seed);
-    return mastered(clip.compose(random), wantedLoudness(pack, index));
+    std::filesystem::create_directories(file.parent_path());
+    writeMp3(file, mastered(clip.compose(random), wantedLoudness(pack, index)), clip.title);
 }
 
 void makeAll(const std::filesystem::path& folder) {
     for (const Pack& pack : allPacks()) {
-        std::filesystem::create_directories(folder / pack.name.folder());
-        for (std::size_t i = 0; i < pack.clips.size(); ++i) {
-            writeMp3(folder / fileOf(pack, i), rendered(pack, i), pack.clips[i].title);
-        }
+        for (std::size_t index = 0; index < pack.clips.size(); ++index) make(pack, index, folder);
     }
 }
 

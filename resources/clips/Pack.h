@@ -33,11 +33,9 @@ Pack lizardPack();
 // All packs, in the order in which they are offered.
 std::vector<Pack> allPacks();
 
-// The clip at an index of the pack, ready to be encoded.
-Stereo rendered(const Pack& pack, std::size_t index);
-
-// Makes every clip, each in its file below the folder. Throws std::runtime_error when a file cannot be written or
-// speech cannot be had.
+// Makes one clip or every clip, each in its file below the folder. Throws std::runtime_error when a file cannot be
+// written or speech cannot be had.
+void make(const Pack& pack, std::size_t index, const std::filesystem::path& folder);
 void makeAll(const std::filesystem::path& folder);
 
 // The clip's file below the folder that holds all packs.

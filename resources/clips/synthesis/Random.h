@@ -5,8 +5,8 @@
 namespace quiverly::clips {
 
 // The chance in a clip: equal seeds give equal numbers with every compiler, which the standard distributions do not
-// promise (SplitMix64, public domain, S. Vigna). Draw into named values first, never twice in one call's arguments: every
-// compiler evaluates those in an order of its own.
+// promise (SplitMix64, public domain, S. Vigna). Draw into named values first, never twice in one call's arguments:
+// every compiler evaluates those in an order of its own.
 class Random {
 public:
     explicit Random(std::uint64_t seed) : state_(seed) {}
