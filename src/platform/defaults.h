@@ -13,7 +13,9 @@ struct OtherObject {}; // stored, but neither a number nor a text
 
 using Object = std::variant<double, std::string, OtherObject>;
 
-std::optional<std::string> text(const char* key); // nothing when there is none or it is no text
+// Nothing when nothing is stored, or what is neither a text nor a number. A number is nothing or its digits, as the
+// system's store has it.
+std::optional<std::string> text(const char* key);
 std::optional<Object> object(const char* key);
 
 void setText(const char* key, const std::string& value);

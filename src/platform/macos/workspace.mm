@@ -3,11 +3,12 @@
 #import <AppKit/AppKit.h>
 
 #include "platform/macos/foundation_text.h"
+#include "platform/macos/input_monitoring.h"
 
 namespace quiverly {
 
 std::optional<std::string> workspace::sensorAccessPage() {
-    return "x-apple.systempreferences:com.apple.preference.security?Privacy_ListenEvent";
+    return inputMonitoringPage;
 }
 
 void workspace::openURL(const std::string& url) {

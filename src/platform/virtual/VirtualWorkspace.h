@@ -4,13 +4,14 @@
 #include <optional>
 #include <string>
 
+#include "platform/macos/input_monitoring.h"
+
 namespace quiverly {
 
 // The desktop around the virtual platform: shows nothing, and tells who asked for what.
 class VirtualWorkspace {
 public:
-    std::optional<std::string> sensorAccessPage =
-        "x-apple.systempreferences:com.apple.preference.security?Privacy_ListenEvent";
+    std::optional<std::string> sensorAccessPage = inputMonitoringPage;
     std::function<void(const std::string& url)> onOpen;
 };
 
