@@ -140,12 +140,24 @@ class Entitlements(unittest.TestCase):
 
 
 class Cask(unittest.TestCase):
-    def test_draft_names_this_version_and_nothing_is_left_open(self):
-        cask = (BUILD / "packaging" / "macos" / "quiverly.rb").read_text()
-        self.assertIn(f'version "{VERSION}"', cask)
-        self.assertIn(f"{IDENTIFIER}.plist", cask)
-        self.assertIn("arch: :arm64", cask)
-        self.assertNotIn("@", cask)
+    def setUp(self):
+        self.cask = (BUILD / "packaging" / "macos" / "quiverly.rb").read_text()
+
+    def test_it_names_this_version_and_these_settings(self):
+        self.assertIn(f'version "{VERSION}"', self.cask)
+        self.assertIn(f"{IDENTIFIER}.plist", self.cask)
+        self.assertIn("arch: :arm64", self.cask)
+        self.assertNotRegex(self.cask, r"@|\$\{")
+
+    def test_it_is_a_draft_and_marks_what_is_open(self):
+        self.assertRegex(self.cask, "^# DRAFT ")
+        for line in self.cask.splitlines():
+            self.assertEqual("example.org" in line or ":no_check" in line, "# open: " in line, line)
+
+    def test_description_is_one_that_homebrew_takes(self):
+        description = re.search('desc "(.*)"', self.cask).group(1)
+        self.assertTrue(0 < len(description) < 80)
+        self.assertNotRegex(description, r"^(An?|The|Quiverly)\b|\.$")
 
 
 class Scripts(unittest.TestCase):
