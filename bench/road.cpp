@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -56,7 +57,7 @@ struct Scorer {
     double score(const Sample& sample) {
         const double now = magnitude(sample);
         baseline = baseline * 0.995 + now * 0.005;
-        const double score = std::fmax(std::fabs(now - baseline), std::fabs(now - previous));
+        const double score = std::max(std::abs(now - baseline), std::abs(now - previous));
         previous = now;
         return score;
     }
@@ -64,6 +65,15 @@ struct Scorer {
 
 void deliver(AccelerometerReader& reader, std::vector<std::uint8_t>& report) {
     Inspector::inputReportCallback(&reader, hid::success, nullptr, 0, 0, report.data(), std::ssize(report));
+}
+
+// The same after so many other reports. The compiler is to know neither their number nor what becomes of it.
+void deliverAfter(std::int64_t others, AccelerometerReader& reader, std::vector<std::uint8_t>& report) {
+    std::int64_t& counter = Inspector::decimationCounter(reader);
+    counter = others;
+    benchmark::DoNotOptimize(counter);
+    deliver(reader, report);
+    benchmark::DoNotOptimize(counter);
 }
 
 // Measures what `block` does, which is work on that many items.
@@ -79,10 +89,7 @@ void skippedReport(benchmark::State& state) {
     auto reports = blockOfReports();
     AccelerometerReader reader;
     measure(state, blockSize, [&] {
-        for (auto& report : reports) {
-            Inspector::decimationCounter(reader) = 0;
-            deliver(reader, report);
-        }
+        for (auto& report : reports) deliverAfter(0, reader, report);
     });
 }
 BENCHMARK(skippedReport)->Name("skipped report");
@@ -108,10 +115,7 @@ void decodedReport(benchmark::State& state) {
     double sum = 0;
     reader.onSample = [&sum](double x, double y, double z) { sum += x + y + z; };
     measure(state, blockSize, [&] {
-        for (auto& report : reports) {
-            Inspector::decimationCounter(reader) = 7;
-            deliver(reader, report);
-        }
+        for (auto& report : reports) deliverAfter(7, reader, report);
         benchmark::DoNotOptimize(sum);
     });
 }
@@ -146,8 +150,10 @@ BENCHMARK(process)->Name("process");
 void processFloor(benchmark::State& state) {
     const auto samples = blockOfSamples();
     Scorer scorer;
+    double sum = 0;
     measure(state, blockSize, [&] {
-        for (const Sample& sample : samples) benchmark::DoNotOptimize(scorer.score(sample));
+        for (const Sample& sample : samples) sum += scorer.score(sample);
+        benchmark::DoNotOptimize(sum);
     });
 }
 BENCHMARK(processFloor)->Name("process/floor");
