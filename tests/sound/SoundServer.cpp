@@ -22,16 +22,13 @@ SoundServer::SoundServer() {
 }
 
 void SoundServer::start() {
-    server.emplace(std::vector<std::string>{"pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no",
-                                            "--exit-idle-time=-1", "-L", "module-native-protocol-unix", "-L",
-                                            "module-null-sink sink_name=test rate=48000 channels=2 format=float32le"},
-                   folder() / "server.out", folder() / "server.log");
+    server.emplace(std::vector<std::string>{QUIVERLY_SOUND_PROGRAMS "/sound-server"}, folder() / "server.out",
+                   folder() / "server.log");
     waitUntil([&] { return answers() || !server->isRunning(); });
     ASSERT_TRUE(server->isRunning()) << bytesOf(folder() / "server.log");
 
-    recorder.emplace(std::vector<std::string>{"parec", "-d", "test.monitor", "--format=float32le", "--rate=48000",
-                                              "--channels=2", "--latency-msec=5", "--raw"},
-                     folder() / "recording", folder() / "recorder.log");
+    recorder.emplace(std::vector<std::string>{QUIVERLY_SOUND_PROGRAMS "/sound-recorder"}, folder() / "recording",
+                     folder() / "recorder.log");
     waitUntil([&] { return !control("list short source-outputs").empty() || !recorder->isRunning(); });
     control("suspend-sink test 1"); // resumed it takes up the recorder's short pieces, in place of the first of 2 s
     control("suspend-sink test 0");

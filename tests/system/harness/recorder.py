@@ -17,8 +17,7 @@ class Recorder:
         self._file = file
         with file.open("wb") as output:
             desktop.start(
-                ["parec", "-d", "test.monitor", "--format=float32le", f"--rate={RATE}", f"--channels={CHANNELS}"]
-                + ["--latency-msec=5", "--raw"],
+                [Path(__file__).parents[2] / "sound" / "sound-recorder"],
                 stdout=output,
                 stderr=desktop.log("recorder"),
             )

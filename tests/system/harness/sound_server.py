@@ -2,10 +2,10 @@
 
 import signal
 import subprocess
+from pathlib import Path
 from subprocess import STDOUT
 
 from harness.desktop import Desktop
-from harness.samples import CHANNELS, RATE
 from harness.waiting import wait_until
 
 
@@ -14,12 +14,8 @@ class SoundServer:
 
     def __init__(self, desktop: Desktop) -> None:
         self._desktop = desktop
-        # Without rewinds, because the recording of a sink that rewinds lacks the first milliseconds of each sound.
-        sink = f"module-null-sink sink_name=test rate={RATE} channels={CHANNELS} format=float32le norewinds=1"
         self._server = desktop.start(
-            ["pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no"]
-            + ["-L", "module-native-protocol-unix"]
-            + ["-L", sink],
+            [Path(__file__).parents[2] / "sound" / "sound-server"],
             stdout=desktop.log("sound-server"),
             stderr=STDOUT,
         )
