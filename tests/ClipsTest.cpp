@@ -48,7 +48,7 @@ constexpr double greatestRise = 3;        // LU over an escalating pack: stronge
 constexpr double lastPart = 0.02;         // seconds in which a clip must have faded
 constexpr double greatestStep = 0.01;     // of full scale between two samples of the last part: more is a click
 constexpr double greatestRest = 0.001;    // of full scale in the very last sample
-constexpr double leastDistance = 6;       // dB between the spectra of any two clips: what nobody takes for the same
+constexpr double leastDistance = 9;       // dB between the spectra of any two clips: what nobody takes for the same
 constexpr std::uintmax_t mostBytes = 3'000'000;
 constexpr double mostDifference = 0.003; // of full scale, root mean square: -50 dB, the encoder's own noise
 

@@ -12,6 +12,7 @@ namespace quiverly::clips {
 namespace {
 
 constexpr double soundingBelowLoudest = 40; // dB below the loudest band of the clip in which a band still sounds
+constexpr double brightEnough = 1000;       // hertz: a sound that is brighter yet is thinner rather than stronger
 constexpr double lowShare = 0.1;            // of the pitches are left out below the range, and as many above
 
 // The mean of the bands on the ear's scale of octaves, each weighed by the root of its power, which is nearer to how
@@ -57,8 +58,8 @@ double rangeOf(std::vector<double> pitches) {
 } // namespace
 
 double Strength::points() const {
-    return std::log2(seconds) + 0.5 * std::log2(density) + 0.3 * std::log2(brightness / 1000) + 0.25 * range +
-           loudness / 6;
+    return std::log2(seconds) + 0.5 * std::log2(density) + 0.3 * std::log2(std::min(brightness / brightEnough, 1.0)) +
+           0.25 * range + loudness / 6;
 }
 
 Strength strengthOf(const Stereo& sound) {

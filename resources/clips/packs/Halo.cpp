@@ -49,9 +49,19 @@ Stereo harpUp(Random& random) {
     return stage.in(room::hall);
 }
 
+// Voice upon voice joins in, the last with a bell.
 Stereo gladChord(Random& random) {
     Stage stage;
-    singTogether(stage, {48, 55, 60, 64, 67, 72}, choir(1.5), 0, 0.5, random);
+    Voice glad = choir(0.9);
+    glad.loudness = {{0, 0.4}, {0.1, 1}, {0.5, 0.6}, {1, 0}};
+    glad.mouth = {{0, vowel::ee}, {0.25, vowel::ae}, {1, vowel::ah}};
+    glad.tension = 0.7;
+    double at = 0;
+    for (const double key : {60, 64, 67, 72, 76}) {
+        singTogether(stage, {key}, glad, at, 0.5, random);
+        at += 0.14;
+    }
+    ring(stage, body::bar, {84, 88, 91}, at, 0.05, 0.35, 0.5);
     return stage.in(room::cathedral);
 }
 
@@ -63,16 +73,28 @@ Stereo oneBell(Random&) {
 
 Stereo amen(Random& random) {
     Stage stage;
-    singTogether(stage, {53, 57, 60, 65, 69}, choir(0.9), 0, 0.5, random);
-    singTogether(stage, {48, 55, 60, 64, 67}, choir(1.5), 0.75, 0.5, random);
-    stage.play(piped({36, 48}, 2.1, {{0, 0.5}, {0.3, 1}, {0.8, 0.8}, {1, 0}}), 0, 0.5);
+    Voice ah = choir(0.85);
+    ah.mouth = {{0, vowel::ah}, {0.6, vowel::ah}, {1, vowel::m}};
+    Voice men = choir(1.5);
+    men.mouth = {{0, vowel::m}, {0.15, vowel::eh}, {0.5, vowel::eh}, {0.75, vowel::m}};
+    singTogether(stage, {53, 57, 60, 65, 69}, ah, 0, 0.5, random);
+    singTogether(stage, {48, 55, 60, 64, 67}, men, 0.75, 0.5, random);
+    stage.play(piped({29, 41, 53}, 0.8, {{0, 0.5}, {0.3, 1}, {0.9, 0.7}, {1, 0}}), 0, 0.6);
+    stage.play(piped({24, 36, 48}, 1.5, {{0, 0.5}, {0.3, 1}, {0.8, 0.8}, {1, 0}}), 0.75, 0.6);
     return stage.in(room::cathedral);
 }
 
+// Men hum low, a viola sighs above them, and a harp lets three tears fall.
 Stereo sadChord(Random& random) {
     Stage stage;
-    singTogether(stage, {45, 52, 57, 60, 64, 71}, choir(1.7), 0, 0.5, random);
-    harpRun(stage, {81, 76, 72, 69, 64}, 0.1, 0.13, 0.4, random);
+    Voice humming = choir(1.7);
+    humming.mouth = {{0, vowel::m}, {0.5, vowel::oo}, {1, vowel::m}};
+    humming.tension = 0.3;
+    singTogether(stage, {45, 52, 57}, humming, 0, 0.4, random);
+    const Gesture sigh{{0, keyPitch(71)},    {0.3, keyPitch(72)},  {0.38, keyPitch(71)},
+                       {0.55, keyPitch(71)}, {0.63, keyPitch(69)}, {1, keyPitch(68.6)}};
+    stage.play(bowed(1.7, sigh, {{0, 0.3}, {0.2, 1}, {0.45, 0.5}, {0.6, 0.9}, {1, 0}}, random), 0, 0.9, 0.3);
+    harpRun(stage, {81, 76, 72}, 0.7, 0.32, 0.6, random);
     return stage.in(room::cathedral);
 }
 
@@ -122,9 +144,22 @@ Stereo fanfare(Random& random) {
     return stage.in(room::hall);
 }
 
+// A turn and a run high up, then the whole organ with its pedal.
 Stereo grandOrgan(Random&) {
     Stage stage;
-    stage.play(piped({36, 43, 48, 55, 60, 64, 67, 72}, 1.6, {{0, 0.7}, {0.05, 1}, {0.8, 0.9}, {1, 0}}));
+    const auto play = [&](const Keys& keys, double at, double seconds, double gain) {
+        stage.play(piped(keys, seconds, {{0, 0.4}, {0.08, 1}, {0.8, 0.9}, {1, 0}}), at, gain);
+    };
+    play({69, 81}, 0, 0.09, 0.5);
+    play({67, 79}, 0.09, 0.09, 0.5);
+    play({69, 81}, 0.18, 0.36, 0.6);
+    double at = 0.58;
+    for (const double key : {79, 77, 76, 74, 73}) {
+        play({key - 12, key}, at, 0.08, 0.5);
+        at += 0.07;
+    }
+    play({38}, at, 1.2, 0.7);
+    play({50, 57, 62, 66, 69, 74}, at + 0.12, 1.15, 1);
     return stage.in(room::cathedral);
 }
 

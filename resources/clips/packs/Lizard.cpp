@@ -6,6 +6,7 @@
 #include "instruments/Voice.h"
 #include "synthesis/Filter.h"
 #include "synthesis/Oscillator.h"
+#include "synthesis/Pitch.h"
 #include "synthesis/Stage.h"
 
 namespace quiverly::clips {
@@ -131,12 +132,21 @@ Stereo bullfrog(Random& random) {
     return stage.in(room::parlour);
 }
 
+// Ribs that snap open one after the other, ever faster; the skin between them flaps, and the throat spits.
 Stereo frill(Random& random) {
     Stage stage;
-    stage.play(smack(1200, 0.12, random), 0, 0.9).play(rattled(0.25, 110, 1800, {{0, 1}, {1, 0}}, random), 0.02, 0.7);
-    stage.play(hissed(0.95, {{0, 2800}, {0.2, 6200}, {0.7, 5200}, {1, 2600}}, {{0, 0.4}, {0.2, 1}, {0.7, 0.8}, {1, 0}},
-                      random),
-               0.08);
+    double at = 0;
+    for (int rib = 0; rib < 7; ++rib) {
+        stage.play(struck(body::wood, 240 * semitones(2.5 * rib), 0.6), at, 0.8, 0.9 - 0.3 * rib);
+        stage.play(smack(700 * semitones(2 * rib), 0.05, random), at, 0.6, 0.3 * rib - 0.9);
+        at += 0.075 - 0.008 * rib;
+    }
+    Signal skin = lowPassed(hiss(0.5, random), {{0, 1600}, {1, 500}});
+    skin = fluttered(std::move(skin), {{0, 34}, {1, 15}}, 0.95);
+    stage.play(normalised(faded(std::move(skin), {{0, 1}, {0.5, 0.5}, {1, 0}})), at, 0.7);
+    const Gesture spit{{0, 1}, {0.3, 0.5}, {1, 0}};
+    stage.play(growl(0.55, {{0, 150}, {0.3, 105}, {1, 80}}, 0.9, spit, random), at + 0.08, 0.8);
+    stage.play(hissed(0.6, {{0, 6500}, {0.4, 4300}, {1, 2600}}, spit, random), at + 0.08, 0.5);
     return stage.in(room::parlour);
 }
 
@@ -185,24 +195,31 @@ Stereo raptor(Random& random) {
         .in(room::hall);
 }
 
+// It draws its breath, the fire catches with a dull blow, blazes and dies down crackling.
 Stereo fireBreath(Random& random) {
-    const Gesture blaze{{0, 0.3}, {0.25, 1}, {0.75, 0.85}, {1, 0}};
-    Signal fire = lowPassed(hiss(1.8, random), {{0, 900}, {0.3, 6500}, {0.8, 4200}, {1, 500}});
-    fire = normalised(fluttered(faded(std::move(fire), blaze), {{0, 13}, {0.5, 23}, {1, 11}}, 0.45));
-    return Stage()
-        .play(smack(900, 0.2, random), 0, 0.8)
-        .play(fire, 0.05)
-        .play(growl(1.8, {{0, 60}, {0.3, 130}, {1, 50}}, 0.6, blaze, random), 0, 0.75)
-        .play(rattled(1.7, {{0, 20}, {0.5, 60}, {1, 20}}, 2400, blaze, random), 0.1, 0.4, 0.5)
-        .in(room::cave);
+    const double caught = 0.5;
+    const Gesture blaze{{0, 0.4}, {0.12, 1}, {0.6, 0.8}, {0.8, 0.35}, {1, 0}};
+    Stage stage;
+    stage.play(hissed(caught, {{0, 600}, {1, 2600}}, {{0, 0.25}, {0.85, 1}, {1, 0}}, random), 0, 0.3);
+    stage.play(thump(58, 0.4), caught, 1.3).play(smack(480, 0.3, random), caught, 0.9);
+    for (const double side : {-0.7, 0.7}) {
+        Signal fire = lowPassed(hiss(1.75, random), {{0, 500}, {0.15, 7000}, {0.6, 3800}, {1, 600}});
+        add(fire, lowPassed(fire, 220, 2), 0, 2.5); // what a big fire pushes before it
+        fire = fluttered(std::move(fire), {{0, 9}, {0.3, 19 + 3 * side}, {1, 7}}, 0.55);
+        stage.play(normalised(faded(std::move(fire), blaze)), caught, 0.8, side);
+        stage.play(rattled(1.75, {{0, 8}, {0.5, 26}, {1, 14}}, 3100, {{0, 0.2}, {0.5, 1}, {1, 0.4}}, random), caught,
+                   0.4, -side);
+    }
+    return stage.in(room::cave);
 }
 
+// A roar in two surges, the second the deeper.
 Stereo roar(Random& random) {
-    const Gesture hull{{0, 0.5}, {0.15, 1}, {0.75, 0.9}, {1, 0}};
+    const Gesture hull{{0, 0.5}, {0.12, 1}, {0.36, 0.8}, {0.47, 0.3}, {0.6, 1}, {0.8, 0.8}, {1, 0}};
     return Stage()
-        .play(growl(1.9, {{0, 80}, {0.25, 210}, {0.6, 170}, {1, 55}}, 0.6, hull, random))
-        .play(growl(1.9, {{0, 120}, {0.25, 320}, {0.6, 260}, {1, 80}}, 0.8, hull, random), 0.02, 0.6, 0.5)
-        .play(hissed(1.9, {{0, 1500}, {0.3, 3800}, {1, 1400}}, hull, random), 0, 0.5, -0.4)
+        .play(growl(1.9, {{0, 80}, {0.2, 230}, {0.44, 110}, {0.6, 170}, {1, 50}}, 0.6, hull, random))
+        .play(growl(1.9, {{0, 120}, {0.2, 345}, {0.44, 165}, {0.6, 255}, {1, 75}}, 0.8, hull, random), 0.02, 0.6, 0.5)
+        .play(hissed(1.9, {{0, 1500}, {0.2, 3800}, {1, 1100}}, hull, random), 0, 0.4, -0.4)
         .in(room::cave);
 }
 
@@ -227,22 +244,22 @@ Pack lizardPack() {
     return {SoundPack::lizard,
             {
                 {"A tongue flicks", 51, tongueFlick},
-                {"Two slow blinks", 52, blink},
                 {"A hatchling", 53, hatchling},
+                {"Two slow blinks", 52, blink},
                 {"A lick", 54, lick},
                 {"Chirps", 57, chirps},
                 {"A cricket, crunched", 55, crunchACricket},
                 {"A croak", 56, croakOnce},
                 {"Scuttling off", 59, scuttle},
+                {"A short hiss", 60, shortHiss},
                 {"A gecko says its name", 58, gecko},
                 {"A low growl", 64, lowGrowl},
-                {"A bullfrog", 62, bullfrog},
-                {"A short hiss", 60, shortHiss},
-                {"A snarl", 65, snarl},
-                {"A bellow from the swamp", 67, bellow},
-                {"A tail rattles", 61, tailRattle},
-                {"A raptor", 66, raptor},
                 {"A frill snaps open", 63, frill},
+                {"A tail rattles", 61, tailRattle},
+                {"A bullfrog", 62, bullfrog},
+                {"A snarl", 65, snarl},
+                {"A raptor", 66, raptor},
+                {"A bellow from the swamp", 67, bellow},
                 {"A roar", 68, roar},
                 {"Breathing fire", 69, fireBreath},
                 {"The monster comes", 70, monster},

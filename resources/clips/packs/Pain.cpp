@@ -76,7 +76,7 @@ Stereo offendedGentleman(Random& random) {
                          .breath = {{0, 0.6}, {0.3, 0.1}, {1, 0.3}},
                          .roughness = 0.5};
     const Signal words = spoken("How dare you, sir!", {.wordsPerMinute = 190, .pitch = 42, .range = 190});
-    return Stage().play(sing(harrumph, random), 0, 0.8).play(words, 0.3).in(room::parlour);
+    return Stage().play(sing(harrumph, random), 0, 0.8).play(words, 0.26).in(room::parlour);
 }
 
 Stereo woundedRobot(Random& random) {
@@ -129,8 +129,8 @@ Stereo hoppingOnOneFoot(Random& random) {
                          .mouth = {{0, vowel::ah}, {0.5, vowel::aw}, {1, vowel::w}},
                          .tract = 1.05,
                          .tension = 0.8};
-        stage.play(sing(yelp, random), at).play(thump(95, 0.12), at + 0.19, 0.5);
-        at += 0.28;
+        stage.play(sing(yelp, random), at).play(thump(95, 0.12), at + 0.18, 0.5);
+        at += 0.255;
     }
     return stage.in(room::parlour);
 }
@@ -178,21 +178,39 @@ Stereo pianoDrop(Random& random) {
         const double place = random.between(-1, 1);
         stage.play(struck(body::wood, hertz, 0.8), at, 0.9, place);
     }
-    stage.play(plucked(keyPitch(84), 0.8, 0.9, random), 1.2, 1.6, 0.4);
+    stage.play(plucked(keyPitch(84), 0.8, 0.9, random), 1.12, 1.6, 0.4);
     return stage.in(room::parlour);
 }
 
+// A wail, three sobs for air, and a longer wail that breaks.
 Stereo crybaby(Random& random) {
-    const Voice baby{.seconds = 1.35,
-                     .pitch = {{0, 380}, {0.12, 560}, {0.38, 500}, {0.45, 400}, {0.55, 590}, {0.85, 520}, {1, 360}},
-                     .loudness = {{0, 0.4}, {0.1, 1}, {0.36, 0.8}, {0.44, 0.1}, {0.54, 1}, {0.85, 0.8}, {1, 0}},
-                     .mouth = {{0, vowel::w}, {0.1, vowel::ae}, {0.4, vowel::ae}, {0.46, vowel::w}, {0.56, vowel::ae}},
+    const auto cry = [&](double seconds, const Gesture& pitch, const Gesture& loudness) {
+        return sing({.seconds = seconds,
+                     .pitch = pitch,
+                     .loudness = loudness,
+                     .mouth = {{0, vowel::w}, {0.2, vowel::ae}, {0.8, vowel::ae}, {1, vowel::uh}},
                      .tract = 1.5,
                      .tension = 0.95,
-                     .vibrato = 0.5,
+                     .vibrato = 0.6,
                      .vibratoRate = 9,
-                     .roughness = 0.12};
-    return Stage().play(sing(baby, random)).in(room::parlour);
+                     .roughness = 0.12},
+                    random);
+    };
+    Stage stage;
+    stage.play(cry(0.36, {{0, 380}, {0.3, 540}, {1, 350}}, {{0, 0.4}, {0.2, 1}, {0.7, 0.7}, {1, 0}}));
+    for (int sob = 0; sob < 3; ++sob) {
+        const double top = 520 * semitones(2 * sob);
+        const Voice gasp{.seconds = 0.07,
+                         .pitch = {{0, 0.7 * top}, {1, top}},
+                         .loudness = {{0, 0.3}, {0.7, 1}, {1, 0}},
+                         .mouth = {{0, vowel::uh}, {1, vowel::ih}},
+                         .tract = 1.5,
+                         .breath = 0.75};
+        stage.play(sing(gasp, random), 0.38 + 0.1 * sob, 0.4);
+    }
+    const Gesture breaking{{0, 420}, {0.2, 640}, {0.5, 600}, {0.54, 860}, {0.66, 820}, {0.7, 560}, {1, 300}};
+    stage.play(cry(0.66, breaking, {{0, 0.4}, {0.15, 1}, {0.7, 0.9}, {1, 0}}), 0.69);
+    return stage.in(room::parlour);
 }
 
 Stereo circuitsFail(Random& random) {

@@ -22,14 +22,13 @@ constexpr double woman = 1.17; // length of her vocal tract as a factor on a man
 const Gesture swell{{0, 0.3}, {0.35, 1}, {1, 0}};
 
 Stereo coyHum(Random& random) {
-    const Voice she{.seconds = 0.42,
-                    .pitch = {{0, 190}, {0.4, 240}, {1, 205}},
-                    .loudness = swell,
-                    .mouth = {{0, vowel::m}},
-                    .tract = woman,
-                    .breath = 0.12,
-                    .tension = 0.1};
-    return Stage().play(sing(she, random)).in(room::parlour);
+    const Voice he{.seconds = 0.36,
+                   .pitch = {{0, 150}, {0.5, 112}, {1, 126}},
+                   .loudness = swell,
+                   .mouth = {{0, vowel::m}},
+                   .breath = 0.2,
+                   .tension = 0.1};
+    return Stage().play(sing(he, random)).in(room::parlour);
 }
 
 Stereo askingHum(Random& random) {
@@ -43,13 +42,13 @@ Stereo askingHum(Random& random) {
     return Stage().play(sing(she, random)).in(room::parlour);
 }
 
+// Three steps on a double bass; the last one is left to ring.
 Stereo tiptoe(Random& random) {
     Stage stage;
-    double at = 0;
-    for (const double key : {38, 41, 43}) {
-        stage.play(plucked(keyPitch(key), 0.5, 0.15, random), at);
-        at += 0.17;
-    }
+    stage.play(plucked(keyPitch(38), 0.16, 0.15, random), 0, 1, -0.3);
+    stage.play(plucked(keyPitch(41), 0.16, 0.15, random), 0.18, 1, 0.3);
+    const Gesture ringing{{0, 1}, {0.3, 0.6}, {0.65, 0.2}, {1, 0}};
+    stage.play(faded(plucked(keyPitch(43), 0.8, 0.15, random), ringing), 0.36);
     return stage.in(room::parlour);
 }
 
@@ -126,14 +125,25 @@ Stereo giggle(Random& random) {
     return Stage().play(sing(laughing(0.62, 4, 480, 330, 1.25, vowel::ih), random)).in(room::parlour);
 }
 
+// A trumpet behind its mute: two quick words and a long one, each opened by the hand.
 Stereo wahWah(Random& random) {
-    const Horn trumpet{.seconds = 0.85,
-                       .pitch = {{0, keyPitch(63)}, {0.1, keyPitch(65)}, {0.6, keyPitch(65)}, {1, keyPitch(62)}},
-                       .loudness = {{0, 0.3}, {0.25, 1}, {0.48, 0.5}, {0.72, 1}, {1, 0}},
-                       .openness = {{0, 500}, {0.28, 3200}, {0.48, 500}, {0.75, 3400}, {1, 500}},
-                       .body = 1050,
-                       .vibrato = 0.35};
-    return Stage().play(blown(trumpet, random)).in(room::parlour);
+    Stage stage;
+    const auto word = [&](double at, double seconds, const Gesture& pitch, const Gesture& openness, double growl) {
+        stage.play(blown({.seconds = seconds,
+                          .pitch = pitch,
+                          .loudness = {{0, 0.4}, {0.3, 1}, {0.7, 0.8}, {1, 0}},
+                          .openness = openness,
+                          .body = 1050,
+                          .vibrato = 0.5,
+                          .growl = growl},
+                         random),
+                   at);
+    };
+    word(0, 0.17, keyPitch(65), {{0, 450}, {0.6, 2600}, {1, 700}}, 0);
+    word(0.2, 0.13, keyPitch(63), {{0, 450}, {0.6, 2000}, {1, 600}}, 0);
+    word(0.4, 0.62, {{0, keyPitch(60)}, {0.25, keyPitch(67)}, {0.6, keyPitch(68)}, {1, keyPitch(61)}},
+         {{0, 400}, {0.35, 4200}, {0.5, 1500}, {0.65, 3800}, {1, 450}}, 0.5);
+    return stage.in(room::parlour);
 }
 
 Stereo meow(Random& random) {
@@ -317,13 +327,16 @@ Stereo bigBand(Random& random) {
     return stage.in(room::hall);
 }
 
+// One hand after the other joins in, then they leave off again.
 void applause(Stage& stage, double from, double seconds, int claps, Random& random) {
+    const Gesture joining{{0, 0.1}, {0.5, 1}, {1, 0.2}};
     for (int clap = 0; clap < claps; ++clap) {
         const double hertz = random.between(900, 2200);
-        const double at = random.between(from, from + seconds);
-        const double gain = random.between(0.15, 0.4);
+        const double early = random.between(0, 0.5);
+        const double late = random.between(0, 0.5);
+        const double gain = joining(early + late) * random.between(0.2, 0.5);
         const double place = random.between(-1, 1);
-        stage.play(smack(hertz, 0.09, random), at, gain, place);
+        stage.play(smack(hertz, 0.09, random), from + seconds * (early + late), gain, place);
     }
 }
 
@@ -336,13 +349,13 @@ Stereo bravo(Random& random) {
                        .tension = 0.9,
                        .vibrato = 0.7};
     stage.play(fluttered(sing(rolled, random), 26, {{0, 0.85}, {0.18, 0.85}, {0.24, 0}}));
-    applause(stage, 0.5, 1.2, 30, random);
+    applause(stage, 0.45, 1.7, 36, random);
     return stage.in(room::hall);
 }
 
 Stereo divaWarmsUp(Random& random) {
     const std::vector<double> keys{64, 68, 71, 76, 80, 83, 80, 76};
-    const Voice diva{.seconds = 1.9,
+    const Voice diva{.seconds = 2.05,
                      .pitch = {{0, keyPitch(64)},
                                {0.08, keyPitch(64)},
                                {0.14, keyPitch(68)},
@@ -421,7 +434,7 @@ Stereo tenor(Random& random) {
                    .vibrato = 1};
     Stage stage;
     orchestra(stage, {40, 47, 52, 59, 64, 68}, 2.3, 0.16, random);
-    applause(stage, 1.5, 1.4, 90, random);
+    applause(stage, 1.2, 2.1, 110, random);
     return stage.play(sing(he, random), 0, 1.2).in(room::hall);
 }
 
@@ -466,31 +479,31 @@ Pack sexyPack() {
             {
                 {"A coy hum", 101, coyHum},
                 {"An asking hum", 102, askingHum},
+                {"A kiss", 108, oneKiss},
                 {"Mm-hm", 104, mmHm},
                 {"Ooh", 105, ooh},
-                {"A kiss", 108, oneKiss},
                 {"Oh-ho", 109, ohHo},
                 {"Hey", 106, hey},
                 {"A purr", 107, purr},
                 {"A giggle", 110, giggle},
-                {"Ooh la", 114, oohLa},
                 {"A wolf whistle", 117, wolfWhistle},
-                {"On tiptoe", 103, tiptoe},
-                {"Wah-wah", 111, wahWah},
+                {"Ooh la", 114, oohLa},
                 {"Meow", 112, meow},
                 {"A meow with claws", 119, growlingMeow},
+                {"On tiptoe", 103, tiptoe},
                 {"Wow", 115, wow},
                 {"Three kisses", 116, threeKisses},
+                {"Wah-wah", 111, wahWah},
                 {"A throaty laugh", 118, throatyLaugh},
-                {"Well, hello there", 113, wellHello},
                 {"Flamenco", 122, flamenco},
+                {"Champagne", 121, champagne},
+                {"Well, hello there", 113, wellHello},
                 {"Lounge saxophone", 120, loungeSax},
                 {"A swoon", 123, swoon},
-                {"Champagne", 121, champagne},
                 {"Big band", 126, bigBand},
-                {"Bravo", 125, bravo},
                 {"Hot saxophone", 124, hotSax},
                 {"The diva warms up", 127, divaWarmsUp},
+                {"Bravo", 125, bravo},
                 {"Ooh la la, with a kiss", 128, oohLaLaWithAKiss},
                 {"The tenor's high note, and applause", 129, tenor},
                 {"Opera, the end of it", 130, operaFinale},
