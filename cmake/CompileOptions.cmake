@@ -2,7 +2,7 @@
 
 set(QUIVERLY_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wnon-virtual-dtor -Wold-style-cast)
 add_compile_options(${QUIVERLY_WARNINGS})
-add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>)
+add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wshadow=local>)
 
 # The same bits on every processor: a fused multiply-add rounds once where the formulas round twice.
 add_compile_options(-ffp-contract=off)

@@ -1,7 +1,6 @@
 #pragma once
 
-// The part of Foundation that Quiverly uses, declared after Apple's published documentation. Only ever read by a
-// compiler that checks syntax: nothing is behind these declarations.
+// The part of Foundation that Quiverly uses, declared after Apple's published documentation.
 
 #include <CoreFoundation/CoreFoundation.h>
 
