@@ -4,10 +4,8 @@
 #include <cmath>
 #include <vector>
 
-#include "detection/SlapDetector.h"
+#include "FeltMotion.h"
 #include "engine/Inspector.h"
-#include "platform/virtual/VirtualPlatform.h"
-#include "sensing/AccelerometerReader.h"
 #include "tools/simulate/Motion.h"
 #include "tools/simulate/wire_report.h"
 
@@ -17,40 +15,6 @@ namespace {
 double magnitude(const Acceleration& felt) {
     return std::hypot(felt.x, felt.y, felt.z);
 }
-
-// The laptop's motion felt by the real reader and the real detector, on a calendar that keeps pace with the reports.
-class Felt {
-public:
-    explicit Felt(std::uint64_t seed = 0) : motion(seed) {
-        detector.onSlap = [this](double amplitude) { slaps.push_back(amplitude); };
-        reader.onSample = [this](double x, double y, double z) {
-            ++samples;
-            detector.process(x, y, z);
-        };
-    }
-
-    void feel(int reports) {
-        for (int count = 0; count < reports; ++count) {
-            platform.calendar.advance(std::chrono::milliseconds(1));
-            const WireReport report = wireReport(motion.next(), ++number);
-            Inspector::handleReport(reader, report.data(), std::ssize(report));
-        }
-    }
-
-    // Past the slap that a detector takes its very first sample for.
-    void settle() {
-        feel(1000);
-        slaps.clear();
-    }
-
-    VirtualPlatform platform;
-    Motion motion;
-    SlapDetector detector;
-    AccelerometerReader reader;
-    std::uint32_t number = 0;
-    int samples = 0;
-    std::vector<double> slaps;
-};
 
 TEST(MotionTest, TheSameSeedMovesTheSameWay) {
     Motion one(7);
@@ -94,7 +58,7 @@ TEST(MotionTest, GravityPointsWhereTheLaptopWasTilted) {
 }
 
 TEST(MotionTest, NothingIsDetectedAtRestNorWhenTheLaptopIsTurned) {
-    Felt felt;
+    FeltMotion felt;
     felt.settle();
     felt.feel(30000);
     felt.motion.tilt({.x = 0.0, .y = -1.0, .z = 0.2});
@@ -109,7 +73,7 @@ TEST_P(SlapPeakTest, IsTheAmplitudeThatIsDetectedWhicheverReportsAreDecoded) {
     const double peak = GetParam();
     for (int phase = 0; phase < 8; ++phase) {
         for (const Acceleration& up : {Acceleration{0, 0, 1}, Acceleration{0.3, -0.8, 0.5}}) {
-            Felt felt(static_cast<std::uint64_t>(phase));
+            FeltMotion felt(static_cast<std::uint64_t>(phase));
             felt.motion.tilt(up);
             felt.settle();
             felt.feel(phase);
@@ -129,7 +93,7 @@ INSTANTIATE_TEST_SUITE_P(AnyPeak, SlapPeakTest,
 
 TEST(MotionTest, ASlapBelowTheThresholdIsNotDetectedInItsRingingEither) {
     for (int phase = 0; phase < 8; ++phase) {
-        Felt felt;
+        FeltMotion felt;
         felt.settle();
         felt.feel(phase);
         felt.motion.slap({.peak = 0.11});
@@ -139,7 +103,7 @@ TEST(MotionTest, ASlapBelowTheThresholdIsNotDetectedInItsRingingEither) {
 }
 
 TEST(MotionTest, SlapsInAQuickSeriesAreDetectedOneByOne) {
-    Felt felt;
+    FeltMotion felt;
     felt.settle();
     for (int count = 0; count < 10; ++count) {
         felt.motion.slap({.peak = 0.3 + 0.05 * count});
@@ -163,7 +127,7 @@ TEST(MotionTest, ASlapRingsAtItsFrequencyAndDiesAway) {
 }
 
 TEST(MotionTest, TypingIsNotDetectedAtTheDefaultThresholdButAtAnEighthOfIt) {
-    Felt felt;
+    FeltMotion felt;
     felt.settle();
     felt.motion.type();
     felt.feel(120000);
@@ -174,7 +138,7 @@ TEST(MotionTest, TypingIsNotDetectedAtTheDefaultThresholdButAtAnEighthOfIt) {
 }
 
 TEST(MotionTest, EveryStepOfAWalkIsDetectedAtTheDefaultThreshold) {
-    Felt felt;
+    FeltMotion felt;
     felt.settle();
     felt.motion.walk();
     felt.feel(60000); // a hundred steps
