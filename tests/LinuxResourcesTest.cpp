@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -7,6 +8,8 @@
 
 #include <QString>
 #include <QUrl>
+#include <unicode/uclean.h>
+#include <unicode/udata.h>
 
 #include "Environment.h"
 #include "OtherProcess.h"
@@ -121,6 +124,35 @@ TEST_F(LinuxResourcesTest, TenComesAfterTwoInEveryLocale) {
             EXPECT_TRUE(bundle::precedes("a.mp3", "B.mp3")) << locale;
         });
     }
+}
+
+// ICU prefers a file of that folder to its own data, and this one tells it nothing.
+TEST_F(LinuxResourcesTest, WithoutDataToOrderByNamesAreInTheOrderOfBytes) {
+    const struct {
+        std::uint16_t size;
+        std::uint8_t magic[2];
+        UDataInfo info;
+    } head = {.size = sizeof head,
+              .magic = {0xda, 0x27},
+              .info = {.size = sizeof head.info,
+                       .reservedWord = 0,
+                       .isBigEndian = U_IS_BIG_ENDIAN,
+                       .charsetFamily = U_CHARSET_FAMILY,
+                       .sizeofUChar = U_SIZEOF_UCHAR,
+                       .reservedByte = 0,
+                       .dataFormat = {'U', 'C', 'o', 'l'},
+                       .formatVersion = {5},
+                       .dataVersion = {}}};
+    const std::string nothing(64, '\0');
+    home.addFile(fs::path(U_ICUDATA_NAME) / "coll" / "ucadata.icu",
+                 std::string(reinterpret_cast<const char*>(&head), sizeof head) + nothing);
+    setVariable("ICU_DATA", home.path().c_str());
+    const OtherProcess process([] {
+        u_cleanup(); // it may have looked for its data before
+        EXPECT_TRUE(bundle::precedes("10.mp3", "2.mp3"));
+        EXPECT_FALSE(bundle::precedes("2.mp3", "10.mp3"));
+    });
+    setVariable("ICU_DATA", nullptr);
 }
 
 TEST_F(LinuxResourcesTest, SwedesPutTheirLettersLast) {

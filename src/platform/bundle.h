@@ -17,7 +17,7 @@ std::optional<std::vector<std::filesystem::path>> files(std::string_view extensi
 std::optional<std::filesystem::path> resource(std::string_view name, std::string_view type);
 
 // Whether file name `a` comes before `b` as file browsers order them: runs of digits by their value, letters without
-// regard to case, by the user's locale.
+// regard to case, by the user's locale; in the order of bytes where the system has no data to order names by.
 bool precedes(std::string_view a, std::string_view b);
 
 } // namespace quiverly::bundle

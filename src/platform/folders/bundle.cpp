@@ -1,7 +1,6 @@
 #include "platform/bundle.h"
 
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <system_error>
 
@@ -30,6 +29,7 @@ std::vector<fs::path> filesOf(const fs::path& folder, const std::string& suffix)
     return found;
 }
 
+// None when the library has not the data for any.
 std::unique_ptr<icu::Collator> makeCollator() {
     UErrorCode status = U_ZERO_ERROR;
     std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(nameOrderLocale().c_str(), status));
@@ -37,7 +37,7 @@ std::unique_ptr<icu::Collator> makeCollator() {
         collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
         collator->setStrength(icu::Collator::SECONDARY); // accents count, case does not
     }
-    if (U_FAILURE(status)) throw std::runtime_error(std::string("ICU has no collation data: ") + u_errorName(status));
+    if (U_FAILURE(status)) collator.reset();
     return collator;
 }
 
@@ -64,6 +64,7 @@ std::optional<fs::path> resource(std::string_view name, std::string_view type) {
 
 bool precedes(std::string_view a, std::string_view b) {
     static const std::unique_ptr<icu::Collator> collator = makeCollator();
+    if (!collator) return a < b;
     const auto piece = [](std::string_view name) {
         return icu::StringPiece(name.data(), static_cast<std::int32_t>(name.size()));
     };
