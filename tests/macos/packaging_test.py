@@ -177,7 +177,8 @@ class Scripts(unittest.TestCase):
         tools = self.folder / "tools"
         for tool in ("brew", "cmake", "codesign", "ctest", "hdiutil", "macdeployqt", "spctl", "xcrun"):
             put_tool(tools, tool,
-                     '{ printf %s "${0##*/}"; printf " %s" "$@"; echo; } >>"$CALLS"',
+                     '{ printf %s "${0##*/}"; printf " %s" "$@"; '
+                     'echo "${HOMEBREW_NO_INSTALL_UPGRADE:+ without upgrades}"; } >>"$CALLS"',
                      'for word; do [ -h "$word/Applications" ] && '
                      '{ readlink "$word/Applications"; ls "$word"; } >>"$CALLS"; done',
                      f"echo '{answers.get(tool, '')}'",
@@ -239,7 +240,7 @@ class Scripts(unittest.TestCase):
         for arguments in ((), ("--full",)):
             calls, status = self.run_script(SOURCE / "test", *arguments, ctest=counted)
             self.assertEqual(status, 0)
-            self.assertRegex(calls.pop(0), "^brew install ")
+            self.assertRegex(calls.pop(0), "^brew install .+ without upgrades$")
             self.assertEqual(calls, [
                 "cmake --preset dev", "cmake --build --preset dev", "ctest --preset dev",
                 "cmake --preset tsan", "cmake --build --preset tsan", "ctest --preset tsan"])
