@@ -11,7 +11,6 @@
 #include <random>
 #include <vector>
 
-#include "RatioReporter.h"
 #include "Reports.h"
 #include "Sample.h"
 #include "engine/Inspector.h"
@@ -189,12 +188,3 @@ BENCHMARK(reportToDetectorFloor)->Name("report to detector/floor");
 
 } // namespace
 } // namespace quiverly
-
-int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    quiverly::RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return reporter.isComplete() ? 0 : 1;
-}
