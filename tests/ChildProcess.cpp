@@ -10,32 +10,41 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/linux/FileDescriptor.h"
+
 namespace quiverly {
 
 namespace {
 
 // In the child, where nothing that could wait for another thread's lock may be called.
-[[noreturn]] void become(char* const* arguments, const char* output, const char* errors) {
+[[noreturn]] void become(char* const* arguments, const ChildProcess::Streams& streams) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    constexpr int flags = O_WRONLY | O_CREAT | O_TRUNC;
-    if (::dup2(::open(output, flags, 0600), STDOUT_FILENO) < 0) ::_exit(126);
-    if (::dup2(::open(errors, flags, 0600), STDERR_FILENO) < 0) ::_exit(126);
+    if (::dup2(streams.input, STDIN_FILENO) < 0) ::_exit(126);
+    if (::dup2(streams.output, STDOUT_FILENO) < 0) ::_exit(126);
+    if (::dup2(streams.errors, STDERR_FILENO) < 0) ::_exit(126);
     ::execvp(arguments[0], arguments);
     ::_exit(127);
 }
 
+FileDescriptor fresh(const std::filesystem::path& file) {
+    return FileDescriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+}
+
 } // namespace
 
-ChildProcess::ChildProcess(const std::vector<std::string>& command, const std::filesystem::path& output,
-                           const std::filesystem::path& errors) {
+ChildProcess::ChildProcess(const std::vector<std::string>& command, const Streams& streams) {
     std::vector<char*> arguments;
     arguments.reserve(command.size() + 1);
     for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);
     process = ::fork();
-    if (process == 0) become(arguments.data(), output.c_str(), errors.c_str());
+    if (process == 0) become(arguments.data(), streams);
     if (process < 0) ADD_FAILURE() << command[0] << " cannot be started";
 }
+
+ChildProcess::ChildProcess(const std::vector<std::string>& command, const std::filesystem::path& output,
+                           const std::filesystem::path& errors)
+    : ChildProcess(command, {.output = fresh(output).get(), .errors = fresh(errors).get()}) {}
 
 void ChildProcess::kill() {
     if (process <= 0) return;
@@ -52,8 +61,18 @@ void ChildProcess::freeze() {
 }
 
 void ChildProcess::thaw() {
+    signal(SIGCONT);
+}
+
+void ChildProcess::signal(int number) const {
     ASSERT_GT(process, 0);
-    ::kill(process, SIGCONT);
+    ::kill(process, number);
+}
+
+void ChildProcess::limitDescriptors(rlim_t most) const {
+    ASSERT_GT(process, 0);
+    const rlimit limit{.rlim_cur = most, .rlim_max = most};
+    EXPECT_EQ(::prlimit(process, RLIMIT_NOFILE, &limit, nullptr), 0);
 }
 
 int ChildProcess::wait() {

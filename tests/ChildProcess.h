@@ -4,14 +4,26 @@
 #include <string>
 #include <vector>
 
+#include <sys/resource.h>
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace quiverly {
 
 // A program started for a test. It ends with this object, or with the test's process, whatever becomes of that.
 class ChildProcess {
 public:
-    // Looks the program up in $PATH. Its output and its complaints go to files.
+    // The descriptors of what it reads and writes; they stay the caller's.
+    struct Streams {
+        int input = STDIN_FILENO;
+        int output = STDOUT_FILENO;
+        int errors = STDERR_FILENO;
+    };
+
+    // Looks the program up in $PATH.
+    ChildProcess(const std::vector<std::string>& command, const Streams& streams);
+
+    // Its output and its complaints go to files.
     ChildProcess(const std::vector<std::string>& command, const std::filesystem::path& output,
                  const std::filesystem::path& errors);
     ~ChildProcess() { kill(); }
@@ -21,7 +33,9 @@ public:
     void kill();   // at once, without a chance to tidy up
     void freeze(); // until thaw(); has taken effect when it returns
     void thaw();
-    int wait(); // for its end; its exit status, or -1 when a signal ended it
+    void signal(int number) const;
+    void limitDescriptors(rlim_t most) const; // from now on
+    int wait();                               // for its end; its exit status, or -1 when a signal ended it
 
     bool isRunning() const; // frozen or not
 

@@ -1,10 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
-#include "TemporaryFolder.h"
 #include "tools/simulate/Command.h"
-#include "tools/simulate/Script.h"
 
 namespace quiverly::command {
 namespace {
@@ -73,42 +69,6 @@ TEST(CommandTest, ATimedCommandIsDueAtItsMillisecond) {
     for (const char* line : {"slap 0.6", "-1 rest", "1", "1 slip", "9999999999 rest", "x rest"}) {
         EXPECT_TRUE(std::holds_alternative<Mistake>(parseTimed(line))) << line;
     }
-}
-
-class ScriptTest : public testing::Test {
-protected:
-    std::variant<Script, Mistake> read(const std::string& text) const {
-        return readScript(folder.addFile("script", text));
-    }
-
-    std::string mistakeIn(const std::string& text) const {
-        const auto script = read(text);
-        const auto* mistake = std::get_if<Mistake>(&script);
-        return mistake != nullptr ? mistake->text : "";
-    }
-
-    const TemporaryFolder folder;
-    const std::filesystem::path file = folder.path() / "script";
-};
-
-TEST_F(ScriptTest, HoldsTheCommandsInOrderAndPassesOverRemarks) {
-    const auto script = read("# a morning\n\n  \t\n0 rest\r\n1 slap 0.5\n1 quit");
-    ASSERT_TRUE(std::holds_alternative<Script>(script));
-    EXPECT_EQ(std::get<Script>(script).size(), 3U);
-}
-
-TEST_F(ScriptTest, NamesTheLineThatIsWrong) {
-    EXPECT_EQ(mistakeIn("0 rest\n\n1 slip\n"), file.string() + ":3: unknown command \"slip\"");
-    EXPECT_EQ(mistakeIn("1 rest\n0.5 rest\n"), file.string() + ":2: this time is before that of the line before");
-}
-
-TEST_F(ScriptTest, SaysWhyAFileCannotBeRead) {
-    const auto missing = readScript("/nonexistent/script");
-    ASSERT_TRUE(std::holds_alternative<Mistake>(missing));
-    EXPECT_EQ(std::get<Mistake>(missing).text, "/nonexistent/script: No such file or directory");
-    const auto folder = readScript("/");
-    ASSERT_TRUE(std::holds_alternative<Mistake>(folder));
-    EXPECT_EQ(std::get<Mistake>(folder).text, "/: Is a directory");
 }
 
 } // namespace

@@ -4,19 +4,13 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
-#include <mutex>
 #include <sstream>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "RuntimeFolder.h"
-#include "Waiting.h"
 #include "platform/linux/FileDescriptor.h"
 #include "tools/simulate/Simulator.h"
 
@@ -61,43 +55,6 @@ private:
     FileDescriptor commands;
     FileDescriptor input;
     std::thread thread;
-};
-
-// Samples as they come in from the sensor thread.
-class Samples {
-public:
-    std::function<void(double, double, double)> receiver() {
-        return [this](double x, double y, double z) {
-            const std::lock_guard lock(mutex);
-            samples.push_back({.x = x, .y = y, .z = z});
-        };
-    }
-
-    std::vector<Acceleration> all() const {
-        const std::lock_guard lock(mutex);
-        return samples;
-    }
-
-    std::size_t count() const {
-        const std::lock_guard lock(mutex);
-        return samples.size();
-    }
-
-    Acceleration last() const {
-        const std::lock_guard lock(mutex);
-        return samples.empty() ? Acceleration{} : samples.back();
-    }
-
-    double greatestMagnitude() const {
-        const std::lock_guard lock(mutex);
-        double greatest = 0.0;
-        for (const auto& [x, y, z] : samples) greatest = std::max(greatest, std::hypot(x, y, z));
-        return greatest;
-    }
-
-private:
-    mutable std::mutex mutex;
-    std::vector<Acceleration> samples;
 };
 
 } // namespace quiverly

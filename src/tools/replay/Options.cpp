@@ -1,11 +1,11 @@
 #include "tools/replay/Options.h"
 
 #include <algorithm>
-#include <charconv>
 #include <string_view>
 #include <vector>
 
 #include "tools/recording/Decimal.h"
+#include "tools/recording/unsigned_integer.h"
 
 namespace quiverly {
 
@@ -23,12 +23,10 @@ double number(const std::string& text) {
     return *value;
 }
 
-std::uint64_t unsignedInteger(const std::string& text) {
-    std::uint64_t value = 0;
-    const char* end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc() || rest != end) throw UnusableOptions{"'" + text + "' is no unsigned 64-bit integer"};
-    return value;
+std::uint64_t seed(const std::string& text) {
+    const auto value = unsignedInteger(text);
+    if (!value) throw UnusableOptions{"'" + text + "' is no unsigned 64-bit integer"};
+    return *value;
 }
 
 const std::string& folder(const std::string& text) {
@@ -41,7 +39,7 @@ constexpr OptionKind kinds[] = {
     {"--pack", [](Options& options, const std::string& value) { options.pack = value; }},
     {"--threshold", [](Options& options, const std::string& value) { options.threshold = number(value); }},
     {"--resources", [](Options& options, const std::string& value) { options.resources = folder(value); }},
-    {"--seed", [](Options& options, const std::string& value) { options.seed = unsignedInteger(value); }},
+    {"--seed", [](Options& options, const std::string& value) { options.seed = seed(value); }},
     {"--help", [](Options& options, const std::string&) { options.wish = Options::Wish::help; }, false},
     {"--version", [](Options& options, const std::string&) { options.wish = Options::Wish::version; }, false},
 };

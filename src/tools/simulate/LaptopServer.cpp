@@ -15,8 +15,6 @@ namespace quiverly {
 
 namespace {
 
-constexpr std::size_t maximumClients = 200; // more wait until one leaves
-
 bool sendHellos(int socket) {
     const auto entries = registry();
     return std::ranges::all_of(entries, [&](const auto& entry) { return laptop::send(socket, entry.hello); }) &&
@@ -36,7 +34,7 @@ void LaptopServer::vanish() {
 }
 
 void LaptopServer::addInputs(std::vector<pollfd>& inputs) const {
-    inputs.push_back(inputOf(clients.size() < maximumClients ? listener.descriptor() : -1));
+    inputs.push_back(inputOf(listener.descriptor()));
     for (const Client& client : clients) inputs.push_back(inputOf(client.socket.get()));
 }
 

@@ -73,7 +73,9 @@ void Motion::moveByActivity() {
 }
 
 double Motion::heave() const {
-    return activity == Activity::walking ? bodyHeave * std::sin(turn * activityAge / stepReports) : 0.0;
+    if (activity != Activity::walking) return 0.0;
+    const auto ofTheStep = static_cast<double>(activityAge % stepReports) / stepReports;
+    return bodyHeave * std::sin(turn * ofTheStep);
 }
 
 double Motion::ring() {

@@ -55,8 +55,8 @@ private:
     std::normal_distribution<double> noise{0.0, 0.0008}; // g on each axis, as small MEMS sensors have at this rate
     Acceleration gravity{.x = 0.0, .y = 0.0, .z = 1.0};
     Activity activity = Activity::none;
-    int activityAge = 0; // reports
-    int nextTap = 0;     // of the activity's age
+    std::int64_t activityAge = 0; // reports
+    std::int64_t nextTap = 0;     // of the activity's age
     std::vector<Ringing> blows;
 };
 

@@ -2,7 +2,6 @@
 
 #include <deque>
 #include <filesystem>
-#include <string>
 #include <variant>
 
 #include "tools/simulate/Command.h"

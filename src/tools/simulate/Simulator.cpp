@@ -1,22 +1,19 @@
 #include "tools/simulate/Simulator.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
 #include <ostream>
 #include <utility>
 
 #include "platform/linux/input.h"
+#include "tools/simulate/CommandInput.h"
 #include "tools/simulate/wire_report.h"
 
 namespace quiverly {
 
 namespace {
 
-constexpr std::size_t longestLine = 1000;                 // bytes; what is longer is no command
 constexpr std::chrono::milliseconds longestBacklog{1000}; // what is older when the laptop wakes up never happened
-constexpr std::chrono::hours forever{24};
+constexpr std::chrono::nanoseconds forever = std::chrono::hours(24);
 
 } // namespace
 
@@ -36,14 +33,15 @@ bool Simulator::open() {
 }
 
 bool Simulator::run(int commands, int interruptions) {
+    CommandInput input(commands);
     std::vector<pollfd> inputs;
     while (!finished) {
-        inputs = {inputOf(commands), inputOf(interruptions)};
+        inputs = {inputOf(input.descriptor()), inputOf(interruptions)};
         server.addInputs(inputs);
-        waitForInput(inputs, untilNext());
+        waitForInput(inputs, std::min(untilNext(), input.pause().value_or(forever)));
         skipSilence();
         server.handleInputs(std::span(inputs).subspan(2));
-        if (inputs[0].revents != 0) readCommands(commands);
+        if (inputs[0].revents != 0) obeyLines(input.read());
         if (inputs[1].revents != 0) finished = true;
         catchUp();
     }
@@ -68,24 +66,12 @@ void Simulator::skipSilence() {
     missRecording();
 }
 
-void Simulator::readCommands(int& commands) {
-    std::array<char, 4096> bytes; // NOLINT: filled by the next call
-    const ssize_t length = ::read(commands, bytes.data(), bytes.size());
-    if (length <= 0) {
-        commands = -1;
-        return obeyLine(std::exchange(unfinishedLine, {}));
-    }
-    for (const char byte : std::span(bytes).first(static_cast<std::size_t>(length))) {
-        if (byte == '\n') {
-            obeyLine(std::exchange(unfinishedLine, {}));
-        } else if (unfinishedLine.size() <= longestLine) {
-            unfinishedLine += byte;
-        }
-    }
+void Simulator::obeyLines(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) obeyLine(line);
 }
 
 void Simulator::obeyLine(const std::string& line) {
-    if (line.size() > longestLine) return complain("a line of more than 1000 bytes is no command");
+    if (line.size() > CommandInput::longestLine) return complain("a line of more than 1000 bytes is no command");
     if (command::saysNothing(line)) return;
     const auto parsed = command::parse(line);
     if (const auto* mistake = std::get_if<command::Mistake>(&parsed)) return complain(mistake->text);

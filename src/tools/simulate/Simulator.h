@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tools/simulate/Command.h"
 #include "tools/simulate/LaptopServer.h"
@@ -49,7 +50,7 @@ private:
     std::chrono::nanoseconds untilNext() const;
     bool isReporting() const { return server.isReporting() && !asleep; }
     void skipSilence();
-    void readCommands(int& commands);
+    void obeyLines(const std::vector<std::string>& lines);
     void obeyLine(const std::string& line);
     void catchUp();
     void obeyScript();
@@ -87,7 +88,6 @@ private:
     bool asleep = false;
     bool finished = false;
     bool failed = false;
-    std::string unfinishedLine;
 };
 
 } // namespace quiverly

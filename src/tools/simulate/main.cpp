@@ -2,14 +2,16 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-#include <charconv>
 #include <csignal>
 #include <iostream>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "identity.h"
 #include "platform/linux/FileDescriptor.h"
+#include "tools/recording/unsigned_integer.h"
 #include "tools/simulate/Simulator.h"
 
 namespace {
@@ -38,10 +40,27 @@ Simulates a laptop with a motion sensor for Quiverly and obeys commands on stand
     return 0;
 }
 
-std::optional<std::uint64_t> seedOf(std::string_view text) {
-    std::uint64_t seed = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seed);
-    return error == std::errc() && end == text.data() + text.size() ? std::optional(seed) : std::nullopt;
+// What an option says, into the options; nothing, or what is wrong with it.
+using Problem = std::optional<std::string>;
+
+Problem takeScript(Simulator::Options& options, const char* file) {
+    auto read = readScript(file);
+    if (auto* mistake = std::get_if<command::Mistake>(&read)) return std::move(mistake->text);
+    options.script = std::move(std::get<Script>(read));
+    return std::nullopt;
+}
+
+Problem takeRecording(Simulator::Options& options, const char* file) {
+    if (std::string_view(file) == "-") return "standard input is for commands: name a recording";
+    options.recording = file;
+    return std::nullopt;
+}
+
+Problem takeSeed(Simulator::Options& options, const char* text) {
+    const auto seed = unsignedInteger(text);
+    if (!seed) return "--seed takes a whole number of 64 bits, not \"" + std::string(text) + '"';
+    options.seed = *seed;
+    return std::nullopt;
 }
 
 // The options, or the status with which to end.
@@ -59,23 +78,17 @@ std::variant<Simulator::Options, int> parse(int argc, char** argv) {
     Simulator::Options options;
     // NOLINTNEXTLINE(concurrency-mt-unsafe): the only thread
     for (int found = 0; (found = ::getopt_long(argc, argv, "", known, nullptr)) != -1;) {
+        Problem problem;
         switch (found) {
-        case script: {
-            auto read = readScript(optarg);
-            if (const auto* mistake = std::get_if<command::Mistake>(&read)) return fail(mistake->text);
-            options.script = std::move(std::get<Script>(read));
+        case script:
+            problem = takeScript(options, optarg);
             break;
-        }
         case recording:
-            if (std::string_view(optarg) == "-") return fail("standard input is for commands: name a recording");
-            options.recording = optarg;
+            problem = takeRecording(options, optarg);
             break;
-        case seed: {
-            const auto read = seedOf(optarg);
-            if (!read) return fail("--seed takes a whole number of 64 bits, not \"" + std::string(optarg) + '"');
-            options.seed = *read;
+        case seed:
+            problem = takeSeed(options, optarg);
             break;
-        }
         case verbose:
             options.verbose = true;
             break;
@@ -87,6 +100,7 @@ std::variant<Simulator::Options, int> parse(int argc, char** argv) {
         default:
             return unusable; // getopt_long has said why
         }
+        if (problem) return fail(*problem);
     }
     if (optind < argc) return fail("unexpected \"" + std::string(argv[optind]) + "\"; try --help");
     return options;

@@ -1,0 +1,30 @@
+#include "tools/simulate/wire_report.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "engine/Inspector.h"
+
+namespace quiverly {
+namespace {
+
+TEST(WireReportTest, HoldsTheAccelerationsBetweenAHeaderAndATailThatAreNotAllZero) {
+    for (const std::uint32_t number : {0U, 1U, 0xFFFFFFFFU}) {
+        const WireReport report = wireReport({.x = 1.0, .y = -1.0, .z = 0.5}, number);
+        EXPECT_EQ(Inspector::readInt32LE(report, 6), 65536);
+        EXPECT_EQ(Inspector::readInt32LE(report, 10), -65536);
+        EXPECT_EQ(Inspector::readInt32LE(report, 14), 32768);
+        EXPECT_TRUE(std::any_of(report.begin(), report.begin() + 6, [](auto byte) { return byte != 0; }));
+        EXPECT_TRUE(std::any_of(report.begin() + 18, report.end(), [](auto byte) { return byte != 0; }));
+    }
+}
+
+TEST(WireReportTest, HoldsTheGreatestAccelerationWhereTheRealOneIsGreater) {
+    const WireReport report = wireReport({.x = 1e9, .y = -1e9, .z = 0.0}, 1);
+    EXPECT_EQ(Inspector::readInt32LE(report, 6), 32767 * 65536);
+    EXPECT_EQ(Inspector::readInt32LE(report, 10), -32767 * 65536);
+}
+
+} // namespace
+} // namespace quiverly
