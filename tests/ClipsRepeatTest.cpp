@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "Files.h"
-#include "Pack.h"
 #include "TemporaryFolder.h"
+#include "clips/Pack.h"
 
 namespace quiverly::clips {
 namespace {
@@ -15,9 +15,9 @@ TEST(ClipsRepeatTest, MadeTwiceOnOneMachineEveryClipHasTheSameBytes) {
     makeAll(once.path());
     makeAll(again.path());
     for (const Pack& pack : allPacks()) {
-        for (std::size_t i = 0; i < pack.clips.size(); ++i) {
-            EXPECT_TRUE(bytesOf(once.path() / fileOf(pack, i)) == bytesOf(again.path() / fileOf(pack, i)))
-                << fileOf(pack, i);
+        for (std::size_t index = 0; index < pack.clips.size(); ++index) {
+            EXPECT_TRUE(bytesOf(once.path() / fileOf(pack, index)) == bytesOf(again.path() / fileOf(pack, index)))
+                << fileOf(pack, index);
         }
     }
 }

@@ -14,12 +14,12 @@
 #include <QCryptographicHash>
 
 #include "Files.h"
-#include "Mp3.h"
-#include "Pack.h"
 #include "TemporaryFolder.h"
-#include "measure/Loudness.h"
-#include "measure/Spectrogram.h"
-#include "measure/Strength.h"
+#include "clips/Mp3.h"
+#include "clips/Pack.h"
+#include "clips/measure/Loudness.h"
+#include "clips/measure/Spectrogram.h"
+#include "clips/measure/Strength.h"
 #include "platform/bundle.h"
 #include "platform/virtual/VirtualPlatform.h"
 #include "sound/SoundPlayer.h"
@@ -59,17 +59,15 @@ struct Heard {
 
 std::vector<Heard> heard(const Pack& pack) {
     std::vector<Heard> clips;
-    for (std::size_t i = 0; i < pack.clips.size(); ++i) {
-        clips.push_back({fileOf(pack, i).string(), readMp3(audio / fileOf(pack, i))});
+    for (std::size_t index = 0; index < pack.clips.size(); ++index) {
+        clips.push_back({fileOf(pack, index).string(), readMp3(audio / fileOf(pack, index))});
     }
     return clips;
 }
 
 std::vector<Heard> heardInAllPacks() {
     std::vector<Heard> clips;
-    for (const Pack& pack : allPacks()) {
-        std::ranges::move(heard(pack), std::back_inserter(clips));
-    }
+    for (const Pack& pack : allPacks()) std::ranges::move(heard(pack), std::back_inserter(clips));
     return clips;
 }
 
@@ -77,31 +75,29 @@ double secondsOf(const Stereo& sound) {
     return static_cast<double>(sound.left.size()) / sampleRate;
 }
 
-double peakAt(const Stereo& sound, std::size_t i) {
-    return std::max(std::abs(sound.left[i]), std::abs(sound.right[i]));
+double peakAt(const Stereo& sound, std::size_t index) {
+    return std::max(std::abs(sound.left[index]), std::abs(sound.right[index]));
 }
 
 double onsetOf(const Stereo& sound) {
     const double least = onsetBelowPeak * std::max(peakOf(sound.left), peakOf(sound.right));
     std::size_t first = 0;
-    while (peakAt(sound, first) < least) {
-        ++first;
-    }
+    while (peakAt(sound, first) < least) ++first;
     return static_cast<double>(first) / sampleRate;
 }
 
 double greatestStepAtTheEndOf(const Signal& channel) {
     double greatest = 0;
-    for (std::size_t i = channel.size() - samplesIn(lastPart); i < channel.size(); ++i) {
-        greatest = std::max(greatest, std::abs(channel[i] - channel[i - 1]));
+    for (std::size_t index = channel.size() - samplesIn(lastPart); index < channel.size(); ++index) {
+        greatest = std::max(greatest, std::abs(channel[index] - channel[index - 1]));
     }
     return greatest;
 }
 
 double differenceOf(const Signal& one, const Signal& other) {
     double sum = 0;
-    for (std::size_t i = 0; i < one.size(); ++i) {
-        sum += (one[i] - other[i]) * (one[i] - other[i]);
+    for (std::size_t index = 0; index < one.size(); ++index) {
+        sum += (one[index] - other[index]) * (one[index] - other[index]);
     }
     return std::sqrt(sum / static_cast<double>(one.size()));
 }
@@ -129,9 +125,7 @@ std::string textOfTag(const fs::path& file, const std::string& frame) {
 std::vector<fs::path> clipFiles() {
     std::vector<fs::path> files;
     for (const auto& entry : fs::recursive_directory_iterator(audio)) {
-        if (entry.path().extension() == ".mp3") {
-            files.push_back(fs::relative(entry.path(), audio));
-        }
+        if (entry.path().extension() == ".mp3") files.push_back(fs::relative(entry.path(), audio));
     }
     std::ranges::sort(files);
     return files;
@@ -146,9 +140,7 @@ TEST(ClipsTest, EveryPackHoldsEnoughClips) {
 TEST(ClipsTest, TheFoldersHoldExactlyTheClipsOfTheScores) {
     std::vector<fs::path> expected;
     for (const Pack& pack : allPacks()) {
-        for (std::size_t i = 0; i < pack.clips.size(); ++i) {
-            expected.push_back(fileOf(pack, i));
-        }
+        for (std::size_t index = 0; index < pack.clips.size(); ++index) expected.push_back(fileOf(pack, index));
     }
     std::ranges::sort(expected);
     EXPECT_EQ(clipFiles(), expected);
@@ -163,9 +155,7 @@ TEST(ClipsTest, NaturalFileNameOrderIsTheOrderOfTheScore) {
             return bundle::precedes(a.filename().string(), b.filename().string());
         });
         ASSERT_EQ(files.size(), pack.clips.size());
-        for (std::size_t i = 0; i < files.size(); ++i) {
-            EXPECT_EQ(files[i], audio / fileOf(pack, i));
-        }
+        for (std::size_t index = 0; index < files.size(); ++index) EXPECT_EQ(files[index], audio / fileOf(pack, index));
     }
 }
 
@@ -203,9 +193,7 @@ TEST(ClipsTest, EveryClipNamesItsTitleItsMakerAndItsLicenceInItsTag) {
 }
 
 TEST(ClipsTest, EveryClipSoundsWithinFiveMillisecondsOfItsStart) {
-    for (const auto& [name, sound] : heardInAllPacks()) {
-        EXPECT_LE(onsetOf(sound), latestOnset) << name;
-    }
+    for (const auto& [name, sound] : heardInAllPacks()) EXPECT_LE(onsetOf(sound), latestOnset) << name;
 }
 
 TEST(ClipsTest, EveryClipLastsBetweenAThirdOfASecondAndFour) {
@@ -224,9 +212,7 @@ TEST(ClipsTest, MostClipsLastAboutASecond) {
 }
 
 TEST(ClipsTest, NoTruePeakReachesFullScale) {
-    for (const auto& [name, sound] : heardInAllPacks()) {
-        EXPECT_LE(truePeak(sound), highestPeak) << name;
-    }
+    for (const auto& [name, sound] : heardInAllPacks()) EXPECT_LE(truePeak(sound), highestPeak) << name;
 }
 
 TEST(ClipsTest, EveryClipIsAsLoudAsTheOthers) {
@@ -237,13 +223,9 @@ TEST(ClipsTest, EveryClipIsAsLoudAsTheOthers) {
 
 TEST(ClipsTest, AnEscalatingPackRisesLittleInLoudness) {
     for (const Pack& pack : allPacks()) {
-        if (!pack.name.escalates()) {
-            continue;
-        }
+        if (!pack.name.escalates()) continue;
         std::vector<double> loudness;
-        for (const Heard& clip : heard(pack)) {
-            loudness.push_back(momentaryLoudness(clip.sound));
-        }
+        for (const Heard& clip : heard(pack)) loudness.push_back(momentaryLoudness(clip.sound));
         EXPECT_GT(loudness.back(), loudness.front()) << pack.name.folder();
         EXPECT_LE(std::ranges::max(loudness) - std::ranges::min(loudness), greatestRise) << pack.name.folder();
     }
@@ -251,9 +233,7 @@ TEST(ClipsTest, AnEscalatingPackRisesLittleInLoudness) {
 
 TEST(ClipsTest, EveryClipIsStrongerThanTheOneBeforeInAnEscalatingPack) {
     for (const Pack& pack : allPacks()) {
-        if (!pack.name.escalates()) {
-            continue;
-        }
+        if (!pack.name.escalates()) continue;
         double before = -HUGE_VAL;
         for (const auto& [name, sound] : heard(pack)) {
             const double points = strengthOf(sound).points();
@@ -265,13 +245,9 @@ TEST(ClipsTest, EveryClipIsStrongerThanTheOneBeforeInAnEscalatingPack) {
 
 TEST(ClipsTest, LengthLoudnessAndDensityAllRiseFromTheFirstToTheLastThirdOfAnEscalatingPack) {
     for (const Pack& pack : allPacks()) {
-        if (!pack.name.escalates()) {
-            continue;
-        }
+        if (!pack.name.escalates()) continue;
         std::vector<Strength> strengths;
-        for (const Heard& clip : heard(pack)) {
-            strengths.push_back(strengthOf(clip.sound));
-        }
+        for (const Heard& clip : heard(pack)) strengths.push_back(strengthOf(clip.sound));
         const auto third = static_cast<std::ptrdiff_t>(strengths.size() / 3);
         const auto rises = [&](double Strength::*part) {
             const auto sum = [part](double total, const Strength& strength) { return total + strength.*part; };
@@ -294,9 +270,7 @@ TEST(ClipsTest, EveryClipEndsInAFadeWithoutAClick) {
 
 TEST(ClipsTest, NoTwoClipsSoundAlike) {
     std::vector<std::pair<std::string, std::vector<Spectrum>>> clips;
-    for (const auto& [name, sound] : heardInAllPacks()) {
-        clips.emplace_back(name, spectrogram(sound));
-    }
+    for (const auto& [name, sound] : heardInAllPacks()) clips.emplace_back(name, spectrogram(sound));
     for (auto one = clips.begin(); one != clips.end(); ++one) {
         for (auto other = one + 1; other != clips.end(); ++other) {
             EXPECT_GT(distanceBetween(one->second, other->second), leastDistance) << one->first << ' ' << other->first;
@@ -307,18 +281,14 @@ TEST(ClipsTest, NoTwoClipsSoundAlike) {
 TEST(ClipsTest, TheWholeFolderIsSmall) {
     std::uintmax_t bytes = 0;
     for (const auto& entry : fs::recursive_directory_iterator(audio)) {
-        if (entry.is_regular_file()) {
-            bytes += entry.file_size();
-        }
+        if (entry.is_regular_file()) bytes += entry.file_size();
     }
     EXPECT_LE(bytes, mostBytes);
 }
 
 TEST(ClipsTest, TheListOfChecksumsIsThatOfTheFiles) {
     std::ostringstream expected;
-    for (const fs::path& file : clipFiles()) {
-        expected << sha256Of(audio / file) << "  " << file.string() << '\n';
-    }
+    for (const fs::path& file : clipFiles()) expected << sha256Of(audio / file) << "  " << file.string() << '\n';
     EXPECT_EQ(bytesOf(audio / "SHA256SUMS"), expected.str());
 }
 

@@ -1,4 +1,4 @@
-#include "Mp3.h"
+#include "clips/Mp3.h"
 
 #include <sndfile.hh>
 
@@ -23,9 +23,7 @@ constexpr auto licence = "CC0 1.0, creativecommons.org/publicdomain/zero/1.0";
 void writeMp3(const std::filesystem::path& file, const Stereo& sound, const std::string& title) {
     SndfileHandle out(file.string(), SFM_WRITE, SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III, 2,
                       static_cast<int>(sampleRate));
-    if (!out) {
-        fail(file, out.strError());
-    }
+    if (!out) fail(file, out.strError());
     int mode = SF_BITRATE_MODE_VARIABLE;
     double level = compression;
     if (out.command(SFC_SET_COMPRESSION_LEVEL, &level, sizeof level) != SF_TRUE ||
@@ -37,9 +35,9 @@ void writeMp3(const std::filesystem::path& file, const Stereo& sound, const std:
     out.setString(SF_STR_COMMENT, licence);
     std::vector<double> frames;
     frames.reserve(2 * sound.left.size());
-    for (std::size_t i = 0; i < sound.left.size(); ++i) {
-        frames.push_back(sound.left[i]);
-        frames.push_back(sound.right[i]);
+    for (std::size_t index = 0; index < sound.left.size(); ++index) {
+        frames.push_back(sound.left[index]);
+        frames.push_back(sound.right[index]);
     }
     if (out.write(frames.data(), static_cast<sf_count_t>(frames.size())) != static_cast<sf_count_t>(frames.size())) {
         fail(file, out.strError());
@@ -48,18 +46,16 @@ void writeMp3(const std::filesystem::path& file, const Stereo& sound, const std:
 
 Stereo readMp3(const std::filesystem::path& file) {
     SndfileHandle in(file.string());
-    if (!in) {
-        fail(file, in.strError());
-    }
+    if (!in) fail(file, in.strError());
     if (in.samplerate() != static_cast<int>(sampleRate) || in.channels() != 2) {
         fail(file, "This is not stereo at 48 kHz.");
     }
     std::vector<double> samples(2 * static_cast<std::size_t>(in.frames()));
     const auto read = static_cast<std::size_t>(in.readf(samples.data(), in.frames()));
     Stereo sound;
-    for (std::size_t i = 0; i < read; ++i) {
-        sound.left.push_back(samples[2 * i]);
-        sound.right.push_back(samples[2 * i + 1]);
+    for (std::size_t index = 0; index < read; ++index) {
+        sound.left.push_back(samples[2 * index]);
+        sound.right.push_back(samples[2 * index + 1]);
     }
     return sound;
 }

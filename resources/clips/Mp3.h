@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "synthesis/Signal.h"
+#include "clips/synthesis/Signal.h"
 
 namespace quiverly::clips {
 

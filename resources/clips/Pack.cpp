@@ -1,7 +1,7 @@
-#include "Pack.h"
+#include "clips/Pack.h"
 
-#include "Mp3.h"
-#include "synthesis/Mastering.h"
+#include "clips/Mp3.h"
+#include "clips/synthesis/Mastering.h"
 
 namespace quiverly::clips {
 
@@ -11,9 +11,7 @@ constexpr double meanLoudness = -16; // LUFS, momentary
 constexpr double loudnessRise = 2.4; // LU from the first to the last clip of a pack that escalates
 
 double wantedLoudness(const Pack& pack, std::size_t index) {
-    if (!pack.name.escalates()) {
-        return meanLoudness;
-    }
+    if (!pack.name.escalates()) return meanLoudness;
     const double along = static_cast<double>(index) / static_cast<double>(pack.clips.size() - 1);
     return meanLoudness + loudnessRise * (along - 0.5);
 }

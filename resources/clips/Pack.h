@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "clips/synthesis/Random.h"
+#include "clips/synthesis/Signal.h"
 #include "sound/SoundPack.h"
-#include "synthesis/Random.h"
-#include "synthesis/Signal.h"
 
 namespace quiverly::clips {
 

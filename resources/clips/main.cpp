@@ -4,14 +4,13 @@
 //   quiverly-clips sheet AUDIO FOLDER     draws the clips below AUDIO into FOLDER and prints the contact sheet's tables
 
 #include <exception>
-#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
 
-#include "Mp3.h"
-#include "Pack.h"
-#include "sheet/ContactSheet.h"
+#include "clips/Mp3.h"
+#include "clips/Pack.h"
+#include "clips/sheet/ContactSheet.h"
 
 int main(int argc, char* argv[]) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);

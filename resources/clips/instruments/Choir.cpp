@@ -1,6 +1,6 @@
-#include "instruments/Choir.h"
+#include "clips/instruments/Choir.h"
 
-#include "synthesis/Pitch.h"
+#include "clips/synthesis/Pitch.h"
 
 namespace quiverly::clips {
 

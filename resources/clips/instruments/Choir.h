@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "instruments/Voice.h"
-#include "synthesis/Stage.h"
+#include "clips/instruments/Voice.h"
+#include "clips/synthesis/Stage.h"
 
 namespace quiverly::clips {
 

@@ -1,9 +1,7 @@
-#include "instruments/Creature.h"
+#include "clips/instruments/Creature.h"
 
-#include <cmath>
-
-#include "synthesis/Filter.h"
-#include "synthesis/Oscillator.h"
+#include "clips/synthesis/Filter.h"
+#include "clips/synthesis/Oscillator.h"
 
 namespace quiverly::clips {
 
@@ -14,9 +12,7 @@ Signal impulses(double seconds, const Gesture& hertz, double unevenness, Random&
     double until = 0;
     return shaped(seconds, [&](double along) {
         until -= hertz(along) / sampleRate;
-        if (until > 0) {
-            return 0.0;
-        }
+        if (until > 0) return 0.0;
         until += 1 + unevenness * random.noise();
         return 1 - unevenness * random.between(0, 1);
     });

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "synthesis/Random.h"
-#include "synthesis/Signal.h"
+#include "clips/synthesis/Random.h"
+#include "clips/synthesis/Signal.h"
 
 namespace quiverly::clips {
 

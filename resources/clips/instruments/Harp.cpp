@@ -1,10 +1,10 @@
-#include "instruments/Harp.h"
+#include "clips/instruments/Harp.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "synthesis/Filter.h"
-#include "synthesis/Oscillator.h"
+#include "clips/synthesis/Filter.h"
+#include "clips/synthesis/Oscillator.h"
 
 namespace quiverly::clips {
 

@@ -1,7 +1,7 @@
-#include "instruments/Horn.h"
+#include "clips/instruments/Horn.h"
 
-#include "synthesis/Filter.h"
-#include "synthesis/Oscillator.h"
+#include "clips/synthesis/Filter.h"
+#include "clips/synthesis/Oscillator.h"
 
 namespace quiverly::clips {
 

@@ -1,10 +1,10 @@
-#include "instruments/Impact.h"
+#include "clips/instruments/Impact.h"
 
 #include <cmath>
 #include <numbers>
 
-#include "synthesis/Filter.h"
-#include "synthesis/Oscillator.h"
+#include "clips/synthesis/Filter.h"
+#include "clips/synthesis/Oscillator.h"
 
 namespace quiverly::clips {
 

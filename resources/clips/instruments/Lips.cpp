@@ -1,8 +1,8 @@
-#include "instruments/Lips.h"
+#include "clips/instruments/Lips.h"
 
-#include "instruments/Impact.h"
-#include "synthesis/Filter.h"
-#include "synthesis/Oscillator.h"
+#include "clips/instruments/Impact.h"
+#include "clips/synthesis/Filter.h"
+#include "clips/synthesis/Oscillator.h"
 
 namespace quiverly::clips {
 

@@ -1,6 +1,6 @@
-#include "instruments/Organ.h"
+#include "clips/instruments/Organ.h"
 
-#include "synthesis/Oscillator.h"
+#include "clips/synthesis/Oscillator.h"
 
 namespace quiverly::clips {
 
@@ -20,9 +20,7 @@ Signal piped(const std::vector<double>& keys, double seconds, const Gesture& swe
     Signal soft;
     Signal bright;
     for (const double key : keys) {
-        for (const Rank& rank : softRanks) {
-            add(soft, sine(seconds, rank.ratio * keyPitch(key)), 0, rank.gain);
-        }
+        for (const Rank& rank : softRanks) add(soft, sine(seconds, rank.ratio * keyPitch(key)), 0, rank.gain);
         for (const Rank& rank : brightRanks) {
             // A hundredth of a semitone apart per rank, as pipes are, so that the ranks shimmer.
             add(bright, sine(seconds, rank.ratio * keyPitch(key + 0.01 * rank.ratio)), 0, rank.gain);

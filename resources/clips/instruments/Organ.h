@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "synthesis/Signal.h"
+#include "clips/synthesis/Signal.h"
 
 namespace quiverly::clips {
 

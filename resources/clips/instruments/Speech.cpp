@@ -1,4 +1,4 @@
-#include "instruments/Speech.h"
+#include "clips/instruments/Speech.h"
 
 #include <stdexcept>
 #include <vector>
@@ -28,9 +28,7 @@ QByteArray wavOf(const std::string& words, const Manner& manner) {
         throw std::runtime_error("espeak-ng: " + program.errorString().toStdString());
     }
     QByteArray wav = program.readAllStandardOutput();
-    if (wav.size() <= headerBytes) {
-        throw std::runtime_error("espeak-ng did not speak.");
-    }
+    if (wav.size() <= headerBytes) throw std::runtime_error("espeak-ng did not speak.");
     return wav;
 }
 
@@ -54,8 +52,8 @@ std::vector<float> resampled(const std::vector<float>& samples, double ratio) {
 Signal spoken(const std::string& words, const Manner& manner) {
     const QByteArray wav = wavOf(words, manner);
     std::vector<float> samples(static_cast<std::size_t>(wav.size() - headerBytes) / sizeof(qint16));
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        samples[i] = qFromLittleEndian<qint16>(wav.constData() + headerBytes + i * sizeof(qint16));
+    for (std::size_t index = 0; index < samples.size(); ++index) {
+        samples[index] = qFromLittleEndian<qint16>(wav.constData() + headerBytes + index * sizeof(qint16));
     }
     samples = resampled(samples, sampleRate / qFromLittleEndian<quint32>(wav.constData() + rateAt));
     return normalised(Signal(samples.begin(), samples.end()));

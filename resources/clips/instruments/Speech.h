@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "synthesis/Signal.h"
+#include "clips/synthesis/Signal.h"
 
 namespace quiverly::clips {
 

@@ -1,4 +1,4 @@
-#include "instruments/Struck.h"
+#include "clips/instruments/Struck.h"
 
 #include <algorithm>
 #include <cmath>
@@ -27,9 +27,7 @@ Signal struck(const Body& body, double hertz, double hardness, double length) {
     Signal sum;
     for (const Mode& mode : body) {
         const double frequency = mode.ratio * hertz;
-        if (frequency > 0.45 * sampleRate) {
-            continue;
-        }
+        if (frequency > 0.45 * sampleRate) continue;
         const double seconds = length * mode.seconds;
         const double gain = mode.gain * std::pow(mode.ratio, 1.6 * (hardness - 0.5));
         const double fading = std::pow(10, -3 / (seconds * sampleRate)); // in one sample

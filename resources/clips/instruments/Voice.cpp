@@ -1,13 +1,13 @@
-#include "instruments/Voice.h"
+#include "clips/instruments/Voice.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
 
-#include "synthesis/Filter.h"
-#include "synthesis/Oscillator.h"
-#include "synthesis/Vibrato.h"
+#include "clips/synthesis/Filter.h"
+#include "clips/synthesis/Oscillator.h"
+#include "clips/synthesis/Vibrato.h"
 
 namespace quiverly::clips {
 
@@ -20,42 +20,42 @@ constexpr double edgeAtMost = 7;        // by so much at full tension
 // The vocal folds: one pulse of air flow per period, as its derivative, which is what the lips radiate.
 class Folds {
 public:
-    Folds(double roughness, Random& random) : roughness_(roughness), random_(random) {}
+    Folds(double roughness, Random& random) : roughness(roughness), random(random) {}
 
     // The next sample; openness() then tells how far the folds are apart.
     double operator()(double hertz, double tension) {
-        const double step = std::clamp(hertz * timing_ / sampleRate, 1e-5, 0.25);
-        phase_ += step;
-        if (phase_ >= 1) {
-            phase_ -= 1;
+        const double step = std::clamp(hertz * timing / sampleRate, 1e-5, 0.25);
+        phase += step;
+        if (phase >= 1) {
+            phase -= 1;
             startPulse();
         }
         const double openPart = 0.75 - 0.3 * tension;
-        const double opened = phase_ / openPart;
-        const double sinceClosing = std::fmod(phase_ - openPart + 1, 1);
-        openness_ = opened < 1 ? 6.75 * opened * opened * (1 - opened) : 0;
+        const double opened = phase / openPart;
+        const double sinceClosing = std::fmod(phase - openPart + 1, 1);
+        opening = opened < 1 ? 6.75 * opened * opened * (1 - opened) : 0;
         const double flow = opened < 1 ? 2 * opened - 3 * opened * opened : 0;
-        return strength_ * (flow + smoothedJump(sinceClosing, step));
+        return strength * (flow + smoothedJump(sinceClosing, step));
     }
 
-    double openness() const { return openness_; }
+    double openness() const { return opening; }
 
 private:
     static constexpr double jitter = 0.006; // of one period, as in a healthy voice
 
     void startPulse() {
-        weak_ = !weak_;
-        timing_ = 1 + (jitter + 0.12 * roughness_) * random_.noise();
-        strength_ = (weak_ ? 1 - 0.55 * roughness_ : 1) * (1 + 0.25 * roughness_ * random_.noise());
+        weak = !weak;
+        timing = 1 + (jitter + 0.12 * roughness) * random.noise();
+        strength = (weak ? 1 - 0.55 * roughness : 1) * (1 + 0.25 * roughness * random.noise());
     }
 
-    double roughness_;
-    Random& random_;
-    double phase_ = 0;
-    double timing_ = 1;
-    double strength_ = 1;
-    double openness_ = 0;
-    bool weak_ = false;
+    double roughness;
+    Random& random;
+    double phase = 0;
+    double timing = 1;
+    double strength = 1;
+    double opening = 0;
+    bool weak = false;
 };
 
 // A pole pair with gain 1 at 0 Hz, so that a row of them makes the loudnesses of the resonances by itself.
@@ -63,67 +63,61 @@ class Resonance {
 public:
     void tune(double hertz, double width) {
         const double radius = std::exp(-std::numbers::pi * width / sampleRate);
-        older_ = -radius * radius;
-        newer_ = 2 * radius * std::cos(2 * std::numbers::pi * hertz / sampleRate);
+        older = -radius * radius;
+        newer = 2 * radius * std::cos(2 * std::numbers::pi * hertz / sampleRate);
     }
 
     double operator()(double sample) {
-        const double out = (1 - newer_ - older_) * sample + newer_ * last_ + older_ * beforeLast_;
-        beforeLast_ = last_;
-        last_ = out;
+        const double out = (1 - newer - older) * sample + newer * last + older * beforeLast;
+        beforeLast = last;
+        last = out;
         return out;
     }
 
 private:
-    double newer_ = 0;
-    double older_ = 0;
-    double last_ = 0;
-    double beforeLast_ = 0;
+    double newer = 0;
+    double older = 0;
+    double last = 0;
+    double beforeLast = 0;
 };
 
 // The row of resonances from the throat to the lips.
 class Tract {
 public:
-    explicit Tract(double scale) : scale_(scale) {}
+    explicit Tract(double scale) : scale(scale) {}
 
     // As singers do, the mouth opens with the pitch, so that its first resonance never lies below the note (J.
     // Sundberg, "The Science of the Singing Voice", 1987).
     void shape(const std::array<double, 3>& formants, double pitch) {
-        for (std::size_t i = 0; i < resonances_.size(); ++i) {
+        for (std::size_t index = 0; index < resonances.size(); ++index) {
             // Above the third, resonances are a tube's: one every thousand hertz.
-            const double hertz = scale_ * (i < 3 ? formants[i] : 500 + 1000 * static_cast<double>(i));
-            const double least = i == 0 ? pitch : 0;
+            const double hertz = scale * (index < 3 ? formants[index] : 500 + 1000 * static_cast<double>(index));
+            const double least = index == 0 ? pitch : 0;
             const double opened = hertz < least ? 3 : 1; // a mouth this wide rings less
-            const double width = scale_ * 50 + 0.03 * hertz + 8e-6 * hertz * hertz / scale_;
-            resonances_[i].tune(std::clamp(hertz, least, 0.48 * sampleRate), opened * width);
+            const double width = scale * 50 + 0.03 * hertz + 8e-6 * hertz * hertz / scale;
+            resonances[index].tune(std::clamp(hertz, least, 0.48 * sampleRate), opened * width);
         }
     }
 
     double operator()(double sample) {
-        for (Resonance& resonance : resonances_) {
-            sample = resonance(sample);
-        }
+        for (Resonance& resonance : resonances) sample = resonance(sample);
         return sample;
     }
 
 private:
-    double scale_;
-    std::array<Resonance, 9> resonances_;
+    double scale;
+    std::array<Resonance, 9> resonances;
 };
 
 std::array<double, 3> formantsAt(const std::vector<Voice::Mouth>& mouth, double along) {
     const auto next = std::find_if(mouth.begin(), mouth.end(), [along](const auto& shape) { return shape.at > along; });
-    if (next == mouth.begin()) {
-        return mouth.front().vowel.formants;
-    }
+    if (next == mouth.begin()) return mouth.front().vowel.formants;
     const Voice::Mouth& before = *(next - 1);
-    if (next == mouth.end()) {
-        return before.vowel.formants;
-    }
+    if (next == mouth.end()) return before.vowel.formants;
     std::array<double, 3> formants{};
-    for (std::size_t i = 0; i < formants.size(); ++i) {
-        const Gesture move{{before.at, before.vowel.formants[i]}, {next->at, next->vowel.formants[i]}};
-        formants[i] = move(along);
+    for (std::size_t index = 0; index < formants.size(); ++index) {
+        const Gesture move{{before.at, before.vowel.formants[index]}, {next->at, next->vowel.formants[index]}};
+        formants[index] = move(along);
     }
     return formants;
 }

@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "instruments/Vowel.h"
-#include "synthesis/Random.h"
-#include "synthesis/Signal.h"
+#include "clips/instruments/Vowel.h"
+#include "clips/synthesis/Random.h"
+#include "clips/synthesis/Signal.h"
 
 namespace quiverly::clips {
 

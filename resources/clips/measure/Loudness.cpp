@@ -1,4 +1,4 @@
-#include "measure/Loudness.h"
+#include "clips/measure/Loudness.h"
 
 #include <ebur128.h>
 
@@ -21,17 +21,15 @@ using Meter = std::unique_ptr<ebur128_state, Release>;
 
 Meter meter(int mode) {
     Meter meter(ebur128_init(2, static_cast<unsigned long>(sampleRate), mode));
-    if (!meter) {
-        throw std::runtime_error("The loudness meter could not be made.");
-    }
+    if (!meter) throw std::runtime_error("The loudness meter could not be made.");
     return meter;
 }
 
 std::vector<double> interleaved(const Stereo& sound, std::size_t silence) {
     std::vector<double> frames(2 * (sound.left.size() + silence));
-    for (std::size_t i = 0; i < sound.left.size(); ++i) {
-        frames[2 * i] = sound.left[i];
-        frames[2 * i + 1] = sound.right[i];
+    for (std::size_t index = 0; index < sound.left.size(); ++index) {
+        frames[2 * index] = sound.left[index];
+        frames[2 * index + 1] = sound.right[index];
     }
     return frames;
 }

@@ -1,9 +1,10 @@
-#include "measure/PitchTrack.h"
+#include "clips/measure/PitchTrack.h"
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
-#include "synthesis/Filter.h"
+#include "clips/synthesis/Filter.h"
 
 namespace quiverly::clips {
 
@@ -24,26 +25,20 @@ Signal thinned(const Stereo& sound) {
     std::transform(sound.left.begin(), sound.left.end(), sound.right.begin(), middle.begin(), std::plus<>());
     middle = lowPassed(std::move(middle), 0.3 * thinRate);
     Signal thin;
-    for (std::size_t i = 0; i < middle.size(); i += thinning) {
-        thin.push_back(middle[i]);
-    }
+    for (std::size_t index = 0; index < middle.size(); index += thinning) thin.push_back(middle[index]);
     return thin;
 }
 
 double power(const Signal& signal, std::size_t start) {
     double sum = 0;
-    for (std::size_t i = start; i < start + window; ++i) {
-        sum += signal[i] * signal[i];
-    }
+    for (std::size_t index = start; index < start + window; ++index) sum += signal[index] * signal[index];
     return sum;
 }
 
 // How alike a moment is to the one a period later: 1 when equal.
 double likeness(const Signal& signal, std::size_t start, std::size_t period) {
     double product = 0;
-    for (std::size_t i = start; i < start + window; ++i) {
-        product += signal[i] * signal[i + period];
-    }
+    for (std::size_t index = start; index < start + window; ++index) product += signal[index] * signal[index + period];
     return product / std::sqrt(power(signal, start) * power(signal, start + period) + 1e-12);
 }
 
@@ -54,14 +49,10 @@ double pitchAt(const Signal& signal, std::size_t start) {
         alike[period] = likeness(signal, start, period);
     }
     const double best = *std::max_element(alike.begin() + shortest, alike.end());
-    if (best < clear) {
-        return 0;
-    }
+    if (best < clear) return 0;
     for (std::size_t period = shortest; period <= longest; ++period) {
         const bool summit = alike[period] >= alike[period - 1] && alike[period] >= alike[period + 1];
-        if (summit && alike[period] > nearlyBest * best) {
-            return thinRate / static_cast<double>(period);
-        }
+        if (summit && alike[period] > nearlyBest * best) return thinRate / static_cast<double>(period);
     }
     return 0;
 }
@@ -78,9 +69,7 @@ std::vector<double> pitchTrack(const Stereo& sound) {
     std::vector<double> track;
     for (std::size_t start = 0; start + reach < signal.size(); start += hop) {
         const double hertz = power(signal, start) > audible * loudest ? pitchAt(signal, start) : 0;
-        if (hertz > 0) {
-            track.push_back(hertz);
-        }
+        if (hertz > 0) track.push_back(hertz);
     }
     return track;
 }

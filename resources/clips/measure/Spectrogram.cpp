@@ -1,4 +1,4 @@
-#include "measure/Spectrogram.h"
+#include "clips/measure/Spectrogram.h"
 
 #include <kiss_fftr.h>
 
@@ -36,9 +36,9 @@ using Plan = std::unique_ptr<std::remove_pointer_t<kiss_fftr_cfg>, Release>;
 
 std::vector<float> window() {
     std::vector<float> hann(windowLength);
-    for (int i = 0; i < windowLength; ++i) {
-        hann[static_cast<std::size_t>(i)] =
-            static_cast<float>(0.5 - 0.5 * std::cos(2 * std::numbers::pi * (i + 0.5) / windowLength));
+    for (int index = 0; index < windowLength; ++index) {
+        hann[static_cast<std::size_t>(index)] =
+            static_cast<float>(0.5 - 0.5 * std::cos(2 * std::numbers::pi * (index + 0.5) / windowLength));
     }
     return hann;
 }
@@ -68,10 +68,10 @@ std::vector<Spectrum> spectrogram(const Stereo& sound) {
     std::vector<float> moment(windowLength);
     std::vector<kiss_fft_cpx> bins(windowLength / 2 + 1);
     for (std::size_t start = 0; start < sound.left.size(); start += hop) {
-        for (std::size_t i = 0; i < moment.size(); ++i) {
-            const std::size_t at = start + i;
+        for (std::size_t index = 0; index < moment.size(); ++index) {
+            const std::size_t at = start + index;
             const double sample = at < sound.left.size() ? (sound.left[at] + sound.right[at]) / 2 : 0;
-            moment[i] = hann[i] * static_cast<float>(sample);
+            moment[index] = hann[index] * static_cast<float>(sample);
         }
         kiss_fftr(plan.get(), moment.data(), bins.data());
         Spectrum spectrum{};

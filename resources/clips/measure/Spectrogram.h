@@ -3,7 +3,7 @@
 #include <array>
 #include <vector>
 
-#include "synthesis/Signal.h"
+#include "clips/synthesis/Signal.h"
 
 namespace quiverly::clips {
 

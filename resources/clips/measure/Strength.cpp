@@ -1,11 +1,11 @@
-#include "measure/Strength.h"
+#include "clips/measure/Strength.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "measure/Loudness.h"
-#include "measure/PitchTrack.h"
-#include "measure/Spectrogram.h"
+#include "clips/measure/Loudness.h"
+#include "clips/measure/PitchTrack.h"
+#include "clips/measure/Spectrogram.h"
 
 namespace quiverly::clips {
 
@@ -32,9 +32,7 @@ double brightnessOf(const std::vector<Spectrum>& columns) {
 
 double densityOf(const std::vector<Spectrum>& columns) {
     double loudest = 0;
-    for (const Spectrum& column : columns) {
-        loudest = std::max(loudest, *std::max_element(column.begin(), column.end()));
-    }
+    for (const Spectrum& column : columns) loudest = std::max(loudest, *std::max_element(column.begin(), column.end()));
     const double least = loudest * std::pow(10, -soundingBelowLoudest / 10);
     double sounding = 0;
     for (const Spectrum& column : columns) {
@@ -45,9 +43,7 @@ double densityOf(const std::vector<Spectrum>& columns) {
 }
 
 double rangeOf(std::vector<double> pitches) {
-    if (pitches.empty()) {
-        return 0;
-    }
+    if (pitches.empty()) return 0;
     std::sort(pitches.begin(), pitches.end());
     const auto at = [&pitches](double share) {
         return pitches[static_cast<std::size_t>(share * static_cast<double>(pitches.size() - 1))];

@@ -1,12 +1,12 @@
-#include "Pack.h"
-#include "instruments/Choir.h"
-#include "instruments/Harp.h"
-#include "instruments/Horn.h"
-#include "instruments/Impact.h"
-#include "instruments/Organ.h"
-#include "instruments/Strings.h"
-#include "instruments/Struck.h"
-#include "synthesis/Pitch.h"
+#include "clips/Pack.h"
+#include "clips/instruments/Choir.h"
+#include "clips/instruments/Harp.h"
+#include "clips/instruments/Horn.h"
+#include "clips/instruments/Impact.h"
+#include "clips/instruments/Organ.h"
+#include "clips/instruments/Strings.h"
+#include "clips/instruments/Struck.h"
+#include "clips/synthesis/Pitch.h"
 
 namespace quiverly::clips {
 

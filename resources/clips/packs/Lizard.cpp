@@ -1,13 +1,13 @@
-#include "Pack.h"
-#include "instruments/Creature.h"
-#include "instruments/Impact.h"
-#include "instruments/Lips.h"
-#include "instruments/Struck.h"
-#include "instruments/Voice.h"
-#include "synthesis/Filter.h"
-#include "synthesis/Oscillator.h"
-#include "synthesis/Pitch.h"
-#include "synthesis/Stage.h"
+#include "clips/Pack.h"
+#include "clips/instruments/Creature.h"
+#include "clips/instruments/Impact.h"
+#include "clips/instruments/Lips.h"
+#include "clips/instruments/Struck.h"
+#include "clips/instruments/Voice.h"
+#include "clips/synthesis/Filter.h"
+#include "clips/synthesis/Oscillator.h"
+#include "clips/synthesis/Pitch.h"
+#include "clips/synthesis/Stage.h"
 
 namespace quiverly::clips {
 
@@ -85,10 +85,10 @@ Stereo gecko(Random& random) {
 Stereo chirps(Random& random) {
     Stage stage;
     double at = 0;
-    for (int i = 0; i < 7; ++i) {
+    for (int number = 0; number < 7; ++number) {
         const double top = random.between(2300, 3600);
         chirp(stage, at, top, 0.085, 1, random);
-        at += 0.115 - 0.007 * i;
+        at += 0.115 - 0.007 * number;
     }
     return stage.in(room::parlour);
 }

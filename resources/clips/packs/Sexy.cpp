@@ -1,17 +1,17 @@
-#include "Pack.h"
-#include "instruments/Choir.h"
-#include "instruments/Harp.h"
-#include "instruments/Horn.h"
-#include "instruments/Impact.h"
-#include "instruments/Lips.h"
-#include "instruments/Speech.h"
-#include "instruments/Strings.h"
-#include "instruments/Struck.h"
-#include "instruments/Voice.h"
-#include "synthesis/Filter.h"
-#include "synthesis/Oscillator.h"
-#include "synthesis/Pitch.h"
-#include "synthesis/Stage.h"
+#include "clips/Pack.h"
+#include "clips/instruments/Choir.h"
+#include "clips/instruments/Harp.h"
+#include "clips/instruments/Horn.h"
+#include "clips/instruments/Impact.h"
+#include "clips/instruments/Lips.h"
+#include "clips/instruments/Speech.h"
+#include "clips/instruments/Strings.h"
+#include "clips/instruments/Struck.h"
+#include "clips/instruments/Voice.h"
+#include "clips/synthesis/Filter.h"
+#include "clips/synthesis/Oscillator.h"
+#include "clips/synthesis/Pitch.h"
+#include "clips/synthesis/Stage.h"
 
 namespace quiverly::clips {
 
@@ -418,10 +418,13 @@ void orchestra(Stage& stage, const std::vector<double>& keys, double seconds, do
         const double place = random.between(-0.9, 0.9);
         stage.play(bowed(seconds, keyPitch(key), {{0, 0.5}, {0.7, 1}, {0.9, 0.9}, {1, 0}}, random), 0, gain, place);
     }
-    for (double at = 0; at < 0.8 * seconds; at += 0.07) {
+    const double rolling = 0.8 * seconds;
+    const int strokes = static_cast<int>(rolling / 0.07);
+    for (int stroke = 0; stroke <= strokes; ++stroke) {
+        const double at = 0.07 * stroke;
         stage.play(struck(body::drum, 82, 0.4, 0.5), at, gain * (0.4 + at / seconds));
     }
-    stage.play(crash(0.9, 4000, random), 0.8 * seconds, 1.6 * gain);
+    stage.play(crash(0.9, 4000, random), rolling, 1.6 * gain);
 }
 
 Stereo tenor(Random& random) {

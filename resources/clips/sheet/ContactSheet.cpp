@@ -1,15 +1,15 @@
-#include "sheet/ContactSheet.h"
+#include "clips/sheet/ContactSheet.h"
 
 #include <algorithm>
 #include <cmath>
 #include <iomanip>
 #include <sstream>
 
-#include "Mp3.h"
-#include "Pack.h"
-#include "measure/Spectrogram.h"
-#include "measure/Strength.h"
-#include "sheet/Picture.h"
+#include "clips/Mp3.h"
+#include "clips/Pack.h"
+#include "clips/measure/Spectrogram.h"
+#include "clips/measure/Strength.h"
+#include "clips/sheet/Picture.h"
 
 namespace quiverly::clips {
 
@@ -46,13 +46,11 @@ void drawWave(Picture& picture, const Stereo& sound) {
         const auto first = static_cast<std::size_t>(static_cast<double>(column) * samplesPerPixel);
         const auto last = std::min(first + static_cast<std::size_t>(samplesPerPixel), sound.left.size());
         double peak = 0;
-        for (std::size_t i = first; i < last; ++i) {
-            peak = std::max(peak, std::abs(sound.left[i] + sound.right[i]) / 2);
+        for (std::size_t index = first; index < last; ++index) {
+            peak = std::max(peak, std::abs(sound.left[index] + sound.right[index]) / 2);
         }
         const auto reach = static_cast<std::size_t>(std::min(1.0, peak / tallest) * (middle - 1));
-        for (std::size_t row = middle - reach; row <= middle + reach; ++row) {
-            picture.set(column, row, waveColour);
-        }
+        for (std::size_t row = middle - reach; row <= middle + reach; ++row) picture.set(column, row, waveColour);
     }
 }
 
@@ -98,12 +96,12 @@ std::string contactSheet(const std::filesystem::path& audio, const std::filesyst
             std::string("\n### ") + pack.name.title() +
             "\n\n| | Clip | Waveform and spectrogram | Length | Loudness | Brightness | Density | Range | Strength |\n"
             "|--:|---|---|--:|--:|--:|--:|--:|--:|\n";
-        for (std::size_t i = 0; i < pack.clips.size(); ++i) {
-            const std::filesystem::path file = fileOf(pack, i);
+        for (std::size_t index = 0; index < pack.clips.size(); ++index) {
+            const std::filesystem::path file = fileOf(pack, index);
             const std::filesystem::path picture = std::filesystem::path(file).replace_extension("png");
             const Stereo sound = readMp3(audio / file);
             drawn(sound).save(folder / picture);
-            text += row(pack.clips[i], file, folder.filename() / picture, strengthOf(sound));
+            text += row(pack.clips[index], file, folder.filename() / picture, strengthOf(sound));
         }
     }
     return text;

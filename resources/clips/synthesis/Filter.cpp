@@ -1,4 +1,4 @@
-#include "synthesis/Filter.h"
+#include "clips/synthesis/Filter.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,11 +13,11 @@ constexpr std::size_t retuneEvery = 16; // samples: a third of a millisecond, fi
 template<typename Choice>
 Signal filtered(Signal signal, const Gesture& hertz, double quality, Choice choice) {
     Filter filter;
-    for (std::size_t i = 0; i < signal.size(); ++i) {
-        if (i % retuneEvery == 0) {
-            filter.tune(hertz(static_cast<double>(i) / static_cast<double>(signal.size())), quality);
+    for (std::size_t index = 0; index < signal.size(); ++index) {
+        if (index % retuneEvery == 0) {
+            filter.tune(hertz(static_cast<double>(index) / static_cast<double>(signal.size())), quality);
         }
-        signal[i] = filter(signal[i]).*choice;
+        signal[index] = filter(signal[index]).*choice;
     }
     return signal;
 }
@@ -26,17 +26,17 @@ Signal filtered(Signal signal, const Gesture& hertz, double quality, Choice choi
 
 void Filter::tune(double hertz, double quality) {
     const double safe = std::clamp(hertz, 5.0, 0.45 * sampleRate);
-    tuning_ = std::tan(std::numbers::pi * safe / sampleRate);
-    damping_ = 1 / quality;
+    tuning = std::tan(std::numbers::pi * safe / sampleRate);
+    damping = 1 / quality;
 }
 
 Filter::Outputs Filter::operator()(double sample) {
-    const double high = (sample - low_ - (tuning_ + damping_) * band_) / (1 + tuning_ * (tuning_ + damping_));
-    const double band = band_ + tuning_ * high;
-    const double low = low_ + tuning_ * band;
-    band_ = band + tuning_ * high;
-    low_ = low + tuning_ * band;
-    return {low, damping_ * band, high};
+    const double high = (sample - heldLow - (tuning + damping) * heldBand) / (1 + tuning * (tuning + damping));
+    const double band = heldBand + tuning * high;
+    const double low = heldLow + tuning * band;
+    heldBand = band + tuning * high;
+    heldLow = low + tuning * band;
+    return {low, damping * band, high};
 }
 
 Signal lowPassed(Signal signal, const Gesture& hertz, double quality) {

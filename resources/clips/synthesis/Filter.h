@@ -1,6 +1,6 @@
 #pragma once
 
-#include "synthesis/Signal.h"
+#include "clips/synthesis/Signal.h"
 
 namespace quiverly::clips {
 
@@ -18,10 +18,10 @@ public:
     Outputs operator()(double sample);
 
 private:
-    double tuning_ = 0;
-    double damping_ = 1;
-    double band_ = 0;
-    double low_ = 0;
+    double tuning = 0;
+    double damping = 1;
+    double heldBand = 0;
+    double heldLow = 0;
 };
 
 Signal lowPassed(Signal signal, const Gesture& hertz, double quality = 0.7);

@@ -1,4 +1,4 @@
-#include "synthesis/Gesture.h"
+#include "clips/synthesis/Gesture.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,32 +8,26 @@ namespace quiverly::clips {
 
 Gesture Gesture::strokes(int count, double low, double high) {
     Gesture gesture{{0, low}};
-    for (int i = 0; i < count; ++i) {
-        gesture.points_.push_back({(i + 0.33) / count, high});
-        gesture.points_.push_back({(i + 1.0) / count, low});
+    for (int stroke = 0; stroke < count; ++stroke) {
+        gesture.points.push_back({(stroke + 0.33) / count, high});
+        gesture.points.push_back({(stroke + 1.0) / count, low});
     }
     return gesture;
 }
 
 double Gesture::operator()(double fraction) const {
     const auto next =
-        std::find_if(points_.begin(), points_.end(), [fraction](const Point& point) { return point.at > fraction; });
-    if (next == points_.begin()) {
-        return points_.front().value;
-    }
+        std::find_if(points.begin(), points.end(), [fraction](const Point& point) { return point.at > fraction; });
+    if (next == points.begin()) return points.front().value;
     const Point& before = *(next - 1);
-    if (next == points_.end()) {
-        return before.value;
-    }
+    if (next == points.end()) return before.value;
     const double along = (fraction - before.at) / (next->at - before.at);
     return before.value + (next->value - before.value) * (0.5 - 0.5 * std::cos(std::numbers::pi * along));
 }
 
 Gesture Gesture::operator*(double factor) const {
     Gesture scaled = *this;
-    for (Point& point : scaled.points_) {
-        point.value *= factor;
-    }
+    for (Point& point : scaled.points) point.value *= factor;
     return scaled;
 }
 

@@ -16,8 +16,8 @@ public:
         double value;
     };
 
-    Gesture(double constant) : points_{{0, constant}} {}
-    Gesture(std::initializer_list<Point> points) : points_(points) {}
+    Gesture(double constant) : points{{0, constant}} {}
+    Gesture(std::initializer_list<Point> points) : points(points) {}
 
     // So many equal strokes from low to high and back, rising in the first third of each.
     static Gesture strokes(int count, double low, double high);
@@ -27,7 +27,7 @@ public:
     Gesture operator*(double factor) const;
 
 private:
-    std::vector<Point> points_;
+    std::vector<Point> points;
 };
 
 } // namespace quiverly::clips

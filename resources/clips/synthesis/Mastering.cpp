@@ -1,12 +1,12 @@
-#include "synthesis/Mastering.h"
+#include "clips/synthesis/Mastering.h"
 
 #include <algorithm>
 #include <cmath>
 #include <deque>
 #include <functional>
 
-#include "measure/Loudness.h"
-#include "synthesis/Filter.h"
+#include "clips/measure/Loudness.h"
+#include "clips/synthesis/Filter.h"
 
 namespace quiverly::clips {
 
@@ -16,6 +16,7 @@ constexpr double lowestHertz = 70;     // below it a laptop only rattles
 constexpr double ceiling = 0.66;       // -3.6 dBFS: 2.1 dB for what lies between samples and for the encoder
 constexpr double audible = 0.04;       // of the peak: where a clip starts (-28 dB)
 constexpr double inaudible = 0.0025;   // of the peak: where a clip has died away (-52 dB)
+constexpr double longestSound = 3.8;   // seconds
 constexpr double startFade = 0.0015;   // seconds
 constexpr double endFade = 0.06;       // seconds
 constexpr double endSilence = 0.01;    // seconds
@@ -23,8 +24,8 @@ constexpr double limiterReach = 0.004; // seconds that the limiter looks ahead a
 constexpr double closeEnough = 0.02;   // LU
 constexpr int loudnessRounds = 8;      // each closes most of what the limiter took away
 
-double louder(const Stereo& sound, std::size_t i) {
-    return std::max(std::abs(sound.left[i]), std::abs(sound.right[i]));
+double louder(const Stereo& sound, std::size_t index) {
+    return std::max(std::abs(sound.left[index]), std::abs(sound.right[index]));
 }
 
 double peakOfBoth(const Stereo& sound) {
@@ -39,23 +40,17 @@ void eachChannel(Stereo& sound, Change change) {
 
 void scale(Stereo& sound, double gain) {
     eachChannel(sound, [gain](Signal& channel) {
-        for (double& sample : channel) {
-            sample *= gain;
-        }
+        for (double& sample : channel) sample *= gain;
     });
 }
 
 Stereo trimmed(Stereo sound) {
     const double peak = peakOfBoth(sound);
     std::size_t start = 0;
-    while (start < sound.left.size() && louder(sound, start) < audible * peak) {
-        ++start;
-    }
+    while (start < sound.left.size() && louder(sound, start) < audible * peak) ++start;
     std::size_t end = sound.left.size();
-    while (end > start && louder(sound, end - 1) < inaudible * peak) {
-        --end;
-    }
-    end = std::min(end, start + samplesIn(longestClip));
+    while (end > start && louder(sound, end - 1) < inaudible * peak) --end;
+    end = std::min(end, start + samplesIn(longestSound));
     eachChannel(sound, [start, end](Signal& channel) {
         channel = Signal(channel.begin() + static_cast<std::ptrdiff_t>(start),
                          channel.begin() + static_cast<std::ptrdiff_t>(end));
@@ -71,18 +66,14 @@ Stereo trimmed(Stereo sound) {
 Signal leastAround(const Signal& gains, std::size_t reach) {
     Signal least(gains.size());
     std::deque<std::size_t> rising; // candidates, their gains rising
-    for (std::size_t i = 0; i < gains.size() + reach; ++i) {
-        if (i < gains.size()) {
-            while (!rising.empty() && gains[rising.back()] >= gains[i]) {
-                rising.pop_back();
-            }
-            rising.push_back(i);
+    for (std::size_t index = 0; index < gains.size() + reach; ++index) {
+        if (index < gains.size()) {
+            while (!rising.empty() && gains[rising.back()] >= gains[index]) rising.pop_back();
+            rising.push_back(index);
         }
-        if (i >= reach) {
-            while (rising.front() + 2 * reach < i) {
-                rising.pop_front();
-            }
-            least[i - reach] = gains[rising.front()];
+        if (index >= reach) {
+            while (rising.front() + 2 * reach < index) rising.pop_front();
+            least[index - reach] = gains[rising.front()];
         }
     }
     return least;
@@ -91,14 +82,12 @@ Signal leastAround(const Signal& gains, std::size_t reach) {
 // The mean over the samples within reach, at the ends over those that exist.
 Signal meanAround(const Signal& gains, std::size_t reach) {
     Signal sums(gains.size() + 1);
-    for (std::size_t i = 0; i < gains.size(); ++i) {
-        sums[i + 1] = sums[i] + gains[i];
-    }
+    for (std::size_t index = 0; index < gains.size(); ++index) sums[index + 1] = sums[index] + gains[index];
     Signal means(gains.size());
-    for (std::size_t i = 0; i < gains.size(); ++i) {
-        const std::size_t first = i > reach ? i - reach : 0;
-        const std::size_t last = std::min(i + reach + 1, gains.size());
-        means[i] = (sums[last] - sums[first]) / static_cast<double>(last - first);
+    for (std::size_t index = 0; index < gains.size(); ++index) {
+        const std::size_t first = index > reach ? index - reach : 0;
+        const std::size_t last = std::min(index + reach + 1, gains.size());
+        means[index] = (sums[last] - sums[first]) / static_cast<double>(last - first);
     }
     return means;
 }
@@ -106,8 +95,8 @@ Signal meanAround(const Signal& gains, std::size_t reach) {
 // No sample above the ceiling; the gain moves too slowly to be heard as distortion.
 Stereo limited(Stereo sound) {
     Signal gains(sound.left.size());
-    for (std::size_t i = 0; i < gains.size(); ++i) {
-        gains[i] = std::min(1.0, ceiling / std::max(louder(sound, i), 1e-9));
+    for (std::size_t index = 0; index < gains.size(); ++index) {
+        gains[index] = std::min(1.0, ceiling / std::max(louder(sound, index), 1e-9));
     }
     const std::size_t reach = samplesIn(limiterReach);
     gains = meanAround(leastAround(gains, reach), reach);

@@ -1,4 +1,4 @@
-#include "synthesis/Oscillator.h"
+#include "clips/synthesis/Oscillator.h"
 
 #include <cmath>
 #include <numbers>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "synthesis/Random.h"
-#include "synthesis/Signal.h"
-#include "synthesis/Vibrato.h"
+#include "clips/synthesis/Random.h"
+#include "clips/synthesis/Signal.h"
+#include "clips/synthesis/Vibrato.h"
 
 namespace quiverly::clips {
 

@@ -1,4 +1,4 @@
-#include "synthesis/Room.h"
+#include "clips/synthesis/Room.h"
 
 #include <algorithm>
 #include <array>
@@ -18,42 +18,40 @@ constexpr std::array<std::size_t, pathCount> pathLengths{769, 953, 1171, 1373, 1
 class Path {
 public:
     Path(std::size_t length, const Room& room)
-        : echo_(length),
-          gain_(std::pow(10, -3 * static_cast<double>(length) / (room.seconds * sampleRate))),
-          darkening_(std::exp(-2 * std::numbers::pi * room.brightness / sampleRate)) {}
+        : echo(length),
+          gain(std::pow(10, -3 * static_cast<double>(length) / (room.seconds * sampleRate))),
+          darkening(std::exp(-2 * std::numbers::pi * room.brightness / sampleRate)) {}
 
     double out() {
-        dulled_ = (1 - darkening_) * echo_[position_] + darkening_ * dulled_;
-        return gain_ * dulled_;
+        dulled = (1 - darkening) * echo[position] + darkening * dulled;
+        return gain * dulled;
     }
 
     void in(double sample) {
-        echo_[position_] = sample;
-        position_ = (position_ + 1) % echo_.size();
+        echo[position] = sample;
+        position = (position + 1) % echo.size();
     }
 
 private:
-    Signal echo_;
-    double gain_;
-    double darkening_;
-    double dulled_ = 0;
-    std::size_t position_ = 0;
+    Signal echo;
+    double gain;
+    double darkening;
+    double dulled = 0;
+    std::size_t position = 0;
 };
 
 // Every path fed from every other with equal loudness (a Hadamard matrix, applied as butterflies).
 void scatter(std::array<double, pathCount>& echoes) {
     for (std::size_t half = 1; half < pathCount; half *= 2) {
-        for (std::size_t i = 0; i < pathCount; ++i) {
-            if ((i & half) == 0) {
-                const double sum = echoes[i] + echoes[i + half];
-                echoes[i + half] = echoes[i] - echoes[i + half];
-                echoes[i] = sum;
+        for (std::size_t index = 0; index < pathCount; ++index) {
+            if ((index & half) == 0) {
+                const double sum = echoes[index] + echoes[index + half];
+                echoes[index + half] = echoes[index] - echoes[index + half];
+                echoes[index] = sum;
             }
         }
     }
-    for (double& echo : echoes) {
-        echo /= std::sqrt(static_cast<double>(pathCount));
-    }
+    for (double& echo : echoes) echo /= std::sqrt(static_cast<double>(pathCount));
 }
 
 } // namespace
@@ -63,16 +61,15 @@ Stereo heardIn(const Room& room, Stereo dry) {
     dry.left.resize(length);
     dry.right.resize(length);
     std::vector<Path> paths;
-    for (const std::size_t pathLength : pathLengths) {
-        paths.emplace_back(pathLength, room);
-    }
-    for (std::size_t i = 0; i < length; ++i) {
+    paths.reserve(pathCount);
+    for (const std::size_t pathLength : pathLengths) paths.emplace_back(pathLength, room);
+    for (std::size_t index = 0; index < length; ++index) {
         std::array<double, pathCount> echoes{};
         std::transform(paths.begin(), paths.end(), echoes.begin(), [](Path& path) { return path.out(); });
-        const double left = dry.left[i];
-        const double right = dry.right[i];
-        dry.left[i] += room.share * (echoes[0] + echoes[2] + echoes[4] + echoes[6]);
-        dry.right[i] += room.share * (echoes[1] + echoes[3] + echoes[5] + echoes[7]);
+        const double left = dry.left[index];
+        const double right = dry.right[index];
+        dry.left[index] += room.share * (echoes[0] + echoes[2] + echoes[4] + echoes[6]);
+        dry.right[index] += room.share * (echoes[1] + echoes[3] + echoes[5] + echoes[7]);
         scatter(echoes);
         for (std::size_t path = 0; path < pathCount; ++path) {
             paths[path].in(echoes[path] + (path % 2 == 0 ? left : right));

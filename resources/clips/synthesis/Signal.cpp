@@ -1,4 +1,4 @@
-#include "synthesis/Signal.h"
+#include "clips/synthesis/Signal.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,25 +8,21 @@ namespace quiverly::clips {
 
 double peakOf(const Signal& signal) {
     double peak = 0;
-    for (const double sample : signal) {
-        peak = std::max(peak, std::abs(sample));
-    }
+    for (const double sample : signal) peak = std::max(peak, std::abs(sample));
     return peak;
 }
 
 Signal normalised(Signal signal) {
     const double peak = peakOf(signal);
     if (peak > 0) {
-        for (double& sample : signal) {
-            sample /= peak;
-        }
+        for (double& sample : signal) sample /= peak;
     }
     return signal;
 }
 
 Signal faded(Signal signal, const Gesture& loudness) {
-    for (std::size_t i = 0; i < signal.size(); ++i) {
-        signal[i] *= loudness(static_cast<double>(i) / static_cast<double>(signal.size()));
+    for (std::size_t index = 0; index < signal.size(); ++index) {
+        signal[index] *= loudness(static_cast<double>(index) / static_cast<double>(signal.size()));
     }
     return signal;
 }
@@ -34,24 +30,20 @@ Signal faded(Signal signal, const Gesture& loudness) {
 void add(Signal& sum, const Signal& part, double at, double gain) {
     const std::size_t start = samplesIn(at);
     sum.resize(std::max(sum.size(), start + part.size()));
-    for (std::size_t i = 0; i < part.size(); ++i) {
-        sum[start + i] += gain * part[i];
-    }
+    for (std::size_t index = 0; index < part.size(); ++index) sum[start + index] += gain * part[index];
 }
 
 Signal saturated(Signal signal, double drive) {
-    for (double& sample : signal) {
-        sample = std::tanh(drive * sample);
-    }
+    for (double& sample : signal) sample = std::tanh(drive * sample);
     return signal;
 }
 
 Signal fluttered(Signal signal, const Gesture& hertz, const Gesture& depth) {
     double phase = 0;
-    for (std::size_t i = 0; i < signal.size(); ++i) {
-        const double along = static_cast<double>(i) / static_cast<double>(signal.size());
+    for (std::size_t index = 0; index < signal.size(); ++index) {
+        const double along = static_cast<double>(index) / static_cast<double>(signal.size());
         phase += hertz(along) / sampleRate;
-        signal[i] *= 1 - depth(along) * (0.5 - 0.5 * std::cos(2 * std::numbers::pi * phase));
+        signal[index] *= 1 - depth(along) * (0.5 - 0.5 * std::cos(2 * std::numbers::pi * phase));
     }
     return signal;
 }

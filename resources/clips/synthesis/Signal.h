@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "synthesis/Gesture.h"
+#include "clips/synthesis/Gesture.h"
 
 namespace quiverly::clips {
 
@@ -26,8 +26,8 @@ inline std::size_t samplesIn(double seconds) {
 template<typename Shape>
 Signal shaped(double seconds, Shape shape) {
     Signal signal(samplesIn(seconds));
-    for (std::size_t i = 0; i < signal.size(); ++i) {
-        signal[i] = shape(static_cast<double>(i) / static_cast<double>(signal.size()));
+    for (std::size_t index = 0; index < signal.size(); ++index) {
+        signal[index] = shape(static_cast<double>(index) / static_cast<double>(signal.size()));
     }
     return signal;
 }

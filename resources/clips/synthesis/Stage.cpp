@@ -1,6 +1,5 @@
-#include "synthesis/Stage.h"
+#include "clips/synthesis/Stage.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -8,8 +7,8 @@ namespace quiverly::clips {
 
 Stage& Stage::play(const Signal& signal, double at, double gain, double place) {
     const double angle = (place + 1) * std::numbers::pi / 4;
-    add(sound_.left, signal, at, gain * std::cos(angle));
-    add(sound_.right, signal, at, gain * std::sin(angle));
+    add(sound.left, signal, at, gain * std::cos(angle));
+    add(sound.right, signal, at, gain * std::sin(angle));
     return *this;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "synthesis/Room.h"
-#include "synthesis/Signal.h"
+#include "clips/synthesis/Room.h"
+#include "clips/synthesis/Signal.h"
 
 namespace quiverly::clips {
 
@@ -11,11 +11,10 @@ public:
     // Place -1 is far left, 0 the middle, 1 far right; the sound is equally loud everywhere.
     Stage& play(const Signal& signal, double at = 0, double gain = 1, double place = 0);
 
-    Stereo dry() const { return sound_; }
-    Stereo in(const Room& room) const { return heardIn(room, sound_); }
+    Stereo in(const Room& room) const { return heardIn(room, sound); }
 
 private:
-    Stereo sound_;
+    Stereo sound;
 };
 
 } // namespace quiverly::clips

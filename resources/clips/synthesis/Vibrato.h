@@ -4,29 +4,27 @@
 #include <cmath>
 #include <numbers>
 
-#include "synthesis/Pitch.h"
-#include "synthesis/Signal.h"
+#include "clips/synthesis/Pitch.h"
+#include "clips/synthesis/Signal.h"
 
 namespace quiverly::clips {
 
 // The slow sway of a held pitch, which has its full depth a third of the way through a sound.
 class Vibrato {
 public:
-    Vibrato(double depth, double hertz) : depth_(depth), hertz_(hertz) {}
+    Vibrato(double depth, double hertz) : depth(depth), hertz(hertz) {}
 
     // The factor on the next sample's pitch; along is the fraction of the sound that has passed.
     double operator()(double along) {
-        if (depth_ == 0) {
-            return 1;
-        }
-        phase_ += hertz_ / sampleRate;
-        return semitones(depth_ * std::min(1.0, 3 * along) * std::sin(2 * std::numbers::pi * phase_));
+        if (depth == 0) return 1;
+        phase += hertz / sampleRate;
+        return semitones(depth * std::min(1.0, 3 * along) * std::sin(2 * std::numbers::pi * phase));
     }
 
 private:
-    double depth_; // semitones
-    double hertz_;
-    double phase_ = 0;
+    double depth; // semitones
+    double hertz;
+    double phase = 0;
 };
 
 } // namespace quiverly::clips

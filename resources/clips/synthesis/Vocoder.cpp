@@ -1,10 +1,10 @@
-#include "synthesis/Vocoder.h"
+#include "clips/synthesis/Vocoder.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 
-#include "synthesis/Filter.h"
+#include "clips/synthesis/Filter.h"
 
 namespace quiverly::clips {
 
@@ -27,9 +27,9 @@ Signal vocoded(const Signal& speech, const Signal& carrier) {
         const Signal heard = bandPassed(speech, hertz, quality);
         const Signal sung = bandPassed(carrier, hertz, quality);
         double loudness = 0;
-        for (std::size_t i = 0; i < length; ++i) {
-            loudness += smoothing * (std::abs(heard[i]) - loudness);
-            sum[i] += loudness * sung[i] * std::sqrt(hertz / lowest);
+        for (std::size_t index = 0; index < length; ++index) {
+            loudness += smoothing * (std::abs(heard[index]) - loudness);
+            sum[index] += loudness * sung[index] * std::sqrt(hertz / lowest);
         }
     }
     return normalised(std::move(sum));
