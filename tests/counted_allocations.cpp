@@ -8,9 +8,13 @@ namespace {
 
 std::atomic<std::int64_t> allocations = 0;
 
-void* allocate(std::size_t size) {
+void* allocate(std::size_t size) noexcept {
     ++allocations;
-    void* const memory = std::malloc(size == 0 ? 1 : size);
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+void* allocateOrThrow(std::size_t size) {
+    void* const memory = allocate(size);
     if (memory == nullptr) throw std::bad_alloc();
     return memory;
 }
@@ -18,9 +22,15 @@ void* allocate(std::size_t size) {
 } // namespace
 
 void* operator new(std::size_t size) {
-    return allocate(size);
+    return allocateOrThrow(size);
 }
 void* operator new[](std::size_t size) {
+    return allocateOrThrow(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
     return allocate(size);
 }
 void operator delete(void* memory) noexcept {
