@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <functional>
 
 namespace quiverly {
@@ -18,8 +17,8 @@ public:
         process = ::fork();
         if (process != 0) return;
         actions();
-        // NOLINTNEXTLINE(concurrency-mt-unsafe): a copy has one thread
-        std::exit(testing::Test::HasFailure() ? 1 : 0);
+        std::fflush(nullptr);
+        ::_exit(testing::Test::HasFailure() ? 1 : 0); // what is left is of threads that a copy does not have
     }
     ~OtherProcess() {
         int status = 0;
