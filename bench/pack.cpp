@@ -49,6 +49,7 @@ void load() {
 
 void walk(const std::string& folder) {
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(folder.c_str()), ::closedir);
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody else reads this stream
     while (const dirent* entry = ::readdir(entries.get())) benchmark::DoNotOptimize(entry);
 }
 

@@ -33,12 +33,7 @@ void writeMp3(const std::filesystem::path& file, const Stereo& sound, const std:
     out.setString(SF_STR_TITLE, title.c_str());
     out.setString(SF_STR_ARTIST, "Quiverly");
     out.setString(SF_STR_COMMENT, licence);
-    std::vector<double> frames;
-    frames.reserve(2 * sound.left.size());
-    for (std::size_t index = 0; index < sound.left.size(); ++index) {
-        frames.push_back(sound.left[index]);
-        frames.push_back(sound.right[index]);
-    }
+    const Signal frames = interleaved(sound);
     if (out.write(frames.data(), static_cast<sf_count_t>(frames.size())) != static_cast<sf_count_t>(frames.size())) {
         fail(file, out.strError());
     }

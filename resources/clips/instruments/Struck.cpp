@@ -21,6 +21,16 @@ namespace {
 
 constexpr double strikeSeconds = 0.001; // in which the stick leaves the body
 
+Signal ringing(double hertz, double seconds) {
+    const double fading = std::pow(10, -3 / (seconds * sampleRate)); // in one sample
+    double strength = 1;
+    return shaped(seconds, [&](double along) {
+        const double time = along * seconds;
+        strength *= fading;
+        return strength * std::min(1.0, time / strikeSeconds) * std::sin(2 * std::numbers::pi * hertz * time);
+    });
+}
+
 } // namespace
 
 Signal struck(const Body& body, double hertz, double hardness, double length) {
@@ -28,19 +38,8 @@ Signal struck(const Body& body, double hertz, double hardness, double length) {
     for (const Mode& mode : body) {
         const double frequency = mode.ratio * hertz;
         if (frequency > 0.45 * sampleRate) continue;
-        const double seconds = length * mode.seconds;
         const double gain = mode.gain * std::pow(mode.ratio, 1.6 * (hardness - 0.5));
-        const double fading = std::pow(10, -3 / (seconds * sampleRate)); // in one sample
-        double strength = 1;
-        add(sum,
-            shaped(seconds,
-                   [&](double along) {
-                       const double time = along * seconds;
-                       strength *= fading;
-                       return strength * std::min(1.0, time / strikeSeconds) *
-                              std::sin(2 * std::numbers::pi * frequency * time);
-                   }),
-            0, gain);
+        add(sum, ringing(frequency, length * mode.seconds), 0, gain);
     }
     return normalised(std::move(sum));
 }

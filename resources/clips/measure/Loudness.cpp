@@ -25,12 +25,9 @@ Meter meter(int mode) {
     return meter;
 }
 
-std::vector<double> interleaved(const Stereo& sound, std::size_t silence) {
-    std::vector<double> frames(2 * (sound.left.size() + silence));
-    for (std::size_t index = 0; index < sound.left.size(); ++index) {
-        frames[2 * index] = sound.left[index];
-        frames[2 * index + 1] = sound.right[index];
-    }
+Signal followedBySilence(const Stereo& sound, std::size_t silence) {
+    Signal frames = interleaved(sound);
+    frames.resize(frames.size() + 2 * silence);
     return frames;
 }
 
@@ -38,7 +35,7 @@ std::vector<double> interleaved(const Stereo& sound, std::size_t silence) {
 
 double momentaryLoudness(const Stereo& sound) {
     const Meter state = meter(EBUR128_MODE_M);
-    const std::vector<double> frames = interleaved(sound, windowTail);
+    const Signal frames = followedBySilence(sound, windowTail);
     double greatest = -HUGE_VAL;
     for (std::size_t start = 0; start + 2 * hop <= frames.size(); start += 2 * hop) {
         ebur128_add_frames_double(state.get(), &frames[start], hop);
@@ -51,7 +48,7 @@ double momentaryLoudness(const Stereo& sound) {
 
 double truePeak(const Stereo& sound) {
     const Meter state = meter(EBUR128_MODE_TRUE_PEAK);
-    const std::vector<double> frames = interleaved(sound, hop);
+    const Signal frames = followedBySilence(sound, hop);
     ebur128_add_frames_double(state.get(), frames.data(), frames.size() / 2);
     double left = 0;
     double right = 0;

@@ -57,31 +57,39 @@ std::vector<std::size_t> bandOfBins() {
     return bandOfBin;
 }
 
+// The middle of both channels from a sample on, silence after their end, shaped by the window.
+std::vector<float> momentAt(const Stereo& sound, std::size_t start) {
+    static const std::vector<float> hann = window();
+    std::vector<float> moment(windowLength);
+    const std::size_t length = std::min(moment.size(), sound.left.size() - start);
+    for (std::size_t index = 0; index < length; ++index) {
+        const double sample = (sound.left[start + index] + sound.right[start + index]) / 2;
+        moment[index] = hann[index] * static_cast<float>(sample);
+    }
+    return moment;
+}
+
+Spectrum gathered(const std::vector<kiss_fft_cpx>& bins) {
+    static const std::vector<std::size_t> bandOfBin = bandOfBins();
+    Spectrum spectrum{};
+    for (std::size_t bin = 0; bin < bins.size(); ++bin) {
+        if (bandOfBin[bin] == spectrumBands) continue;
+        const double size = std::hypot(bins[bin].r, bins[bin].i) * 4 / windowLength;
+        spectrum[bandOfBin[bin]] += size * size;
+    }
+    return spectrum;
+}
+
 } // namespace
 
 std::vector<Spectrum> spectrogram(const Stereo& sound) {
-    static const std::vector<float> hann = window();
-    static const std::vector<std::size_t> bandOfBin = bandOfBins();
     const Plan plan(kiss_fftr_alloc(windowLength, 0, nullptr, nullptr));
     const std::size_t hop = samplesIn(spectrogramHop);
     std::vector<Spectrum> columns;
-    std::vector<float> moment(windowLength);
     std::vector<kiss_fft_cpx> bins(windowLength / 2 + 1);
     for (std::size_t start = 0; start < sound.left.size(); start += hop) {
-        for (std::size_t index = 0; index < moment.size(); ++index) {
-            const std::size_t at = start + index;
-            const double sample = at < sound.left.size() ? (sound.left[at] + sound.right[at]) / 2 : 0;
-            moment[index] = hann[index] * static_cast<float>(sample);
-        }
-        kiss_fftr(plan.get(), moment.data(), bins.data());
-        Spectrum spectrum{};
-        for (std::size_t bin = 0; bin < bins.size(); ++bin) {
-            if (bandOfBin[bin] < spectrumBands) {
-                const double size = std::hypot(bins[bin].r, bins[bin].i) * 4 / windowLength;
-                spectrum[bandOfBin[bin]] += size * size;
-            }
-        }
-        columns.push_back(spectrum);
+        kiss_fftr(plan.get(), momentAt(sound, start).data(), bins.data());
+        columns.push_back(gathered(bins));
     }
     return columns;
 }

@@ -353,25 +353,28 @@ Stereo bravo(Random& random) {
     return stage.in(room::hall);
 }
 
+Voice warmingUp() {
+    return {.seconds = 2.05,
+            .pitch = {{0, keyPitch(64)},
+                      {0.08, keyPitch(64)},
+                      {0.14, keyPitch(68)},
+                      {0.2, keyPitch(71)},
+                      {0.27, keyPitch(76)},
+                      {0.36, keyPitch(80)},
+                      {0.46, keyPitch(83)},
+                      {0.75, keyPitch(83)},
+                      {1, keyPitch(76)}},
+            .loudness = {{0, 0.5}, {0.3, 0.9}, {0.5, 1}, {0.85, 0.9}, {1, 0}},
+            .mouth = {{0, vowel::m}, {0.06, vowel::ee}, {0.3, vowel::ah}},
+            .tract = woman,
+            .tension = 0.85,
+            .vibrato = 1};
+}
+
 Stereo divaWarmsUp(Random& random) {
     const std::vector<double> keys{64, 68, 71, 76, 80, 83, 80, 76};
-    const Voice diva{.seconds = 2.05,
-                     .pitch = {{0, keyPitch(64)},
-                               {0.08, keyPitch(64)},
-                               {0.14, keyPitch(68)},
-                               {0.2, keyPitch(71)},
-                               {0.27, keyPitch(76)},
-                               {0.36, keyPitch(80)},
-                               {0.46, keyPitch(83)},
-                               {0.75, keyPitch(83)},
-                               {1, keyPitch(76)}},
-                     .loudness = {{0, 0.5}, {0.3, 0.9}, {0.5, 1}, {0.85, 0.9}, {1, 0}},
-                     .mouth = {{0, vowel::m}, {0.06, vowel::ee}, {0.3, vowel::ah}},
-                     .tract = woman,
-                     .tension = 0.85,
-                     .vibrato = 1};
     Stage stage;
-    stage.play(sing(diva, random));
+    stage.play(sing(warmingUp(), random));
     double at = 0;
     for (const double key : keys) {
         stage.play(plucked(keyPitch(key - 12), 0.8, 0.6, random), at, 0.5, -0.5);
@@ -381,24 +384,26 @@ Stereo divaWarmsUp(Random& random) {
     return stage.in(room::hall);
 }
 
+Voice oohLaLa() {
+    return {.seconds = 1.75,
+            .pitch = {{0, 330}, {0.14, 520}, {0.23, 470}, {0.32, 620}, {0.42, 600}, {0.52, 880}, {0.82, 840}, {1, 480}},
+            .loudness = {{0, 0.5}, {0.1, 1}, {0.22, 0.5}, {0.3, 1}, {0.4, 0.5}, {0.5, 1}, {0.85, 0.9}, {1, 0}},
+            .mouth = {{0, vowel::oo},
+                      {0.19, vowel::oo},
+                      {0.23, vowel::l},
+                      {0.28, vowel::ah},
+                      {0.36, vowel::ah},
+                      {0.41, vowel::l},
+                      {0.46, vowel::ah},
+                      {1, vowel::ah}},
+            .tract = woman,
+            .tension = 0.8,
+            .vibrato = 0.8};
+}
+
 Stereo oohLaLaWithAKiss(Random& random) {
-    const Voice she{
-        .seconds = 1.75,
-        .pitch = {{0, 330}, {0.14, 520}, {0.23, 470}, {0.32, 620}, {0.42, 600}, {0.52, 880}, {0.82, 840}, {1, 480}},
-        .loudness = {{0, 0.5}, {0.1, 1}, {0.22, 0.5}, {0.3, 1}, {0.4, 0.5}, {0.5, 1}, {0.85, 0.9}, {1, 0}},
-        .mouth = {{0, vowel::oo},
-                  {0.19, vowel::oo},
-                  {0.23, vowel::l},
-                  {0.28, vowel::ah},
-                  {0.36, vowel::ah},
-                  {0.41, vowel::l},
-                  {0.46, vowel::ah},
-                  {1, vowel::ah}},
-        .tract = woman,
-        .tension = 0.8,
-        .vibrato = 0.8};
     Stage stage;
-    stage.play(sing(she, random)).play(kiss(0.34, random), 1.72, 1.3);
+    stage.play(sing(oohLaLa(), random)).play(kiss(0.34, random), 1.72, 1.3);
     double at = 0.75;
     for (const double key : {64, 68, 71, 76, 80, 83, 88, 92, 95, 100}) {
         stage.play(plucked(keyPitch(key), 0.9, 0.7, random), at, 0.45, 2 * (at - 1.0));
@@ -441,38 +446,48 @@ Stereo tenor(Random& random) {
     return stage.play(sing(he, random), 0, 1.2).in(room::hall);
 }
 
-Stereo operaFinale(Random& random) {
-    const Voice diva{.seconds = 2.7,
-                     .pitch = {{0, keyPitch(69)},
-                               {0.1, keyPitch(73)},
-                               {0.18, keyPitch(76)},
-                               {0.3, keyPitch(81)},
-                               {0.5, keyPitch(81)},
-                               {0.6, keyPitch(85)},
-                               {0.9, keyPitch(85)},
-                               {1, keyPitch(81)}},
-                     .loudness = {{0, 0.6}, {0.3, 1}, {0.92, 1}, {1, 0}},
-                     .mouth = {{0, vowel::ah}, {0.5, vowel::ae}, {1, vowel::ah}},
-                     .tract = woman,
-                     .tension = 1,
-                     .vibrato = 1.3};
-    Voice everyone{.seconds = 2.7,
-                   .pitch = 1,
-                   .loudness = {{0, 0.6}, {0.6, 1}, {0.9, 0.9}, {1, 0}},
-                   .mouth = {{0, vowel::ah}},
-                   .tension = 0.9,
-                   .vibrato = 0.6};
-    Stage stage;
-    orchestra(stage, {33, 45, 52, 57, 61, 64, 69}, 2.7, 0.16, random);
-    singTogether(stage, {57, 64}, everyone, 0, 0.3, random);
-    stage.play(sing(diva, random), 0, 1.2);
+// The diva climbs, and climbs once more.
+Signal lastNote(double seconds, Random& random) {
+    return sing({.seconds = seconds,
+                 .pitch = {{0, keyPitch(69)},
+                           {0.1, keyPitch(73)},
+                           {0.18, keyPitch(76)},
+                           {0.3, keyPitch(81)},
+                           {0.5, keyPitch(81)},
+                           {0.6, keyPitch(85)},
+                           {0.9, keyPitch(85)},
+                           {1, keyPitch(81)}},
+                 .loudness = {{0, 0.6}, {0.3, 1}, {0.92, 1}, {1, 0}},
+                 .mouth = {{0, vowel::ah}, {0.5, vowel::ae}, {1, vowel::ah}},
+                 .tract = woman,
+                 .tension = 1,
+                 .vibrato = 1.3},
+                random);
+}
+
+void breakTheGlasses(Stage& stage, double from, Random& random) {
     for (int shard = 0; shard < 26; ++shard) {
         const double hertz = random.between(1900, 5200);
-        const double at = random.between(2.3, 2.8);
+        const double at = from + random.between(0, 0.5);
         const double place = random.between(-1, 1);
         stage.play(struck(body::glass, hertz, 0.9, 0.3), at, 0.4, place);
     }
-    return stage.play(crash(0.8, 5500, random), 2.3, 0.6).in(room::hall);
+    stage.play(crash(0.8, 5500, random), from, 0.6);
+}
+
+Stereo operaFinale(Random& random) {
+    const Voice everyone{.seconds = 2.7,
+                         .pitch = 1,
+                         .loudness = {{0, 0.6}, {0.6, 1}, {0.9, 0.9}, {1, 0}},
+                         .mouth = {{0, vowel::ah}},
+                         .tension = 0.9,
+                         .vibrato = 0.6};
+    Stage stage;
+    orchestra(stage, {33, 45, 52, 57, 61, 64, 69}, 2.7, 0.16, random);
+    singTogether(stage, {57, 64}, everyone, 0, 0.3, random);
+    stage.play(lastNote(2.7, random), 0, 1.2);
+    breakTheGlasses(stage, 2.3, random);
+    return stage.in(room::hall);
 }
 
 } // namespace

@@ -6,6 +6,15 @@
 
 namespace quiverly::clips {
 
+Signal interleaved(const Stereo& sound) {
+    Signal frames(2 * sound.left.size());
+    for (std::size_t index = 0; index < sound.left.size(); ++index) {
+        frames[2 * index] = sound.left[index];
+        frames[2 * index + 1] = sound.right[index];
+    }
+    return frames;
+}
+
 double peakOf(const Signal& signal) {
     double peak = 0;
     for (const double sample : signal) peak = std::max(peak, std::abs(sample));

@@ -32,6 +32,9 @@ Signal shaped(double seconds, Shape shape) {
     return signal;
 }
 
+// Left and right in turn.
+Signal interleaved(const Stereo& sound);
+
 double peakOf(const Signal& signal);
 
 // The same sound with a peak of 1, so that gains mean the same for every instrument; silence stays silence.
