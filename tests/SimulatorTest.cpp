@@ -5,13 +5,16 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <sstream>
 #include <thread>
 
 #include "Listener.h"
+#include "Pipe.h"
 #include "RuntimeFolder.h"
+#include "Waiting.h"
 #include "platform/linux/FileDescriptor.h"
 
 namespace quiverly {
@@ -47,7 +50,12 @@ TEST(SimulatorTest, CommandsGoOnWhenTheirTerminalCanBeReadAgain) {
     std::ostringstream errors;
     Simulator simulator({}, output, errors);
     ASSERT_TRUE(simulator.open());
-    std::thread laptop([&] { EXPECT_TRUE(simulator.run(terminals.near.get(), -1)); });
+    Pipe interruptions;
+    std::atomic<bool> ended = false;
+    std::thread laptop([&] {
+        EXPECT_TRUE(simulator.run(terminals.near.get(), interruptions.readEnd.get()));
+        ended = true;
+    });
     {
         Listener listener;
         EXPECT_TRUE(listener.starts());
@@ -55,6 +63,8 @@ TEST(SimulatorTest, CommandsGoOnWhenTheirTerminalCanBeReadAgain) {
     }
     terminals.openFar();
     EXPECT_EQ(::write(terminals.far.get(), "quit\n", 5), 5);
+    EXPECT_TRUE(waitUntil([&] { return ended.load(); }));
+    interruptions.writeEnd.reset(); // ends it in any case
     laptop.join();
     EXPECT_EQ(errors.str(), "");
 }

@@ -1,22 +1,26 @@
 #include "ui/linux/SingleInstance.h"
 
 #include <gtest/gtest.h>
-
-#include <filesystem>
 #include <sys/resource.h>
+#include <sys/socket.h>
 
 #include <atomic>
 #include <csignal>
+#include <cstddef>
+#include <filesystem>
 #include <future>
 #include <memory>
+#include <optional>
+#include <string_view>
 #include <thread>
 
 #include <QTest>
 #include <QThread>
 
-#include "Waiting.h"
-
+#include "AnotherUser.h"
 #include "RuntimeFolder.h"
+#include "Waiting.h"
+#include "platform/linux/user_socket.h"
 
 namespace quiverly {
 namespace {
@@ -26,6 +30,21 @@ using Place = SingleInstance::Place;
 class SingleInstanceTest : public testing::Test {
 protected:
     static void nobodyCalls() { ADD_FAILURE() << "a call that nobody made"; }
+
+    // The address of the place that a first copy of this process holds.
+    static SocketAddress placeHeld() {
+        for (int descriptor = 0; descriptor < 100; ++descriptor) {
+            sockaddr_un address = {};
+            socklen_t size = sizeof address;
+            // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the shape of the system's call
+            if (::getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &size) != 0) continue;
+            if (address.sun_family != AF_UNIX || size <= offsetof(sockaddr_un, sun_path) + 1) continue;
+            const std::string_view name(address.sun_path + 1, size - offsetof(sockaddr_un, sun_path) - 1);
+            if (name.starts_with("quiverly-")) return SocketAddress::ofName(name);
+        }
+        ADD_FAILURE() << "no place is held";
+        return SocketAddress::ofName("");
+    }
 
     // Starts another copy while this one's events go on.
     static Place startAnother() {
@@ -103,6 +122,30 @@ TEST_F(SingleInstanceTest, ACopyThatGetsNoSocketFromTheSystemRuns) {
     const Place place = SingleInstance(nobodyCalls).place();
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &former), 0);
     EXPECT_EQ(place, Place::first);
+}
+
+TEST_F(SingleInstanceTest, WhatAnotherUserHoldsDoesNotCount) {
+    if (!another_user::isPossible()) GTEST_SKIP() << "NOT RUN: only root can act as another user";
+    std::optional<SingleInstance> former(nobodyCalls);
+    const SocketAddress place = placeHeld();
+    former.reset();
+    const FileDescriptor taken = packetSocket();
+    ASSERT_EQ(::bind(taken.get(), place.get(), place.length()), 0);
+    another_user::act([&] { EXPECT_EQ(::listen(taken.get(), 16), 0); }); // a socket is whose who makes it listen
+    EXPECT_EQ(SingleInstance(nobodyCalls).place(), Place::first);
+}
+
+TEST_F(SingleInstanceTest, ACallOfAnotherUserIsNotAnswered) {
+    if (!another_user::isPossible()) GTEST_SKIP() << "NOT RUN: only root can act as another user";
+    int calls = 0;
+    const SingleInstance first([&] { ++calls; });
+    const SocketAddress place = placeHeld();
+    const FileDescriptor foreign = packetSocket();
+    another_user::act([&] { EXPECT_EQ(::connect(foreign.get(), place.get(), place.length()), 0); });
+    EXPECT_EQ(startAnother(), Place::taken); // calls behind the other user
+    EXPECT_EQ(calls, 1);
+    char byte = 0;
+    EXPECT_EQ(::recv(foreign.get(), &byte, 1, 0), 0);
 }
 
 TEST_F(SingleInstanceTest, AFirstThatEndsMeanwhileLeavesItsPlace) {
