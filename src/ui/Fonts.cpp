@@ -43,10 +43,19 @@ Facts facts(FontRole role) {
     Q_UNREACHABLE();
 }
 
-// The embedded typeface; nothing if it cannot be loaded.
+// The typefaces of an embedded file; none if it cannot be loaded.
+QStringList familiesIn(const QString& file) {
+    return QFontDatabase::applicationFontFamilies(QFontDatabase::addApplicationFont(file));
+}
+
 const QStringList& roundedFamilies() {
-    static const QStringList families =
-        QFontDatabase::applicationFontFamilies(QFontDatabase::addApplicationFont(":/fonts/Quicksand-Bold.ttf"));
+    static const QStringList families = familiesIn(":/fonts/Quicksand-Bold.ttf");
+    return families;
+}
+
+// For a system without fonts: has a glyph for every character of the window.
+const QStringList& plainFamilies() {
+    static const QStringList families = familiesIn(":/fonts/Text-Regular.otf");
     return families;
 }
 
@@ -60,7 +69,8 @@ QFont fontFor(FontRole role) {
     const Facts wanted = facts(role);
     QFont font = QApplication::font();
     const QStringList system = font.families() << QFontInfo(font).family(); // the first may be an alias such as Sans
-    font.setFamilies(wanted.rounded ? roundedFamilies() + system : system + roundedFamilies());
+    const QStringList plain = system + plainFamilies();
+    font.setFamilies(wanted.rounded ? roundedFamilies() + plain : plain);
     font.setPixelSize(qRound(wanted.size * fontScale()));
     font.setWeight(wanted.weight);
     return font;
