@@ -23,12 +23,13 @@ bool systemIsDark() {
 const Theme::Colors Theme::light{
     .window = {236, 236, 236},
     .primary = {35, 35, 35},
-    .secondary = {92, 92, 92},
-    .tertiary = {132, 132, 132},
+    .secondary = {93, 93, 93},
+    .tertiary = {136, 136, 136},
     .red = {208, 0, 20},
-    .orange = {200, 108, 0},
+    .orange = {156, 91, 0},
     .green = {24, 102, 42},
     .warning = {255, 149, 0},
+    .focus = {190, 24, 112},
     .divider = {212, 212, 212},
     .track = {219, 219, 219},
     .selection = {255, 255, 255},
@@ -41,12 +42,13 @@ const Theme::Colors Theme::light{
 const Theme::Colors Theme::dark{
     .window = {50, 50, 50},
     .primary = {224, 224, 224},
-    .secondary = {180, 180, 180},
-    .tertiary = {133, 133, 133},
-    .red = {255, 69, 58},
+    .secondary = {179, 179, 179},
+    .tertiary = {124, 124, 124},
+    .red = {255, 106, 95},
     .orange = {255, 159, 10},
     .green = {48, 209, 88},
     .warning = {255, 159, 10},
+    .focus = {255, 170, 214},
     .divider = {71, 71, 71},
     .track = {71, 71, 71},
     .selection = {98, 98, 98},
@@ -77,16 +79,12 @@ QColor Theme::color(Tone tone) const {
         return colors().secondary;
     case Tone::tertiary:
         return colors().tertiary;
-    case Tone::pink:
-        return primaryPink;
     case Tone::red:
         return colors().red;
     case Tone::orange:
         return colors().orange;
     case Tone::green:
         return colors().green;
-    case Tone::white:
-        return Qt::white;
     }
     Q_UNREACHABLE();
 }

@@ -7,7 +7,7 @@ class QPalette;
 
 namespace quiverly {
 
-enum class Tone { primary, secondary, tertiary, pink, red, orange, green, white };
+enum class Tone { primary, secondary, tertiary, red, orange, green };
 
 // Every colour of the window, light and dark. Follows the system while the program runs: changed() is emitted when the
 // colours or the system's font have become others. One for the application, made when it is first asked for.
@@ -20,6 +20,7 @@ public:
         QColor primary, secondary, tertiary; // texts
         QColor red, orange, green;           // texts
         QColor warning;                      // the triangle
+        QColor focus;                        // the ring where the keyboard is
         QColor divider;
         QColor track, selection, selectionEdge; // of the mode picker
         QColor groove, handle, handleEdge;      // of the slider

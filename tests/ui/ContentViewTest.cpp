@@ -512,6 +512,23 @@ TEST_F(ContentViewTest, TheFocusOfTheKeyboardCanBeSeen) {
     }
 }
 
+TEST_F(ContentViewTest, TheFocusRingHasItsColorOnPickerAndSlider) {
+    open();
+    view.activateWindow();
+    startButton().setFocus();
+    const QColor ring = Theme::current().colors().focus;
+    QTest::keyClick(&view, Qt::Key_Tab);
+    stage.settle();
+    EXPECT_EQ(colorAt(segment("Sexy"), {segment("Sexy").width() / 2, 2}), ring);
+    QTest::keyClick(&view, Qt::Key_Tab);
+    stage.settle();
+    const int handle = 9 + (slider().width() - 19) * (slider().value() - 4) / 36;
+    const QImage picture = slider().grab().toImage();
+    EXPECT_EQ(colorAt(picture, {handle + 1, 2}), ring);
+    EXPECT_EQ(colorAt(picture, {handle + 1, 4}), Theme::current().colors().window) << "a gap around the handle";
+    EXPECT_EQ(colorAt(picture, {handle + 1, 11}), Theme::current().colors().handle);
+}
+
 TEST_F(ContentViewTest, SpaceAndEnterPressTheButton) {
     open();
     startButton().setFocus();

@@ -46,8 +46,8 @@ TEST_P(ContrastTest, TextsStandOutFromTheWindow) {
     EXPECT_GE(contrast(colors.primary, colors.window), 4.5);
     EXPECT_GE(contrast(colors.secondary, colors.window), 4.5);
     EXPECT_GE(contrast(colors.tertiary, colors.window), 3.0);
-    EXPECT_GE(contrast(colors.red, colors.window), 3.0);
-    EXPECT_GE(contrast(colors.orange, colors.window), 3.0);
+    EXPECT_GE(contrast(colors.red, colors.window), 4.5);
+    EXPECT_GE(contrast(colors.orange, colors.window), 4.5);
 }
 
 TEST_P(ContrastTest, TextsStandOutFromThePill) {
@@ -60,6 +60,13 @@ TEST_P(ContrastTest, TextsStandOutFromThePicker) {
     const Theme::Colors& colors = *GetParam();
     EXPECT_GE(contrast(colors.primary, colors.track), 4.5);
     EXPECT_GE(contrast(colors.primary, colors.selection), 4.5);
+}
+
+TEST_P(ContrastTest, TheFocusOfTheKeyboardStandsOutFromWhatItSurrounds) {
+    const Theme::Colors& colors = *GetParam();
+    EXPECT_GE(contrast(colors.focus, colors.window), 3.0);
+    EXPECT_GE(contrast(colors.focus, colors.track), 3.0);
+    EXPECT_GE(contrast(colors.focus, colors.selection), 3.0);
 }
 
 TEST_P(ContrastTest, WhiteStandsOutFromTheButtons) {

@@ -48,7 +48,7 @@ private:
             if (!isEnabled()) fill.setAlphaF(0.5F);
             fillRounded(painter, face, radius - 2, fill);
         }
-        if (focusIsVisible(*this)) drawFocusRing(painter, face, radius - 2, Theme::primaryPink);
+        if (focusIsVisible(*this)) drawFocusRing(painter, face, radius - 2, theme.colors().focus);
         QFont titleFont = font();
         if (isChecked()) titleFont.setWeight(QFont::Medium);
         painter.setFont(titleFont);

@@ -13,6 +13,7 @@ namespace quiverly {
 
 namespace {
 constexpr double handleRadius = 9.5; // pixels, as are all lengths here
+constexpr double focusGap = 4.5;     // from the edge of the handle's place to the handle inside the focus ring
 constexpr double grooveHeight = 4;
 constexpr double grooveInset = 2;
 constexpr int controlHeight = 22;
@@ -114,9 +115,16 @@ void Slider::paintEvent(QPaintEvent*) {
     QRectF filled = groove();
     isRightToLeft() ? filled.setLeft(centre.x()) : filled.setRight(centre.x());
     fillRounded(painter, filled, grooveHeight / 2, Theme::primaryPink);
+    double radius = handleRadius;
+    if (focusIsVisible(*this)) {
+        painter.setBrush(colors.window);
+        painter.setPen(QPen(colors.focus, 2));
+        painter.drawEllipse(centre, radius - 1, radius - 1);
+        radius -= focusGap;
+    }
     painter.setBrush(isSliderDown() ? colors.handle.darker(105) : colors.handle);
-    painter.setPen(focusIsVisible(*this) ? QPen(Theme::primaryPink, 3) : QPen(colors.handleEdge, 0.5));
-    painter.drawEllipse(centre, handleRadius - 0.25, handleRadius - 0.25);
+    painter.setPen(QPen(colors.handleEdge, 0.5));
+    painter.drawEllipse(centre, radius - 0.25, radius - 0.25);
 }
 
 } // namespace quiverly
