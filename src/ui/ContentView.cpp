@@ -8,6 +8,7 @@
 #include "ui/controls/Divider.h"
 #include "ui/controls/Label.h"
 #include "ui/controls/Logo.h"
+#include "ui/controls/MonospacedDigits.h"
 #include "ui/controls/PushButton.h"
 #include "ui/controls/ScrollArea.h"
 #include "ui/controls/SegmentedPicker.h"
@@ -37,7 +38,7 @@ ContentView::ContentView(BonkoEngine& engine)
     : engine(engine),
       pill(new StatusPill),
       picker(new SegmentedPicker("Mode", packTitles())),
-      value(new Label(FontRole::body, Tone::secondary)),
+      value(new MonospacedDigits(FontRole::body, Tone::secondary)),
       slider(new Slider("Sensitivity", lowestThreshold, highestThreshold)),
       button(new PushButton({})),
       status(new Label(FontRole::callout, Tone::secondary)),
@@ -105,8 +106,6 @@ QLayout* ContentView::sensitivityGroup() {
     auto* values = new QHBoxLayout;
     values->addWidget(new Label(FontRole::body, Tone::primary, "Sensitivity"));
     values->addWidget(value, 1);
-    value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a stored number may be of any length
 
     auto* group = new QVBoxLayout;
     group->setSpacing(6);

@@ -9,6 +9,7 @@ class QLayout;
 namespace quiverly {
 
 class Label;
+class MonospacedDigits;
 class PushButton;
 class SegmentedPicker;
 class Slider;
@@ -40,7 +41,7 @@ private:
     BonkoEngine& engine;
     StatusPill* pill;
     SegmentedPicker* picker;
-    Label* value;
+    MonospacedDigits* value;
     Slider* slider;
     PushButton* button;
     Label* status;
