@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QBuffer>
 #include <QPushButton>
+#include <QtEndian>
 
 #include "EventCounter.h"
 #include "Screen.h"
@@ -411,6 +413,31 @@ protected:
         return image;
     }
 
+    struct IconPicture {
+        const char* type; // four characters, which tell the size
+        int size;         // pixels, of the square
+        QColor color;
+    };
+
+    // An icon file as macOS has it: the text "icns" and the length of all, then for each picture its type, its length
+    // and a PNG; lengths are 32-bit big-endian and count themselves and the text before them.
+    static QByteArray iconFile(const std::vector<IconPicture>& pictures) {
+        const auto part = [](const char* type, const QByteArray& data) {
+            QByteArray length(4, 0);
+            qToBigEndian(quint32(8 + data.size()), length.data());
+            return type + length + data;
+        };
+        QByteArray parts;
+        for (const IconPicture& picture : pictures) {
+            QImage image(picture.size, picture.size, QImage::Format_ARGB32);
+            image.fill(picture.color);
+            QBuffer png;
+            image.save(&png, "png");
+            parts += part(picture.type, png.data());
+        }
+        return part("icns", parts);
+    }
+
     QTemporaryDir folder;
     Stage stage;
 
@@ -427,6 +454,15 @@ TEST_F(WelcomeLogoTest, TheIconComesFirst) {
 TEST_F(WelcomeLogoTest, ThenTheIconFileOfTheBundle) {
     put("AppIcon.icns", Qt::red);
     put("logo.png", Qt::green);
+    EXPECT_EQ(colorAt(logo(), {36, 36}), QColor(Qt::red));
+}
+
+TEST_F(WelcomeLogoTest, OfTheSizesInAnIconFileTheLargestIsShown) {
+    QFile icon(folder.filePath("AppIcon.icns"));
+    ASSERT_TRUE(icon.open(QIODevice::WriteOnly));
+    icon.write(iconFile({{"ic07", 128, Qt::green}, {"ic08", 256, Qt::red}, {"icp4", 16, Qt::blue}}));
+    icon.close();
+    put("logo.png", Qt::cyan);
     EXPECT_EQ(colorAt(logo(), {36, 36}), QColor(Qt::red));
 }
 
