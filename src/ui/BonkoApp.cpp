@@ -28,10 +28,7 @@ BonkoApp::BonkoApp() {
     window.setWindowTitle("Quiverly");
     window.setWindowIcon(QPixmap::fromImage(welcomeLogo()));
     window.setContextMenuPolicy(Qt::NoContextMenu);
-    QObject::connect(&Theme::current(), &Theme::changed, &window, [this] {
-        dress();
-        limitSize();
-    });
+    QObject::connect(&Theme::current(), &Theme::changed, &window, [this] { dress(); });
     dress();
     showContent();
     window.resize(420, 560);
@@ -53,8 +50,9 @@ void BonkoApp::showContent() {
         former->hide();
         former->deleteLater();
     }
-    window.setCentralWidget(onboardingIsCompleted() ? content() : onboarding());
-    limitSize();
+    View* view = onboardingIsCompleted() ? content() : onboarding();
+    window.setCentralWidget(view);
+    window.setMaximumSize(view->maximumSize()); // its least size is what its layout asks for
 }
 
 View* BonkoApp::onboarding() {
@@ -74,13 +72,6 @@ View* BonkoApp::content() {
 
 void BonkoApp::dress() {
     window.setPalette(Theme::current().palette());
-}
-
-// The window can be as small and as large as its content.
-void BonkoApp::limitSize() {
-    const QWidget* view = window.centralWidget();
-    window.setMinimumSize(view->minimumSizeHint().expandedTo(view->minimumSize()));
-    window.setMaximumSize(view->maximumSize());
 }
 
 } // namespace quiverly

@@ -27,7 +27,6 @@ private:
     View* onboarding();
     View* content();
     void dress();
-    void limitSize();
 
     BonkoEngine engine;
     QMainWindow window;

@@ -176,6 +176,34 @@ TEST(BonkoAppTest, TheWindowKeepsToTheSizesOfItsContent) {
     EXPECT_EQ(window.size(), QSize(1000, 900));
 }
 
+TEST(BonkoAppTest, TheLeastSizeGrowsWithTheTexts) {
+    const QFont former = QApplication::font();
+    Stage stage;
+    BonkoApp app;
+    passOnboarding(stage, app);
+    click(stage, app, "Start listening");
+    QFont large = former;
+    large.setPointSizeF(25);
+    QApplication::setFont(large);
+    stage.settle();
+    QMainWindow& window = app.mainWindow();
+    window.resize(10, 10);
+    stage.settle();
+    EXPECT_GT(window.width(), 400);
+    for (const char* name : {"Quiverly", "Listening", "Sensitivity", "Lower detects lighter taps"}) {
+        const QLabel& label = text(window, name);
+        EXPECT_GE(label.width(), label.sizeHint().width()) << name;
+        EXPECT_LE(place(label, window).right(), window.width()) << name;
+    }
+    for (const QRadioButton* segment : window.findChildren<QRadioButton*>()) {
+        EXPECT_LE(place(*segment, window).right(), window.width() - 20) << segment->text().toStdString();
+    }
+    QApplication::setFont(former);
+    stage.settle();
+    window.resize(10, 10);
+    EXPECT_EQ(window.size(), QSize(400, 480));
+}
+
 TEST(BonkoAppTest, ThereIsNoCommandForANewWindow) {
     Stage stage;
     BonkoApp app;

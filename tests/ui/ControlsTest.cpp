@@ -2,7 +2,9 @@
 
 #include <QAbstractEventDispatcher>
 #include <QAccessible>
+#include <QScrollBar>
 #include <QVBoxLayout>
+#include <QVariantAnimation>
 
 #include "EventCounter.h"
 #include "Screen.h"
@@ -11,6 +13,7 @@
 #include "ui/controls/Connector.h"
 #include "ui/controls/CrossFade.h"
 #include "ui/controls/PushButton.h"
+#include "ui/controls/ScrollArea.h"
 #include "ui/controls/SegmentedPicker.h"
 #include "ui/controls/Slider.h"
 #include "ui/controls/Spinner.h"
@@ -113,6 +116,43 @@ TEST(PushButtonTest, AnEnterKeyHeldDownPressesOnce) {
     QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, {}, "\r", true);
     QApplication::sendEvent(&button, &repeated);
     EXPECT_EQ(clicks, 1);
+}
+
+class ScrollAreaTest : public testing::Test {
+protected:
+    ScrollAreaTest() {
+        content->setMinimumSize(100, 400);
+        area.resize(150, 200);
+        area.show();
+        area.activateWindow();
+        QApplication::processEvents();
+    }
+
+    QWidget* content = new QWidget;
+    ScrollArea area{content};
+};
+
+TEST_F(ScrollAreaTest, TheKeyboardScrollsWhatDoesNotFit) {
+    QTest::keyClick(&area, Qt::Key_Tab);
+    ASSERT_EQ(QApplication::focusWidget(), &area);
+    QTest::keyClick(&area, Qt::Key_Down);
+    EXPECT_GT(area.verticalScrollBar()->value(), 0);
+    EXPECT_EQ(colorAt(area, {75, 1}), Theme::current().colors().focus);
+    area.clearFocus();
+    EXPECT_NE(colorAt(area, {75, 1}), Theme::current().colors().focus);
+}
+
+TEST_F(ScrollAreaTest, TheKeyboardPassesOverWhatFits) {
+    area.resize(150, 400);
+    QApplication::processEvents();
+    EXPECT_EQ(area.focusPolicy(), Qt::NoFocus);
+}
+
+TEST_F(ScrollAreaTest, AsksForTheWidthOfItsContent) {
+    const int before = area.minimumSizeHint().width();
+    EXPECT_GT(before, 100);
+    content->setMinimumWidth(150);
+    EXPECT_EQ(area.minimumSizeHint().width(), before + 50);
 }
 
 TEST(SpinnerTest, TurnsEightToTenTimesASecondWhileItIsSeen) {
@@ -232,7 +272,10 @@ TEST(CrossFadeTest, WhatWasShownFadesAndIsGone) {
     widget.resize(20, 20);
     widget.show();
     crossFade(widget);
-    ASSERT_EQ(widget.children().size(), 1);
+    const auto* fade = widget.findChild<QVariantAnimation*>();
+    ASSERT_NE(fade, nullptr);
+    EXPECT_EQ(fade->duration(), 250);
+    EXPECT_EQ(fade->easingCurve(), QEasingCurve(QEasingCurve::InOutQuad));
     EXPECT_TRUE(QTest::qWaitFor([&] { return widget.children().isEmpty(); }, 60'000));
 }
 

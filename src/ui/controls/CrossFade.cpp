@@ -13,33 +13,34 @@ constexpr int duration = 250; // milliseconds
 // A picture over the widget; gone when it has faded or the widget is hidden.
 class FadingPicture : public QWidget {
 public:
-    explicit FadingPicture(QWidget& widget) : QWidget(&widget), picture(widget.grab()) {
+    explicit FadingPicture(QWidget& widget)
+        : QWidget(&widget), picture(widget.grab()), fade(new QVariantAnimation(this)) {
         setAttribute(Qt::WA_TransparentForMouseEvents);
         setGeometry(widget.rect());
-        fade.setStartValue(1.0);
-        fade.setEndValue(0.0);
-        fade.setDuration(duration);
-        fade.setEasingCurve(QEasingCurve::InOutQuad);
-        connect(&fade, &QVariantAnimation::valueChanged, this, qOverload<>(&QWidget::update));
-        connect(&fade, &QVariantAnimation::finished, this, &QWidget::deleteLater);
-        fade.start();
+        fade->setStartValue(1.0);
+        fade->setEndValue(0.0);
+        fade->setDuration(duration);
+        fade->setEasingCurve(QEasingCurve::InOutQuad);
+        connect(fade, &QVariantAnimation::valueChanged, this, qOverload<>(&QWidget::update));
+        connect(fade, &QVariantAnimation::finished, this, &QWidget::deleteLater);
+        fade->start();
         show();
     }
 
 private:
     void hideEvent(QHideEvent*) override {
-        fade.stop();
+        fade->stop();
         deleteLater();
     }
 
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.setOpacity(fade.currentValue().toDouble());
+        painter.setOpacity(fade->currentValue().toDouble());
         painter.drawPixmap(0, 0, picture);
     }
 
     QPixmap picture;
-    QVariantAnimation fade;
+    QVariantAnimation* fade;
 };
 
 } // namespace
