@@ -3,8 +3,11 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include <QApplication>
+#include <QPainter>
+#include <QVariantAnimation>
 
 #include "Stage.h"
 #include "SystemLooks.h"
@@ -17,13 +20,22 @@ namespace {
 
 std::filesystem::path folder;
 
+void save(const QImage& image, const std::filesystem::path& file) {
+    if (image.save(QString::fromStdString(file.string()))) return;
+    std::fprintf(stderr, "%s cannot be written\n", file.c_str());
+    std::exit(1);
+}
+
 void picture(QWidget& view, const std::string& name) {
     const auto file = folder / (name + (Theme::current().isDark() ? "-dark" : "-light") + ".png");
     view.setPalette(Theme::current().palette());
-    if (!view.grab().save(QString::fromStdString(file.string()))) {
-        std::fprintf(stderr, "%s cannot be written\n", file.c_str());
-        std::exit(1);
-    }
+    save(view.grab().toImage(), file);
+}
+
+void awaitEndOfAnimation(const QWidget& view) {
+    if (QTest::qWaitFor([&] { return view.findChildren<QVariantAnimation*>().isEmpty(); }, 60'000)) return;
+    std::fputs("an animation does not end\n", stderr);
+    std::exit(1);
 }
 
 void mainView(const std::string& name, const std::function<void(Stage&, BonkoEngine&)>& act, bool logo = true) {
@@ -49,8 +61,28 @@ void onboarding(const std::string& name, const std::function<void(Stage&, BonkoE
     view.show();
     act(stage, engine);
     stage.settle();
+    awaitEndOfAnimation(view);
     picture(view, name);
     view.hide();
+}
+
+// Both views, light and dark, side by side: what the documentation shows.
+void summary() {
+    std::vector<QImage> windows;
+    for (const char* name :
+         {"main-listening-light", "main-idle-dark", "onboarding-waiting-light", "onboarding-complete-dark"}) {
+        windows.emplace_back(QString::fromStdString((folder / name).string() + ".png"));
+    }
+    QImage together(4 * windows[0].width(), windows[0].height(), QImage::Format_RGB32);
+    QPainter painter(&together);
+    int x = 0;
+    for (QImage& window : windows) {
+        window.setDevicePixelRatio(1);
+        painter.drawImage(x, 0, window);
+        x += window.width();
+    }
+    painter.end();
+    save(together, folder / "windows.png");
 }
 
 void everyState() {
@@ -79,7 +111,6 @@ void everyState() {
     onboarding("onboarding-complete", [](Stage& stage, BonkoEngine& engine) {
         stage.pass(2.0);
         stage.slap(engine, 0.5);
-        QTest::qWait(300);
     });
     onboarding(
         "onboarding-no-logo", [](Stage&, BonkoEngine&) {}, false);
@@ -100,5 +131,6 @@ int main(int argc, char** argv) {
         quiverly::setSystemDark(dark);
         quiverly::everyState();
     }
+    quiverly::summary();
     return 0;
 }
