@@ -72,12 +72,29 @@ class StoryTest(SystemTest):
         self.start_on_main_view()
         self.listen()
         count = f"Slaps this session: 1  ·  last {self.application.counter().amplitude:.3f}g"
-        expect("Listening", "Listening with Sexy sounds. Slap away.", count)
+        expect("Listening", "Stop", "Listening with Sexy sounds. Slap away.", count)
         self.laptop.quit()
         self.application.press("Stop")
-        expect("Idle", "Press Start, then slap your MacBook.")
+        expect("Idle", "Start listening", "Press Start, then slap your MacBook.")
         self.application.press("Start listening")
         expect("Accelerometer device missing on this Mac.")
+
+    def test_a_screen_reader_announces_the_hardware_check(self) -> None:
+        announcements = Announcements(self.desktop)
+        self.start_laptop()
+        self.start_application()
+        wait_until(lambda: "Accelerometer detected" in announcements.heard(), "the verdict to be announced")
+        self.pass_hardware_check()
+        completed = "Accelerometer OK — you’re good to go!"
+        wait_until(lambda: completed in announcements.heard(), "the end of the check to be announced")
+
+    def test_a_screen_reader_moves_the_sensitivity(self) -> None:
+        self.start_on_main_view()
+        self.assertAlmostEqual(self.application.sensitivity(), 0.12)
+        self.application.nudge_sensitivity("Increase")
+        self.application.wait_for("0.13")
+        self.application.nudge_sensitivity("Decrease")
+        self.application.wait_for("0.12")
 
     def test_a_second_start_brings_the_first_window_to_the_front(self) -> None:
         self.start_on_main_view()

@@ -88,6 +88,12 @@ class Application:
     def set_sensitivity(self, threshold: float) -> None:
         Atspi.Value.set_current_value(self._control("Sensitivity", "slider"), threshold)
 
+    def nudge_sensitivity(self, action: str) -> None:
+        """Moves the sensitivity by a step, with the slider's action of that name."""
+        slider = self._control("Sensitivity", "slider")
+        names = [Atspi.Action.get_action_name(slider, index) for index in range(Atspi.Action.get_n_actions(slider))]
+        Atspi.Action.do_action(slider, names.index(action))
+
     def type_on_terminal(self, line: str) -> None:
         """Types into the terminal from which the application was started."""
         assert self.process.stdin

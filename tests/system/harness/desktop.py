@@ -94,8 +94,16 @@ class Desktop:
         wait_until(lambda: self._ask("wmctrl", "-F", "-c", title).returncode == 0, f"the window “{title}”")
 
     def screenshot(self, file: Path) -> None:
-        """Writes what the screen shows to a picture file."""
-        self._ask("import", "-window", "root", str(file)).check_returncode()
+        """Writes what the screen shows, once nothing moves, to a picture file."""
+        shown = b""
+
+        def at_rest() -> bool:
+            nonlocal shown
+            before, shown = shown, self._picture()
+            return shown == before
+
+        wait_until(at_rest, "a screen on which nothing moves", interval=0.1)
+        subprocess.run(["convert", "ppm:-", str(file)], input=shown, check=True)
 
     def lose_display(self) -> None:
         self._display.kill()
@@ -154,6 +162,11 @@ class Desktop:
 
     def _is_managed(self) -> bool:
         return b"window id" in self._ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").stdout
+
+    def _picture(self) -> bytes:
+        grabbed = self._ask("import", "-window", "root", "ppm:-")
+        grabbed.check_returncode()
+        return grabbed.stdout
 
     def _ask(self, *command: str) -> subprocess.CompletedProcess[bytes]:
         return subprocess.run(command, env=self.environment, capture_output=True, check=False)

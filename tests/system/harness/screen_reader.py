@@ -48,10 +48,16 @@ class Announcements:
     def __init__(self, desktop: Desktop) -> None:
         self._heard: list[str] = []
         next(programs(desktop), None)  # connects
-        self._listener = Atspi.EventListener.new(lambda event: self._heard.append(event.source.get_name()))
+        self._listener = Atspi.EventListener.new(self._hear)
         self._listener.register("object:property-change:accessible-name")
 
     def heard(self) -> list[str]:
         while GLib.MainContext.default().iteration(False):
             pass
         return self._heard
+
+    def _hear(self, event: Atspi.Event) -> None:
+        try:
+            self._heard.append(event.source.get_name())
+        except GLib.Error:
+            pass  # gone already
