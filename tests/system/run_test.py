@@ -4,10 +4,13 @@ import subprocess
 import unittest
 from pathlib import Path
 
+import soundfile
+
 from harness.system_test import SystemTest
 
 SOURCES = Path(__file__).parents[2]
 RUN = SOURCES / "run"
+TOUR = SOURCES / "build/tour"
 HOW_TO_SLAP = "To slap the simulated laptop, type: slap 0.6"
 
 
@@ -46,7 +49,8 @@ class RunTest(SystemTest):
         for part in ("the tour", "Pain", "Sexy", "Halo", "Lizard", "21 of 21 slaps"):
             self.assertIn(part, ended.stdout)
         for file in ("transcript.txt", "recording.flac", "welcome.png", "main-window.png"):
-            self.assertGreater((SOURCES / "build/tour" / file).stat().st_size, 0, file)
+            self.assertGreater((TOUR / file).stat().st_size, 0, file)
+        self.assertLess(soundfile.info(TOUR / "recording.flac").duration, 60, "seconds")
 
     def test_words_after_the_command_are_refused(self) -> None:
         for words in (["--help"], ["now"], [""]):
