@@ -15,7 +15,7 @@ TEST(StandardPlatformTest, EveryIndexBelowTheCountIsEquallyLikely) {
         constexpr int draws = 10'000; // for each index; ten standard deviations are less than a tenth of it
         std::vector<int> drawn(count);
         for (std::size_t draw = 0; draw < draws * count; ++draw) ++drawn.at(random::uniformIndex(count));
-        for (const int times : drawn) EXPECT_NEAR(times, draws, draws / 10) << count;
+        for (const int times : drawn) EXPECT_NEAR(times, draws, 0.1 * draws) << count;
     }
 }
 

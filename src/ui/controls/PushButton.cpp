@@ -10,9 +10,9 @@
 namespace quiverly {
 
 namespace {
-constexpr int fillInset = 1;       // pixels from the widget's edge to the fill
-constexpr int verticalPadding = 9; // pixels: the label's own 4 and the large button's 5
-constexpr int radius = 6;
+constexpr int fillInset = 1;    // pixels from the widget's edge to the fill
+constexpr int labelPadding = 9; // pixels above and below: the label's own 4 and the large button's 5
+constexpr int cornerRadius = 6;
 } // namespace
 
 PushButton::PushButton(const QString& label) : QPushButton(label), tint(Theme::primaryPink) {
@@ -30,7 +30,7 @@ void PushButton::setTint(const QColor& next) {
 
 QSize PushButton::sizeHint() const {
     const QSize label = fontMetrics().size(Qt::TextSingleLine, text());
-    return {label.width() + 2 * (fillInset + 12), fontMetrics().height() + 2 * (fillInset + verticalPadding)};
+    return {label.width() + 2 * (fillInset + 12), fontMetrics().height() + 2 * (fillInset + labelPadding)};
 }
 
 void PushButton::keyPressEvent(QKeyEvent* event) {
@@ -42,8 +42,8 @@ void PushButton::keyPressEvent(QKeyEvent* event) {
 void PushButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRectF fill = rect().adjusted(fillInset, fillInset, -fillInset, -fillInset);
-    fillRounded(painter, fill, radius, isDown() ? tint.darker(115) : tint);
-    if (focusIsVisible(*this)) drawFocusRing(painter, fill.adjusted(2, 2, -2, -2), radius - 2, Qt::white);
+    fillRounded(painter, fill, cornerRadius, isDown() ? tint.darker(115) : tint);
+    if (focusIsVisible(*this)) drawFocusRing(painter, fill.adjusted(2, 2, -2, -2), cornerRadius - 2, Qt::white);
     painter.setPen(Qt::white);
     painter.drawText(rect(), Qt::AlignCenter, text());
 }
