@@ -2,7 +2,8 @@
 
 namespace quiverly {
 
-// Tells the toolkit, and through it the desktop, which program this is. After the QApplication is made.
+// Tells the toolkit, and through it the desktop, which program this is and how it reads. After the QApplication is
+// made.
 void describeProgram();
 
 } // namespace quiverly

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "ui/controls/Picture.h"
 #include <QImage>
+
+#include "ui/controls/Picture.h"
 
 namespace quiverly {
 

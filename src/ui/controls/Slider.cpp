@@ -19,7 +19,7 @@ constexpr double grooveInset = 2;
 constexpr int controlHeight = 22;
 } // namespace
 
-Slider::Slider(const QString& name, int minimum, int maximum) : QSlider(Qt::Horizontal), value_(minimum / 100.0) {
+Slider::Slider(const QString& name, int minimum, int maximum) : QSlider(Qt::Horizontal), shownValue(minimum / 100.0) {
     describeControlsToScreenReaders();
     setAccessibleName(name);
     setAttribute(Qt::WA_LayoutUsesWidgetRect);
@@ -31,27 +31,25 @@ Slider::Slider(const QString& name, int minimum, int maximum) : QSlider(Qt::Hori
 }
 
 void Slider::show(double value) {
-    value_ = value;
-    const double steps = std::clamp(value * 100, double(minimum()), double(maximum()));
-    setValue(std::isnan(steps) ? minimum() : int(std::lround(steps)));
+    shownValue = value;
+    setValue(positionOf(value));
 }
 
 double Slider::shown() const {
-    return value_;
+    return shownValue;
 }
 
 void Slider::choose(double value) {
     if (!std::isfinite(value)) return;
-    const double steps = std::clamp(value * 100, double(minimum()), double(maximum()));
-    setSliderPosition(int(std::lround(steps)));
+    setSliderPosition(positionOf(value));
     triggerAction(SliderMove);
 }
 
 // Runs before the new position has become the value.
 void Slider::didMove() {
     const double chosen = sliderPosition() / 100.0;
-    if (chosen == value_) return;
-    value_ = chosen;
+    if (chosen == shownValue) return;
+    shownValue = chosen;
     if (onMove) onMove(chosen);
 }
 
@@ -70,13 +68,19 @@ QRectF Slider::groove() const {
 QPointF Slider::handleCentre() const {
     const double travel = width() - 2 * handleRadius;
     const double fraction = double(sliderPosition() - minimum()) / (maximum() - minimum());
-    return {handleRadius + travel * (isRightToLeft() ? 1 - fraction : fraction), height() / 2.0};
+    return {handleRadius + travel * fraction, height() / 2.0};
+}
+
+// The nearest that the slider has; the lowest for what is no number.
+int Slider::positionOf(double value) const {
+    if (std::isnan(value)) return minimum();
+    return int(std::lround(std::clamp(value * 100, double(minimum()), double(maximum()))));
 }
 
 int Slider::positionAt(double x) const {
     const double travel = width() - 2 * handleRadius;
     const double fraction = std::clamp((x - handleRadius) / travel, 0.0, 1.0);
-    return minimum() + int(std::lround((isRightToLeft() ? 1 - fraction : fraction) * (maximum() - minimum())));
+    return minimum() + int(std::lround(fraction * (maximum() - minimum())));
 }
 
 // A mouse that does not get as far as another step chooses nothing.
@@ -113,7 +117,7 @@ void Slider::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     fillRounded(painter, groove(), grooveHeight / 2, colors.groove);
     QRectF filled = groove();
-    isRightToLeft() ? filled.setLeft(centre.x()) : filled.setRight(centre.x());
+    filled.setRight(centre.x());
     fillRounded(painter, filled, grooveHeight / 2, Theme::primaryPink);
     double radius = handleRadius;
     if (focusIsVisible(*this)) {

@@ -34,9 +34,10 @@ private:
     void didMove();
     QRectF groove() const;
     QPointF handleCentre() const;
+    int positionOf(double value) const;
     int positionAt(double x) const;
 
-    double value_;
+    double shownValue;
     double grip = 0.0; // pixels from the handle's centre to where the mouse holds it
 };
 

@@ -1,7 +1,6 @@
 #pragma once
 
 class QColor;
-
 class QPainter;
 class QRectF;
 
