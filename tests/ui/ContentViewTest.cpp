@@ -410,6 +410,8 @@ TEST_F(ContentViewTest, EverythingStandsInItsPlace) {
     EXPECT_EQ(gap(track, hint), 6);
     EXPECT_EQ(gap(hint, button), 18);
     EXPECT_EQ(gap(button, status), 18);
+    EXPECT_EQ(picker.height(), 24);
+    EXPECT_EQ(button.height(), 34 + 2 * 1);
 }
 
 TEST_F(ContentViewTest, TheHeaderHoldsLogoTitleAndPill) {
@@ -453,6 +455,64 @@ TEST_F(ContentViewTest, TextsHaveTheFontsOfTheirRoles) {
     EXPECT_EQ(QFontInfo(text(view, "Sensitivity").font()).family(), system);
     EXPECT_EQ(QFontInfo(startButton().font()).family(), system);
     EXPECT_NEAR(text(view, "MODE").font().letterSpacing(), 0.6, 0.01);
+}
+
+TEST_F(ContentViewTest, TheErrorAndItsHintHaveTheFontsOfTheirRoles) {
+    stage.removeSensor();
+    open();
+    click(startButton());
+    EXPECT_EQ(text(view, "Accelerometer device missing on this Mac.").font().pixelSize(), 12);
+    EXPECT_EQ(text(view, inputMonitoringHint).font().pixelSize(), 10);
+}
+
+TEST_F(ContentViewTest, TheListeningTextHasTheFontOfItsRole) {
+    open();
+    click(startButton());
+    EXPECT_EQ(text(view, "Listening with Sexy sounds. Slap away.").font().pixelSize(), 12);
+}
+
+TEST_F(ContentViewTest, TextsHaveTheColorsOfTheirRoles) {
+    open();
+    const Theme::Colors& colors = Theme::current().colors();
+    EXPECT_EQ(colorOf(text(view, "Quiverly")), colors.primary);
+    EXPECT_EQ(colorOf(text(view, "Slap → yell.")), colors.secondary);
+    EXPECT_EQ(colorOf(text(view, "MODE")), colors.secondary);
+    EXPECT_EQ(colorOf(text(view, "Sensitivity")), colors.primary);
+    EXPECT_EQ(colorOf(text(view, "Lower detects lighter taps")), colors.tertiary);
+}
+
+TEST_F(ContentViewTest, ThePillIsFilledWithItsColorThinned) {
+    open();
+    const auto expectFill = [&](const QString& word) {
+        QLabel& pill = text(view, word);
+        const QColor color = colorOf(pill);
+        const QColor ground = QApplication::palette().color(QPalette::Window);
+        const QColor fill = colorAt(view, place(pill, view).topLeft() + QPoint(pill.width() / 2, 2));
+        EXPECT_NEAR(fill.red(), 0.15 * color.red() + 0.85 * ground.red(), 2) << word.toStdString();
+        EXPECT_NEAR(fill.green(), 0.15 * color.green() + 0.85 * ground.green(), 2) << word.toStdString();
+        EXPECT_NEAR(fill.blue(), 0.15 * color.blue() + 0.85 * ground.blue(), 2) << word.toStdString();
+    };
+    expectFill("Idle");
+    click(startButton());
+    expectFill("Listening");
+}
+
+TEST_F(ContentViewTest, ADisabledPickerIsGrey) {
+    open();
+    const QImage enabled = segment("Sexy").grab().toImage();
+    engine.soundEnabled = false;
+    stage.settle();
+    const QImage disabled = segment("Sexy").grab().toImage();
+    EXPECT_NE(enabled, disabled);
+    const auto darkest = [](const QImage& picture) {
+        int lightness = 255;
+        for (int x = 0; x < picture.width(); ++x) {
+            for (int y = 0; y < picture.height(); ++y)
+                lightness = std::min(lightness, picture.pixelColor(x, y).lightness());
+        }
+        return lightness;
+    };
+    EXPECT_GT(darkest(disabled), darkest(enabled) + 50);
 }
 
 TEST_F(ContentViewTest, ManySlapsAreShownInOneTurn) {

@@ -1,5 +1,7 @@
 #include "ui/controls/PushButton.h"
 
+#include <algorithm>
+
 #include <QFontMetrics>
 #include <QKeyEvent>
 
@@ -12,6 +14,7 @@ namespace quiverly {
 namespace {
 constexpr int fillInset = 1;    // pixels from the widget's edge to the fill
 constexpr int labelPadding = 9; // pixels above and below: the label's own 4 and the large button's 5
+constexpr int leastFillHeight = 34;
 constexpr int cornerRadius = 6;
 } // namespace
 
@@ -30,7 +33,8 @@ void PushButton::setTint(const QColor& next) {
 
 QSize PushButton::sizeHint() const {
     const QSize label = fontMetrics().size(Qt::TextSingleLine, text());
-    return {label.width() + 2 * (fillInset + 12), fontMetrics().height() + 2 * (fillInset + labelPadding)};
+    const int fillHeight = std::max(leastFillHeight, fontMetrics().height() + 2 * labelPadding);
+    return {label.width() + 2 * (fillInset + 12), fillHeight + 2 * fillInset};
 }
 
 void PushButton::keyPressEvent(QKeyEvent* event) {

@@ -1,5 +1,7 @@
 #include "ui/controls/SegmentedPicker.h"
 
+#include <algorithm>
+
 #include <QHBoxLayout>
 #include <QRadioButton>
 #include <QScopedValueRollback>
@@ -16,6 +18,7 @@ namespace {
 constexpr int radius = 6;          // pixels
 constexpr int trackInset = 2;      // pixels between the track's edge and the selected segment
 constexpr int verticalPadding = 4; // pixels above and below the title
+constexpr int leastHeight = 24;    // pixels
 
 class Segment : public QRadioButton {
 public:
@@ -29,7 +32,7 @@ public:
 
     QSize sizeHint() const override {
         const int width = fontMetrics().horizontalAdvance(text()) + 2 * (trackInset + 8);
-        return {width, fontMetrics().height() + 2 * verticalPadding};
+        return {width, std::max(leastHeight, fontMetrics().height() + 2 * verticalPadding)};
     }
     QSize minimumSizeHint() const override { return sizeHint(); }
 
