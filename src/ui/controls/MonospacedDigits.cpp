@@ -1,7 +1,6 @@
 #include "ui/controls/MonospacedDigits.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include <QPainter>
 
@@ -23,11 +22,10 @@ void MonospacedDigits::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QString number = text();
     int right = width();
-    for (const QChar character : std::views::reverse(number)) {
-        if (right < 0) return;
-        const int cell = advance(character);
+    for (auto character = number.crbegin(); character != number.crend() && right >= 0; ++character) {
+        const int cell = advance(*character);
         right -= cell;
-        painter.drawText(QRect(right, 0, cell, height()), Qt::AlignCenter | Qt::TextDontClip, character);
+        painter.drawText(QRect(right, 0, cell, height()), Qt::AlignCenter | Qt::TextDontClip, *character);
     }
 }
 
