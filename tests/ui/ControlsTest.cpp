@@ -155,6 +155,19 @@ TEST_F(ScrollAreaTest, AsksForTheWidthOfItsContent) {
     EXPECT_EQ(area.minimumSizeHint().width(), before + 50);
 }
 
+TEST_F(ScrollAreaTest, WhatHoldsItGrowsWithItsContent) {
+    auto* part = new QWidget;
+    (new QVBoxLayout(content))->addWidget(part);
+    QWidget window;
+    (new QVBoxLayout(&window))->addWidget(&area);
+    window.show();
+    QApplication::processEvents();
+    const int before = window.minimumWidth();
+    part->setMinimumWidth(300);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.minimumWidth() > before; }, 60'000));
+    area.setParent(nullptr);
+}
+
 TEST(SpinnerTest, TurnsEightToTenTimesASecondWhileItIsSeen) {
     Spinner spinner;
     EXPECT_TRUE(timersOf(spinner).isEmpty());
