@@ -135,6 +135,7 @@ protected:
 TEST_F(ScrollAreaTest, TheKeyboardScrollsWhatDoesNotFit) {
     QTest::keyClick(&area, Qt::Key_Tab);
     ASSERT_EQ(QApplication::focusWidget(), &area);
+    EXPECT_EQ(accessibleText(area), "Contents");
     QTest::keyClick(&area, Qt::Key_Down);
     EXPECT_GT(area.verticalScrollBar()->value(), 0);
     EXPECT_EQ(colorAt(area, {75, 1}), Theme::current().colors().focus);

@@ -24,6 +24,7 @@ private:
 };
 
 ScrollArea::ScrollArea(QWidget* content) : ring(new FocusRing(this)) {
+    setAccessibleName("Contents");
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus);
