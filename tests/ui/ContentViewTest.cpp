@@ -9,8 +9,10 @@
 #include <QSlider>
 
 #include "EventCounter.h"
+#include "PngPicture.h"
 #include "Screen.h"
 #include "Stage.h"
+#include "TemporaryFolder.h"
 #include "ui/Theme.h"
 #include "ui/controls/Picture.h"
 
@@ -249,24 +251,11 @@ TEST_F(ContentViewTest, TheUserStartsAgainAfterAFailure) {
 
 TEST_F(ContentViewTest, EveryFailureToOpenTheSensorIsShownAsTheEngineTellsIt) {
     open();
-    using Break = std::function<void(VirtualRegistry&)>;
-    const std::vector<std::pair<const char*, Break>> failures = {
-        {"Could not query AppleSPUHIDDevice.", [](auto& registry) { registry.unbuildable = {"AppleSPUHIDDevice"}; }},
-        {"No Apple Silicon accelerometer found.",
-         [](auto& registry) { registry.unsearchable = {"AppleSPUHIDDevice"}; }},
-        {"Accelerometer device missing on this Mac.", [](auto& registry) { registry.services.pop_back(); }},
-        {"Failed to create HID device.", [](auto& registry) { registry.services.back().canBecomeDevice = false; }},
-        {"Need Input Monitoring permission (System Settings → Privacy & Security). Code -536870174.",
-         [](auto& registry) { registry.services.back().openResult = hid::notPermitted; }},
-    };
-    for (const auto& [message, breakSensor] : failures) {
-        stage.platform.registry.unbuildable.clear();
-        stage.platform.registry.unsearchable.clear();
-        stage.connectSensor();
-        breakSensor(stage.platform.registry);
+    for (const SensorFailure& failure : sensorFailures) {
+        stage.breakSensor(failure);
         click(startButton());
-        EXPECT_TRUE(showsText(view, message)) << message;
-        EXPECT_TRUE(showsText(view, inputMonitoringHint)) << message;
+        EXPECT_TRUE(showsText(view, failure.message)) << failure.message;
+        EXPECT_TRUE(showsText(view, inputMonitoringHint)) << failure.message;
     }
 }
 
@@ -600,59 +589,33 @@ TEST_F(ContentViewTest, SpaceAndEnterPressTheButton) {
     EXPECT_TRUE(engine.isRunning());
 }
 
-// The header's logo: the first of its files that loads.
-class HeaderLogoTest : public testing::Test {
-protected:
-    void put(const char* name, const QColor& color) {
-        QImage image(64, 64, QImage::Format_RGB32);
-        image.fill(color);
-        ASSERT_TRUE(image.save(folder.filePath(name), "png"));
-    }
+// What the header of a new main view shows as its logo.
+QImage headerPicture(Stage& stage) {
+    BonkoEngine engine;
+    ContentView view(engine);
+    view.resize(420, 560);
+    view.show();
+    stage.settle();
+    Picture& logo = find<Picture>(view, "Quiverly");
+    EXPECT_EQ(logo.size(), QSize(36, 36));
+    EXPECT_EQ(place(text(view, "Quiverly"), view).left(), 20 + 36 + 12);
+    return logo.grab().toImage();
+}
 
-    QImage header() {
-        BonkoEngine engine;
-        ContentView view(engine);
-        view.resize(420, 560);
-        view.show();
-        stage.settle();
-        Picture& logo = find<Picture>(view, "Quiverly");
-        EXPECT_EQ(logo.size(), QSize(36, 36));
-        EXPECT_EQ(place(text(view, "Quiverly"), view).left(), 20 + 36 + 12);
-        return logo.grab().toImage();
-    }
-
-    QTemporaryDir folder;
+TEST(HeaderLogoTest, AnImageIsClippedToARoundedSquare) {
+    const TemporaryFolder folder;
+    folder.addFile("logo.png", pngPicture(Qt::blue).toStdString());
     Stage stage;
-
-    HeaderLogoTest() { stage.platform.resources.folders = {folder.path().toStdString()}; }
-};
-
-TEST_F(HeaderLogoTest, TheIconComesFirst) {
-    put("AppIcon.png", Qt::blue);
-    put("logo.png", Qt::green);
-    const QImage logo = header();
+    stage.platform.resources.folders = {folder.path()};
+    const QImage logo = headerPicture(stage);
     EXPECT_EQ(colorAt(logo, {18, 18}), QColor(Qt::blue));
-    EXPECT_EQ(colorAt(logo, {0, 0}), QApplication::palette().color(QPalette::Window)) << "the corners are clipped";
     EXPECT_EQ(colorAt(logo, {0, 18}), QColor(Qt::blue));
+    EXPECT_EQ(colorAt(logo, {0, 0}), QApplication::palette().color(QPalette::Window));
 }
 
-TEST_F(HeaderLogoTest, WithoutAnIconThereIsTheLogo) {
-    put("AppIcon.icns", Qt::blue);
-    put("logo.png", Qt::green);
-    EXPECT_EQ(colorAt(header(), {18, 18}), QColor(Qt::green));
-}
-
-TEST_F(HeaderLogoTest, AnIconThatCannotBeReadIsPassedOver) {
-    QFile broken(folder.filePath("AppIcon.png"));
-    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
-    broken.write("no picture");
-    broken.close();
-    put("logo.png", Qt::green);
-    EXPECT_EQ(colorAt(header(), {18, 18}), QColor(Qt::green));
-}
-
-TEST_F(HeaderLogoTest, WithoutImagesThePinkHandKeepsTheLayout) {
-    const QImage logo = header();
+TEST(HeaderLogoTest, WithoutAnImageThePinkHandKeepsTheLayout) {
+    Stage stage;
+    const QImage logo = headerPicture(stage);
     EXPECT_EQ(colorAt(logo, {18, 24}), Theme::primaryPink);
     EXPECT_EQ(colorAt(logo, {1, 1}), QApplication::palette().color(QPalette::Window));
 }

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QGlyphRun>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QRawFont>
 #include <QTextLayout>
 
@@ -63,6 +65,78 @@ TEST(FontsTest, TheOnboardingViewHasItsGlyphs) {
     expectAllGlyphs(view);
     view.hide();
 }
+
+// The system's font at a size, in points.
+class SystemFontTest : public testing::TestWithParam<double> {
+protected:
+    SystemFontTest() { setSize(GetParam()); }
+    ~SystemFontTest() override { QApplication::setFont(former); }
+
+    static void setSize(double points) {
+        QFont font = QApplication::font();
+        font.setPointSizeF(points);
+        QApplication::setFont(font);
+    }
+
+    // Whether all that a label has to say fits into its place.
+    static void expectWhole(QWidget& root) {
+        for (QLabel* label : root.findChildren<QLabel*>()) {
+            if (!label->isVisibleTo(&root)) continue;
+            const QString said = label->text();
+            if (label->wordWrap()) {
+                EXPECT_GE(label->height(), label->heightForWidth(label->width())) << said.toStdString();
+            } else {
+                EXPECT_GE(label->width(), label->sizeHint().width()) << said.toStdString();
+                EXPECT_GE(label->height(), label->sizeHint().height()) << said.toStdString();
+            }
+        }
+        for (QAbstractButton* button : root.findChildren<QAbstractButton*>()) {
+            if (!button->isVisibleTo(&root)) continue;
+            EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();
+            EXPECT_GE(button->height(), button->sizeHint().height()) << button->text().toStdString();
+        }
+    }
+
+    Stage stage;
+    const QFont former = QApplication::font();
+};
+
+TEST_P(SystemFontTest, NothingIsCutOff) {
+    stage.platform.registry.services.back().openResult = hid::notPermitted;
+    BonkoEngine engine;
+    ContentView main(engine);
+    main.resize(main.minimumSizeHint());
+    main.show();
+    engine.start();
+    stage.slap(engine, 0.5);
+    expectWhole(main);
+
+    OnboardingView onboarding(engine);
+    onboarding.show();
+    stage.pass(0.6);
+    expectWhole(onboarding);
+    onboarding.hide();
+}
+
+TEST_P(SystemFontTest, AChangeReachesAnOpenWindow) {
+    BonkoEngine engine;
+    ContentView view(engine);
+    view.show();
+    stage.settle();
+    const int before = text(view, "Idle").font().pixelSize();
+    setSize(3 * GetParam());
+    stage.settle();
+    EXPECT_GT(text(view, "Idle").font().pixelSize(), before);
+    EXPECT_GT(find<QPushButton>(view, "Start listening").font().pixelSize(), 13);
+    EXPECT_GT(find<QRadioButton>(view, "Pain").font().pixelSize(), 13);
+}
+
+TEST_P(SystemFontTest, ADefaultOfADesktopKeepsTheSizesAsDrawn) {
+    EXPECT_EQ(fontScale() == 1.0, GetParam() <= 11.0);
+    EXPECT_EQ(fontFor(FontRole::body).pixelSize() == 13, GetParam() <= 11.0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Points, SystemFontTest, testing::Values(7.0, 9.0, 11.0, 14.0, 18.0, 22.0));
 
 } // namespace
 } // namespace quiverly

@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <QBuffer>
 #include <QPushButton>
-#include <QtEndian>
 
 #include "EventCounter.h"
+#include "PngPicture.h"
 #include "Screen.h"
 #include "Stage.h"
+#include "TemporaryFolder.h"
 #include "ui/Theme.h"
 #include "ui/controls/Picture.h"
 
@@ -306,24 +306,11 @@ TEST_F(OnboardingViewTest, AnEngineThatHasStoppedAtTheVerdictIsStillLookedFor) {
 }
 
 TEST_F(OnboardingViewTest, EveryFailureToOpenTheSensorIsShownAsTheEngineTellsIt) {
-    using Break = std::function<void(VirtualRegistry&)>;
-    const std::vector<std::pair<const char*, Break>> failures = {
-        {"Could not query AppleSPUHIDDevice.", [](auto& registry) { registry.unbuildable = {"AppleSPUHIDDevice"}; }},
-        {"No Apple Silicon accelerometer found.",
-         [](auto& registry) { registry.unsearchable = {"AppleSPUHIDDevice"}; }},
-        {missing, [](auto& registry) { registry.services.pop_back(); }},
-        {"Failed to create HID device.", [](auto& registry) { registry.services.back().canBecomeDevice = false; }},
-        {"Need Input Monitoring permission (System Settings → Privacy & Security). Code -536870174.",
-         [](auto& registry) { registry.services.back().openResult = hid::notPermitted; }},
-    };
-    for (const auto& [message, breakSensor] : failures) {
-        stage.platform.registry.unbuildable.clear();
-        stage.platform.registry.unsearchable.clear();
-        stage.connectSensor();
-        breakSensor(stage.platform.registry);
+    for (const SensorFailure& failure : sensorFailures) {
+        stage.breakSensor(failure);
         open();
         stage.pass(0.6);
-        EXPECT_EQ(lines(), QStringList({message, volume}));
+        EXPECT_EQ(lines(), QStringList({failure.message, volume}));
         view.hide();
     }
 }
@@ -392,87 +379,39 @@ TEST_F(OnboardingViewTest, LinesWrapRatherThanBeingCut) {
     EXPECT_GE(warning.height(), warning.heightForWidth(warning.width()));
 }
 
-// The welcome's logo: the first of its files that loads.
-class WelcomeLogoTest : public testing::Test {
-protected:
-    void put(const char* name, const QColor& color) {
-        QImage image(64, 64, QImage::Format_RGB32);
-        image.fill(color);
-        ASSERT_TRUE(image.save(folder.filePath(name), "png"));
-    }
+// What a new onboarding view shows as its logo.
+QImage welcomePicture(Stage& stage) {
+    BonkoEngine engine;
+    OnboardingView view(engine);
+    view.show();
+    stage.settle();
+    Picture& logo = find<Picture>(view, "Quiverly");
+    EXPECT_EQ(place(logo, view), QRect((420 - 72) / 2, 28 + 8, 72, 72));
+    const QRect around = place(logo, view).adjusted(-16, -16, 16, 20);
+    QImage picture = view.grab(around).toImage();
+    view.hide();
+    return picture;
+}
 
-    QImage logo() {
-        BonkoEngine engine;
-        OnboardingView view(engine);
-        view.show();
-        stage.settle();
-        Picture& logo = find<Picture>(view, "Quiverly");
-        EXPECT_EQ(place(logo, view), QRect((420 - 72) / 2, 28 + 8, 72, 72));
-        const QImage image = logo.grab().toImage();
-        view.hide();
-        return image;
-    }
-
-    struct IconPicture {
-        const char* type; // four characters, which tell the size
-        int size;         // pixels, of the square
-        QColor color;
-    };
-
-    // An icon file as macOS has it: the text "icns" and the length of all, then for each picture its type, its length
-    // and a PNG; lengths are 32-bit big-endian and count themselves and the text before them.
-    static QByteArray iconFile(const std::vector<IconPicture>& pictures) {
-        const auto part = [](const char* type, const QByteArray& data) {
-            QByteArray length(4, 0);
-            qToBigEndian(quint32(8 + data.size()), length.data());
-            return type + length + data;
-        };
-        QByteArray parts;
-        for (const IconPicture& picture : pictures) {
-            QImage image(picture.size, picture.size, QImage::Format_ARGB32);
-            image.fill(picture.color);
-            QBuffer png;
-            image.save(&png, "png");
-            parts += part(picture.type, png.data());
-        }
-        return part("icns", parts);
-    }
-
-    QTemporaryDir folder;
+TEST(WelcomeLogoTest, AnImageIsARoundedSquareWithAPinkShadow) {
+    const TemporaryFolder folder;
+    folder.addFile("AppIcon.icns", pngPicture(Qt::blue).toStdString());
     Stage stage;
-
-    WelcomeLogoTest() { stage.platform.resources.folders = {folder.path().toStdString()}; }
-};
-
-TEST_F(WelcomeLogoTest, TheIconComesFirst) {
-    put("AppIcon.png", Qt::blue);
-    put("AppIcon.icns", Qt::red);
-    put("logo.png", Qt::green);
-    EXPECT_EQ(colorAt(logo(), {36, 36}), QColor(Qt::blue));
+    stage.platform.resources.folders = {folder.path()};
+    const QImage picture = welcomePicture(stage);
+    const QColor window = QApplication::palette().color(QPalette::Window);
+    EXPECT_EQ(colorAt(picture, {16 + 36, 16 + 36}), QColor(Qt::blue));
+    EXPECT_EQ(colorAt(picture, {16, 16 + 36}), QColor(Qt::blue));
+    EXPECT_NE(colorAt(picture, {16 + 1, 16 + 1}), QColor(Qt::blue)) << "the corners are clipped";
+    EXPECT_EQ(colorAt(picture, {16 + 36, 1}), window) << "12 pixels of blur, 4 below";
+    const QColor below = colorAt(picture, {16 + 36, 16 + 72 + 2});
+    EXPECT_GT(below.red() - below.green(), 20) << "pink";
+    EXPECT_EQ(colorAt(picture, {16 + 36, 16 + 72 + 18}), window);
 }
 
-TEST_F(WelcomeLogoTest, ThenTheIconFileOfTheBundle) {
-    put("AppIcon.icns", Qt::red);
-    put("logo.png", Qt::green);
-    EXPECT_EQ(colorAt(logo(), {36, 36}), QColor(Qt::red));
-}
-
-TEST_F(WelcomeLogoTest, OfTheSizesInAnIconFileTheLargestIsShown) {
-    QFile icon(folder.filePath("AppIcon.icns"));
-    ASSERT_TRUE(icon.open(QIODevice::WriteOnly));
-    icon.write(iconFile({{"ic07", 128, Qt::green}, {"ic08", 256, Qt::red}, {"icp4", 16, Qt::blue}}));
-    icon.close();
-    put("logo.png", Qt::cyan);
-    EXPECT_EQ(colorAt(logo(), {36, 36}), QColor(Qt::red));
-}
-
-TEST_F(WelcomeLogoTest, ThenTheLogo) {
-    put("logo.png", Qt::green);
-    EXPECT_EQ(colorAt(logo(), {36, 36}), QColor(Qt::green));
-}
-
-TEST_F(WelcomeLogoTest, WithoutImagesThereIsThePinkHand) {
-    EXPECT_EQ(colorAt(logo(), {36, 46}), Theme::primaryPink);
+TEST(WelcomeLogoTest, WithoutAnImageThereIsThePinkHand) {
+    Stage stage;
+    EXPECT_EQ(colorAt(welcomePicture(stage), {16 + 36, 16 + 46}), Theme::primaryPink);
 }
 
 } // namespace

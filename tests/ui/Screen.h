@@ -22,8 +22,12 @@ namespace quiverly {
 
 // What a user sees and a screen reader says of a window.
 
+inline QAccessibleInterface& describe(QWidget& widget) {
+    return *QAccessible::queryAccessibleInterface(&widget);
+}
+
 inline QString accessibleText(QWidget& widget, QAccessible::Text kind = QAccessible::Name) {
-    return QAccessible::queryAccessibleInterface(&widget)->text(kind);
+    return describe(widget).text(kind);
 }
 
 // The one visible widget of that kind and accessible name.

@@ -1,18 +1,34 @@
 #pragma once
 
 #include <cmath>
-#include <filesystem>
+#include <functional>
+#include <vector>
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include "Reports.h"
 #include "engine/Inspector.h"
+#include "platform/hid.h"
 #include "platform/virtual/VirtualPlatform.h"
 
 namespace quiverly {
+
+// A way in which the motion sensor cannot be opened, and what the engine says of it.
+struct SensorFailure {
+    const char* message;
+    std::function<void(VirtualRegistry&)> cause;
+};
+
+inline const std::vector<SensorFailure> sensorFailures = {
+    {"Could not query AppleSPUHIDDevice.", [](auto& registry) { registry.unbuildable = {"AppleSPUHIDDevice"}; }},
+    {"No Apple Silicon accelerometer found.", [](auto& registry) { registry.unsearchable = {"AppleSPUHIDDevice"}; }},
+    {"Accelerometer device missing on this Mac.", [](auto& registry) { registry.services.pop_back(); }},
+    {"Failed to create HID device.", [](auto& registry) { registry.services.back().canBecomeDevice = false; }},
+    {"Need Input Monitoring permission (System Settings → Privacy & Security). Code -536870174.",
+     [](auto& registry) { registry.services.back().openResult = hid::notPermitted; }},
+};
 
 // A virtual laptop with a window system: what the window's tests act on. The motion sensor is there unless it is taken
 // away.
@@ -24,6 +40,14 @@ public:
 
     void connectSensor() { platform.registry.connectAccelerometer(); }
     void removeSensor() { platform.registry.services = {VirtualService::driver()}; }
+
+    // The sensor has that failure and no other.
+    void breakSensor(const SensorFailure& failure) {
+        platform.registry.unbuildable.clear();
+        platform.registry.unsearchable.clear();
+        connectSensor();
+        failure.cause(platform.registry);
+    }
 
     // Runs the jobs and events that wait, until none is left.
     void settle() {

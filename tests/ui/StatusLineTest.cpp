@@ -1,0 +1,40 @@
+#include "ui/controls/StatusLine.h"
+
+#include <gtest/gtest.h>
+
+#include "Screen.h"
+#include "ui/controls/Picture.h"
+
+namespace quiverly {
+namespace {
+
+struct LineCase {
+    StatusLine::Status status;
+    const char* icon;
+    bool orange;
+};
+
+class StatusLineTest : public testing::TestWithParam<LineCase> {};
+
+TEST_P(StatusLineTest, TheFirstIconThatAppliesWins) {
+    const LineCase& line = GetParam();
+    StatusLine view;
+    static_cast<QWidget&>(view).show();
+    view.show(line.status);
+    EXPECT_TRUE(shows<Picture>(view, line.icon)) << line.icon;
+    const Theme::Colors& colors = Theme::current().colors();
+    EXPECT_EQ(colorOf(text(view, "text")), line.orange ? colors.orange : colors.primary);
+    EXPECT_EQ(text(view, "text").font().pixelSize(), 12);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Icons, StatusLineTest,
+    testing::Values(LineCase{{.text = "text"}, "Working", false}, LineCase{{.ok = true, .text = "text"}, "Done", false},
+                    LineCase{{.text = "text", .warning = true}, "Warning", true},
+                    LineCase{{.ok = true, .text = "text", .warning = true}, "Done", false},
+                    LineCase{{.ok = true, .text = "text", .forceWarning = true}, "Warning", true},
+                    LineCase{{.text = "text", .hand = true}, "Slap now", false},
+                    LineCase{{.ok = true, .text = "text", .forceWarning = true, .hand = true}, "Slap now", true}));
+
+} // namespace
+} // namespace quiverly
