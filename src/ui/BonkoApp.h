@@ -17,9 +17,6 @@ public:
 
     void show(); // opens the window, or brings it to the front
 
-    QMainWindow& mainWindow() { return window; }
-    const QMainWindow& mainWindow() const { return window; }
-
 private:
     friend struct WindowInspector;
 

@@ -20,12 +20,12 @@ namespace {
 
 constexpr char completedKey[] = "bonko.onboardingCompleted";
 
-bool showsOnboarding(const BonkoApp& app) {
-    return dynamic_cast<OnboardingView*>(app.mainWindow().centralWidget()) != nullptr;
+bool showsOnboarding(BonkoApp& app) {
+    return dynamic_cast<OnboardingView*>(WindowInspector::window(app).centralWidget()) != nullptr;
 }
 
-bool showsMainView(const BonkoApp& app) {
-    return dynamic_cast<ContentView*>(app.mainWindow().centralWidget()) != nullptr;
+bool showsMainView(BonkoApp& app) {
+    return dynamic_cast<ContentView*>(WindowInspector::window(app).centralWidget()) != nullptr;
 }
 
 void launch(Stage& stage, BonkoApp& app) {
@@ -34,7 +34,7 @@ void launch(Stage& stage, BonkoApp& app) {
 }
 
 void click(Stage& stage, BonkoApp& app, const QString& button) {
-    QTest::mouseClick(&find<QPushButton>(app.mainWindow(), button), Qt::LeftButton);
+    QTest::mouseClick(&find<QPushButton>(WindowInspector::window(app), button), Qt::LeftButton);
     stage.settle();
 }
 
@@ -56,8 +56,8 @@ TEST(BonkoAppTest, TheFirstLaunchShowsTheOnboardingView) {
     BonkoApp app;
     launch(stage, app);
     EXPECT_TRUE(showsOnboarding(app));
-    EXPECT_EQ(app.mainWindow().windowTitle(), "Quiverly");
-    EXPECT_EQ(app.mainWindow().size(), QSize(420, 560));
+    EXPECT_EQ(WindowInspector::window(app).windowTitle(), "Quiverly");
+    EXPECT_EQ(WindowInspector::window(app).size(), QSize(420, 560));
     EXPECT_EQ(visibleWindows(), 1);
     EXPECT_TRUE(defaults::object(completedKey) == std::nullopt);
 }
@@ -73,21 +73,21 @@ TEST(BonkoAppTest, TheMainViewTakesThePlaceInTheSameWindow) {
     Stage stage;
     BonkoApp app;
     launch(stage, app);
-    const WId window = app.mainWindow().winId();
+    const WId window = WindowInspector::window(app).winId();
     passOnboarding(stage, app);
     EXPECT_TRUE(showsMainView(app));
-    EXPECT_EQ(app.mainWindow().winId(), window);
-    EXPECT_EQ(app.mainWindow().size(), QSize(420, 560));
+    EXPECT_EQ(WindowInspector::window(app).winId(), window);
+    EXPECT_EQ(WindowInspector::window(app).size(), QSize(420, 560));
     EXPECT_EQ(visibleWindows(), 1);
-    EXPECT_TRUE(showsText(app.mainWindow(), "Idle"));
-    EXPECT_TRUE(find<QRadioButton>(app.mainWindow(), "Sexy").isEnabled()) << "the sound is on";
+    EXPECT_TRUE(showsText(WindowInspector::window(app), "Idle"));
+    EXPECT_TRUE(find<QRadioButton>(WindowInspector::window(app), "Sexy").isEnabled()) << "the sound is on";
 }
 
 TEST(BonkoAppTest, BothViewsShareOneEngine) {
     Stage stage;
     BonkoApp app;
     passOnboarding(stage, app);
-    EXPECT_TRUE(showsText(app.mainWindow(), "Slaps this session: 1  ·  last 0.500g"));
+    EXPECT_TRUE(showsText(WindowInspector::window(app), "Slaps this session: 1  ·  last 0.500g"));
 }
 
 TEST(BonkoAppTest, TheMainViewFindsTheEngineStoppedOutOfTheCheck) {
@@ -140,7 +140,7 @@ TEST(BonkoAppTest, AStoreThatLosesTheRecordDoesNotTakeTheMainViewAway) {
     BonkoApp app;
     passOnboarding(stage, app);
     stage.platform.defaults.values.clear();
-    app.mainWindow().close();
+    WindowInspector::window(app).close();
     launch(stage, app);
     EXPECT_TRUE(showsMainView(app));
 }
@@ -150,20 +150,20 @@ TEST(BonkoAppTest, SettingsAreKeptForTheNextLaunch) {
     {
         BonkoApp app;
         passOnboarding(stage, app);
-        QTest::mouseClick(&find<QRadioButton>(app.mainWindow(), "Lizard"), Qt::LeftButton);
-        QTest::keyClick(&find<QSlider>(app.mainWindow(), "Sensitivity"), Qt::Key_Right);
+        QTest::mouseClick(&find<QRadioButton>(WindowInspector::window(app), "Lizard"), Qt::LeftButton);
+        QTest::keyClick(&find<QSlider>(WindowInspector::window(app), "Sensitivity"), Qt::Key_Right);
     }
     BonkoApp app;
     launch(stage, app);
-    EXPECT_TRUE(find<QRadioButton>(app.mainWindow(), "Lizard").isChecked());
-    EXPECT_TRUE(showsText(app.mainWindow(), "0.13"));
+    EXPECT_TRUE(find<QRadioButton>(WindowInspector::window(app), "Lizard").isChecked());
+    EXPECT_TRUE(showsText(WindowInspector::window(app), "0.13"));
 }
 
 TEST(BonkoAppTest, TheWindowKeepsToTheSizesOfItsContent) {
     Stage stage;
     BonkoApp app;
     launch(stage, app);
-    QMainWindow& window = app.mainWindow();
+    QMainWindow& window = WindowInspector::window(app);
     window.resize(1000, 1000);
     EXPECT_EQ(window.size(), QSize(420, 560));
     window.resize(10, 10);
@@ -186,7 +186,7 @@ TEST(BonkoAppTest, TheLeastSizeGrowsWithTheTexts) {
     large.setPointSizeF(25);
     QApplication::setFont(large);
     stage.settle();
-    QMainWindow& window = app.mainWindow();
+    QMainWindow& window = WindowInspector::window(app);
     window.resize(10, 10);
     stage.settle();
     EXPECT_GT(window.width(), 400);
@@ -210,23 +210,23 @@ TEST(BonkoAppTest, ThereIsNoCommandForANewWindow) {
     passOnboarding(stage, app);
     for (const Qt::KeyboardModifiers modifiers :
          {Qt::KeyboardModifiers(Qt::ControlModifier), Qt::ControlModifier | Qt::ShiftModifier}) {
-        QTest::keyClick(&app.mainWindow(), Qt::Key_N, modifiers);
+        QTest::keyClick(&WindowInspector::window(app), Qt::Key_N, modifiers);
         stage.settle();
     }
     EXPECT_EQ(visibleWindows(), 1);
-    EXPECT_TRUE(app.mainWindow().findChildren<QMenuBar*>().isEmpty());
-    EXPECT_TRUE(app.mainWindow().findChildren<QAction*>().isEmpty());
+    EXPECT_TRUE(WindowInspector::window(app).findChildren<QMenuBar*>().isEmpty());
+    EXPECT_TRUE(WindowInspector::window(app).findChildren<QAction*>().isEmpty());
 }
 
 TEST(BonkoAppTest, ReopeningTheWindowTurnsTheSoundOnAgain) {
     Stage stage;
     BonkoApp app;
     passOnboarding(stage, app);
-    app.mainWindow().close();
+    WindowInspector::window(app).close();
     WindowInspector::engine(app).soundEnabled = false;
     launch(stage, app);
     EXPECT_TRUE(WindowInspector::engine(app).soundEnabled);
-    EXPECT_TRUE(find<QRadioButton>(app.mainWindow(), "Sexy").isEnabled());
+    EXPECT_TRUE(find<QRadioButton>(WindowInspector::window(app), "Sexy").isEnabled());
 }
 
 TEST(BonkoAppTest, ClosingTheMainViewDoesNotStopTheEngine) {
@@ -234,23 +234,23 @@ TEST(BonkoAppTest, ClosingTheMainViewDoesNotStopTheEngine) {
     BonkoApp app;
     passOnboarding(stage, app);
     click(stage, app, "Start listening");
-    app.mainWindow().close();
+    WindowInspector::window(app).close();
     stage.settle();
     EXPECT_TRUE(WindowInspector::engine(app).isRunning());
     launch(stage, app);
-    EXPECT_TRUE(showsText(app.mainWindow(), "Listening"));
+    EXPECT_TRUE(showsText(WindowInspector::window(app), "Listening"));
 }
 
 TEST(BonkoAppTest, ClosingTheWindowDuringTheCheckStopsIt) {
     Stage stage;
     BonkoApp app;
     launch(stage, app);
-    app.mainWindow().close();
+    WindowInspector::window(app).close();
     EXPECT_FALSE(WindowInspector::engine(app).isRunning());
     EXPECT_FALSE(Inspector::onboardingMode(WindowInspector::engine(app)));
     launch(stage, app);
     EXPECT_TRUE(WindowInspector::engine(app).isRunning());
-    EXPECT_TRUE(showsText(app.mainWindow(), "Looking for accelerometer…"));
+    EXPECT_TRUE(showsText(WindowInspector::window(app), "Looking for accelerometer…"));
 }
 
 TEST(BonkoAppTest, AMinimisedWindowHasNotDisappeared) {
@@ -258,7 +258,7 @@ TEST(BonkoAppTest, AMinimisedWindowHasNotDisappeared) {
     BonkoApp app;
     launch(stage, app);
     stage.pass(0.6);
-    QWidget* view = app.mainWindow().centralWidget();
+    QWidget* view = WindowInspector::window(app).centralWidget();
     QHideEvent minimised;
     QSpontaneKeyEvent::setSpontaneous(&minimised);
     qApp->notify(view, &minimised);
@@ -267,25 +267,25 @@ TEST(BonkoAppTest, AMinimisedWindowHasNotDisappeared) {
     QSpontaneKeyEvent::setSpontaneous(&restored);
     qApp->notify(view, &restored);
     stage.settle();
-    EXPECT_TRUE(showsText(app.mainWindow(), "Accelerometer detected"));
+    EXPECT_TRUE(showsText(WindowInspector::window(app), "Accelerometer detected"));
 }
 
 TEST(BonkoAppTest, ShowingAgainBringsAMinimisedWindowBack) {
     Stage stage;
     BonkoApp app;
     launch(stage, app);
-    app.mainWindow().showMinimized();
+    WindowInspector::window(app).showMinimized();
     stage.settle();
     launch(stage, app);
-    EXPECT_FALSE(app.mainWindow().isMinimized());
-    EXPECT_TRUE(app.mainWindow().isVisible());
+    EXPECT_FALSE(WindowInspector::window(app).isMinimized());
+    EXPECT_TRUE(WindowInspector::window(app).isVisible());
 }
 
 TEST(BonkoAppTest, TheWindowCanBeClosedAndReopenedInEveryState) {
     Stage stage;
     BonkoApp app;
     const auto reopen = [&] {
-        app.mainWindow().close();
+        WindowInspector::window(app).close();
         stage.settle();
         launch(stage, app);
     };
@@ -303,18 +303,18 @@ TEST(BonkoAppTest, TheWindowCanBeClosedAndReopenedInEveryState) {
     reopen();
     click(stage, app, "Start listening");
     reopen();
-    EXPECT_TRUE(showsText(app.mainWindow(), "Listening"));
+    EXPECT_TRUE(showsText(WindowInspector::window(app), "Listening"));
     click(stage, app, "Stop");
     stage.removeSensor();
     click(stage, app, "Start listening");
     reopen();
-    EXPECT_TRUE(showsText(app.mainWindow(), "Accelerometer device missing on this Mac."));
+    EXPECT_TRUE(showsText(WindowInspector::window(app), "Accelerometer device missing on this Mac."));
 }
 
 // Whatever has happened, the window shows what the engine is at.
 void expectTheTruth(BonkoApp& app) {
     BonkoEngine& engine = WindowInspector::engine(app);
-    QMainWindow& window = app.mainWindow();
+    QMainWindow& window = WindowInspector::window(app);
     if (showsMainView(app)) {
         EXPECT_TRUE(showsText(window, engine.isRunning() ? "Listening" : "Idle"));
         EXPECT_EQ(
@@ -338,7 +338,7 @@ TEST_P(AnyOrderTest, TheWindowTellsTheTruth) {
     Stage stage;
     BonkoApp app;
     BonkoEngine& engine = WindowInspector::engine(app);
-    QMainWindow& window = app.mainWindow();
+    QMainWindow& window = WindowInspector::window(app);
     const auto clickIfThere = [&](const QString& button) {
         if (window.isVisible() && shows<QPushButton>(window, button)) click(stage, app, button);
     };
@@ -368,10 +368,11 @@ TEST(BonkoAppTest, WhateverTheOrderTheWindowTellsTheTruth) {
         const std::array<std::function<void()>, 5> acts = {
             [&] { stage.slap(WindowInspector::engine(app), 0.5); },
             [&] { stage.pass(0.6); },
-            [&] { app.mainWindow().close(); },
+            [&] { WindowInspector::window(app).close(); },
             [&] { launch(stage, app); },
             [&] {
-                if (app.mainWindow().isVisible() && shows<QPushButton>(app.mainWindow(), "Continue")) {
+                if (WindowInspector::window(app).isVisible() &&
+                    shows<QPushButton>(WindowInspector::window(app), "Continue")) {
                     click(stage, app, "Continue");
                 }
             },

@@ -7,6 +7,7 @@
 #include "Screen.h"
 #include "Stage.h"
 #include "SystemLooks.h"
+#include "WindowInspector.h"
 #include "ui/BonkoApp.h"
 #include "ui/ContentView.h"
 
@@ -93,10 +94,11 @@ TEST_F(ThemeTest, AnOpenWindowFollowsTheSystem) {
         setSystemDark(dark);
         stage.settle();
         const Theme::Colors& colors = dark ? Theme::dark : Theme::light;
-        EXPECT_EQ(colorAt(app.mainWindow(), {5, 5}), colors.window);
-        EXPECT_EQ(colorOf(text(app.mainWindow(), "Welcome to Quiverly")), colors.primary);
-        EXPECT_EQ(colorOf(text(app.mainWindow(), "Slap your MacBook. It has feelings, and it will tell you.")),
-                  colors.secondary);
+        EXPECT_EQ(colorAt(WindowInspector::window(app), {5, 5}), colors.window);
+        EXPECT_EQ(colorOf(text(WindowInspector::window(app), "Welcome to Quiverly")), colors.primary);
+        EXPECT_EQ(
+            colorOf(text(WindowInspector::window(app), "Slap your MacBook. It has feelings, and it will tell you.")),
+            colors.secondary);
     }
 }
 
