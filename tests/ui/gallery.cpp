@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -21,9 +22,8 @@ namespace {
 std::filesystem::path folder;
 
 void save(const QImage& image, const std::filesystem::path& file) {
-    if (image.save(QString::fromStdString(file.string()))) return;
-    std::fprintf(stderr, "%s cannot be written\n", file.c_str());
-    std::exit(1);
+    if (!image.save(QString::fromStdString(file.string())))
+        throw std::runtime_error(file.string() + " cannot be written");
 }
 
 void picture(QWidget& view, const std::string& name) {
@@ -33,9 +33,8 @@ void picture(QWidget& view, const std::string& name) {
 }
 
 void awaitEndOfAnimation(const QWidget& view) {
-    if (QTest::qWaitFor([&] { return view.findChildren<QVariantAnimation*>().isEmpty(); }, 60'000)) return;
-    std::fputs("an animation does not end\n", stderr);
-    std::exit(1);
+    const auto ended = [&] { return view.findChildren<QVariantAnimation*>().isEmpty(); };
+    if (!QTest::qWaitFor(ended, 60'000)) throw std::runtime_error("an animation does not end");
 }
 
 void mainView(const std::string& name, const std::function<void(Stage&, BonkoEngine&)>& act, bool logo = true) {
@@ -116,6 +115,15 @@ void everyState() {
         "onboarding-no-logo", [](Stage&, BonkoEngine&) {}, false);
 }
 
+void everyPicture() {
+    std::filesystem::create_directories(folder);
+    for (const bool dark : {false, true}) {
+        setSystemDark(dark);
+        everyState();
+    }
+    summary();
+}
+
 } // namespace
 } // namespace quiverly
 
@@ -126,11 +134,11 @@ int main(int argc, char** argv) {
         return 2;
     }
     quiverly::folder = argv[1];
-    std::filesystem::create_directories(quiverly::folder);
-    for (const bool dark : {false, true}) {
-        quiverly::setSystemDark(dark);
-        quiverly::everyState();
+    try {
+        quiverly::everyPicture();
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+        return 1;
     }
-    quiverly::summary();
     return 0;
 }
