@@ -10,7 +10,8 @@ namespace quiverly {
 enum class Tone { primary, secondary, tertiary, red, orange, green };
 
 // Every colour of the window, light and dark. Follows the system while the program runs: changed() is emitted when the
-// colours or the system's font have become others. One for the application, made when it is first asked for.
+// colours or the system's font have become others. Who keeps a colour or a font listens; what only paints is repainted
+// by the toolkit, for the system's palette has changed. One for the application, made when it is first asked for.
 class Theme : public QObject {
     Q_OBJECT
 

@@ -4,12 +4,15 @@
 
 #include <cmath>
 
+#include <QSet>
+
 #include "Screen.h"
 #include "Stage.h"
 #include "SystemLooks.h"
 #include "WindowInspector.h"
 #include "ui/BonkoApp.h"
 #include "ui/ContentView.h"
+#include "ui/OnboardingView.h"
 
 namespace quiverly {
 namespace {
@@ -73,6 +76,28 @@ TEST_P(ContrastTest, WhiteStandsOutFromTheButtons) {
 INSTANTIATE_TEST_SUITE_P(Themes, ContrastTest, testing::Values(&Theme::light, &Theme::dark),
                          [](const auto& theme) { return theme.param == &Theme::light ? "Light" : "Dark"; });
 
+// What the toolkit paints while this lives.
+class PaintedObjects : public QObject {
+public:
+    PaintedObjects() { qApp->installEventFilter(this); }
+
+    bool contains(const QObject* object) const { return objects.contains(object); }
+
+private:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) objects.insert(watched);
+        return false;
+    }
+
+    QSet<const QObject*> objects;
+};
+
+// A scroll area and its viewport leave all painting to the content.
+bool isCovered(const QWidget& widget) {
+    return widget.inherits("QAbstractScrollArea") ||
+           (widget.parent() && widget.parent()->inherits("QAbstractScrollArea"));
+}
+
 class ThemeTest : public testing::Test {
 protected:
     ~ThemeTest() override { setSystemDark(false); }
@@ -100,6 +125,26 @@ TEST_F(ThemeTest, AnOpenWindowFollowsTheSystem) {
             colorOf(text(WindowInspector::window(app), "Slap your MacBook. It has feelings, and it will tell you.")),
             colors.secondary);
     }
+}
+
+TEST_F(ThemeTest, AllThatShowsIsPaintedAnew) {
+    Stage stage;
+    BonkoEngine engine;
+    ContentView main(engine);
+    OnboardingView onboarding(engine);
+    main.show();
+    onboarding.show();
+    stage.settle();
+    for (QWidget* view : {static_cast<QWidget*>(&main), static_cast<QWidget*>(&onboarding)}) {
+        const PaintedObjects painted;
+        setSystemDark(view == &main);
+        stage.settle();
+        for (const QWidget* child : view->findChildren<QWidget*>()) {
+            if (!child->isVisible() || isCovered(*child)) continue;
+            EXPECT_TRUE(painted.contains(child)) << child->metaObject()->className();
+        }
+    }
+    onboarding.hide();
 }
 
 TEST_F(ThemeTest, AViewThatIsShownLaterHasTheColorsOfTheMoment) {

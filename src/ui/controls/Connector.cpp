@@ -15,7 +15,6 @@ constexpr int padding = 6; // above and below
 
 Connector::Connector() {
     setFixedHeight(barHeight + 2 * padding);
-    connect(&Theme::current(), &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 void Connector::show(bool isComplete) {

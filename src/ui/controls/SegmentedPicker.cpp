@@ -78,7 +78,6 @@ SegmentedPicker::SegmentedPicker(const QString& name, const QStringList& titles)
         row->addWidget(segment, 1);
         segments.push_back(segment);
     }
-    connect(&Theme::current(), &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 void SegmentedPicker::select(int index) {

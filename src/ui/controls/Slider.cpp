@@ -27,7 +27,6 @@ Slider::Slider(const QString& name, int minimum, int maximum) : QSlider(Qt::Hori
     setRange(minimum, maximum);
     setPageStep(5);
     connect(this, &QSlider::actionTriggered, this, [this] { didMove(); });
-    connect(&Theme::current(), &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 void Slider::show(double value) {

@@ -35,7 +35,6 @@ private:
     void resizeWithTexts() {
         const int size = qRound(16 * fontScale());
         setFixedSize(size, size);
-        update();
     }
 
     QString meaning() const {

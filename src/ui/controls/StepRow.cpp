@@ -14,7 +14,6 @@ public:
     explicit Badge(int number) : number(number) {
         describe();
         setFixedSize(28, 28);
-        connect(&Theme::current(), &Theme::changed, this, qOverload<>(&QWidget::update));
     }
 
     void show(bool isActive, bool isComplete) {
