@@ -1,9 +1,12 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <map>
 
 #include <QApplication>
 #include <QEvent>
+#include <QTest>
 
 namespace quiverly {
 
@@ -25,5 +28,14 @@ private:
 
     std::map<QEvent::Type, int> counts;
 };
+
+// Nothing happens for a second: no timer runs out, nothing is painted.
+inline void expectQuietSecond() {
+    const EventCounter events;
+    QTest::qWait(1000);
+    EXPECT_EQ(events.count(QEvent::Timer), 0);
+    EXPECT_EQ(events.count(QEvent::Paint), 0);
+    EXPECT_EQ(events.count(QEvent::UpdateRequest), 0);
+}
 
 } // namespace quiverly

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <ostream>
 #include <stdexcept>
@@ -75,6 +77,30 @@ inline QColor colorAt(const QImage& picture, QPoint point) {
 
 inline QColor colorAt(QWidget& widget, QPoint point) {
     return colorAt(widget.grab().toImage(), point);
+}
+
+// Whether a picture has a pixel of that colour.
+inline bool hasColor(const QImage& picture, const QColor& color) {
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (picture.pixel(x, y) == color.rgb()) return true;
+        }
+    }
+    return false;
+}
+
+// What a colour of that opacity looks like on the ground.
+inline QColor over(const QColor& color, double opacity, const QColor& ground) {
+    const auto mix = [&](float a, float b) { return static_cast<float>(a * opacity + b * (1 - opacity)); };
+    return QColor::fromRgbF(mix(color.redF(), ground.redF()), mix(color.greenF(), ground.greenF()),
+                            mix(color.blueF(), ground.blueF()));
+}
+
+// No channel of the colours differs by more than rounding.
+inline void expectNear(const QColor& seen, const QColor& wanted) {
+    EXPECT_NEAR(seen.red(), wanted.red(), 1) << seen.name().toStdString();
+    EXPECT_NEAR(seen.green(), wanted.green(), 1) << seen.name().toStdString();
+    EXPECT_NEAR(seen.blue(), wanted.blue(), 1) << seen.name().toStdString();
 }
 
 // The colour a prominent button is filled with.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Screen.h"
+#include "ui/Theme.h"
 
 namespace quiverly {
 namespace {
@@ -28,6 +29,19 @@ TEST(SegmentedPickerTest, SelectingIsNoChoiceOfTheUser) {
     EXPECT_EQ(choices, 0);
     describe(picker).child(0)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
     EXPECT_EQ(choices, 1);
+}
+
+TEST(SegmentedPickerTest, WhatCannotBeChosenIsGreyed) {
+    SegmentedPicker picker("Mode", {"One", "Two"});
+    picker.select(0);
+    picker.resize(200, 24);
+    picker.show();
+    const Theme::Colors& colors = Theme::current().colors();
+    const QColor enabled = colorAt(picker, {10, 12});
+    EXPECT_EQ(enabled, colors.selection);
+    picker.setEnabled(false);
+    expectNear(colorAt(picker, {10, 12}), over(colors.selection, 0.5, colors.track));
+    EXPECT_FALSE(hasColor(picker.grab().toImage(), colors.primary));
 }
 
 } // namespace

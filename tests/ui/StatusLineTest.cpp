@@ -21,8 +21,12 @@ TEST_P(StatusLineTest, TheFirstIconThatAppliesWins) {
     StatusLine view;
     static_cast<QWidget&>(view).show();
     view.show(line.status);
-    EXPECT_TRUE(shows<Picture>(view, line.icon)) << line.icon;
+    ASSERT_TRUE(shows<Picture>(view, line.icon)) << line.icon;
     const Theme::Colors& colors = Theme::current().colors();
+    const QImage icon = find<Picture>(view, line.icon).grab().toImage();
+    const QString meaning = line.icon;
+    EXPECT_EQ(hasColor(icon, Theme::primaryPink), meaning == "Done" || meaning == "Slap now") << line.icon;
+    EXPECT_EQ(hasColor(icon, colors.warning), meaning == "Warning") << line.icon;
     EXPECT_EQ(colorOf(text(view, "text")), line.orange ? colors.orange : colors.primary);
     EXPECT_EQ(text(view, "text").font().pixelSize(), 12);
 }

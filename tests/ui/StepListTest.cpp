@@ -35,6 +35,18 @@ TEST_F(StepListTest, AnActiveStepShowsItsNumberAndContent) {
     EXPECT_FALSE(second->isVisible());
 }
 
+TEST_F(StepListTest, ABadgeIsGreyUntilItsTurnAndHasAWhiteNumberOnPink) {
+    list.show(1, true, false);
+    list.show(2, false, false);
+    const QColor grey = Theme::current().colors().secondary;
+    const QImage lit = find<Picture>(list, "Step 1").grab().toImage();
+    const QImage dull = find<Picture>(list, "Step 2").grab().toImage();
+    EXPECT_TRUE(hasColor(lit, Qt::white));
+    EXPECT_TRUE(hasColor(dull, grey));
+    EXPECT_FALSE(hasColor(dull, Qt::white));
+    expectNear(colorAt(dull, {4, 14}), over(grey, 0.25, list.palette().color(QPalette::Window)));
+}
+
 TEST_F(StepListTest, OnlyTheFirstStepKeepsItsContentWhenComplete) {
     list.show(1, false, true);
     list.show(2, false, true);
@@ -52,13 +64,17 @@ TEST_F(StepListTest, TheConnectorLightsUpWhenTheUpperStepIsComplete) {
     }
     ASSERT_NE(connector, nullptr);
     EXPECT_EQ(connector->height(), 22 + 2 * 6);
+    const QColor ground = list.palette().color(QPalette::Window);
     list.show(1, true, false);
-    const QColor before = colorAt(*connector, {14, 17});
-    EXPECT_EQ(colorAt(*connector, {12, 17}), colorAt(*connector, {15, 17})) << "two pixels wide, 13 from the edge";
-    EXPECT_NE(before, colorAt(*connector, {12, 17}));
-    EXPECT_EQ(colorAt(*connector, {14, 5}), colorAt(*connector, {12, 17})) << "six pixels of padding";
+    const QImage dull = connector->grab().toImage();
+    for (const QPoint inside : {QPoint(13, 6), QPoint(14, 27)}) {
+        expectNear(colorAt(dull, inside), over(Theme::current().colors().secondary, 0.25, ground));
+    }
+    for (const QPoint outside : {QPoint(12, 17), QPoint(15, 17), QPoint(13, 5), QPoint(13, 28)}) {
+        EXPECT_EQ(colorAt(dull, outside), ground);
+    }
     list.show(1, false, true);
-    EXPECT_NE(colorAt(*connector, {14, 17}), before);
+    expectNear(colorAt(*connector, {14, 17}), over(Theme::primaryPink, 0.7, ground));
 }
 
 } // namespace

@@ -31,13 +31,6 @@ double contrast(const QColor& a, const QColor& b) {
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-// What a colour of that opacity looks like on the ground.
-QColor over(const QColor& color, double opacity, const QColor& ground) {
-    const auto mix = [&](float a, float b) { return static_cast<float>(a * opacity + b * (1 - opacity)); };
-    return QColor::fromRgbF(mix(color.redF(), ground.redF()), mix(color.greenF(), ground.greenF()),
-                            mix(color.blueF(), ground.blueF()));
-}
-
 class ContrastTest : public testing::TestWithParam<const Theme::Colors*> {};
 
 TEST_P(ContrastTest, TextsStandOutFromTheWindow) {
@@ -140,7 +133,7 @@ TEST_F(ThemeTest, AllThatShowsIsPaintedAnew) {
         setSystemDark(view == &main);
         stage.settle();
         for (const QWidget* child : view->findChildren<QWidget*>()) {
-            if (!child->isVisible() || isCovered(*child)) continue;
+            if (child->visibleRegion().isEmpty() || isCovered(*child)) continue;
             EXPECT_TRUE(painted.contains(child)) << child->metaObject()->className();
         }
     }
