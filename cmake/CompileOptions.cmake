@@ -11,8 +11,3 @@ if(QUIVERLY_SANITIZERS)
   add_compile_options(-fsanitize=${QUIVERLY_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${QUIVERLY_SANITIZERS})
 endif()
-
-# Generated code is nobody's to mend. It gets one check that finds nothing there; clang-tidy refuses to run none.
-if(CMAKE_CXX_CLANG_TIDY)
-  file(WRITE "${CMAKE_BINARY_DIR}/.clang-tidy" "Checks: '-*,misc-definitions-in-headers'\n")
-endif()
