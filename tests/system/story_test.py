@@ -107,6 +107,21 @@ class StoryTest(SystemTest):
 
     def test_the_application_ends_when_its_display_goes_away(self) -> None:
         self.start_on_main_view()
+        self.expect_end_without_display()
+
+    def test_the_application_ends_when_its_display_goes_away_while_it_listens(self) -> None:
+        self.start_laptop()
+        self.start_on_main_view()
+        self.listen()
+        self.expect_end_without_display()
+
+    def test_the_application_ends_when_its_display_goes_away_during_the_check(self) -> None:
+        self.start_laptop()
+        self.start_application()
+        self.application.wait_for("Accelerometer detected")
+        self.expect_end_without_display()
+
+    def expect_end_without_display(self) -> None:
         self.desktop.lose_display()
         self.assertGreaterEqual(self.application.process.wait(60), 0, "ended by itself, not by a signal")
 
