@@ -38,12 +38,17 @@ void click(Stage& stage, BonkoApp& app, const QString& button) {
     stage.settle();
 }
 
-// From the first launch through the test slap and Continue.
-void passOnboarding(Stage& stage, BonkoApp& app) {
-    launch(stage, app);
+// Once the check has settled.
+void feelTestSlap(Stage& stage) {
     stage.rest();
     stage.pass(2.0);
     stage.hit(0.5);
+}
+
+// From the first launch through the test slap and Continue.
+void passOnboarding(Stage& stage, BonkoApp& app) {
+    launch(stage, app);
+    feelTestSlap(stage);
     click(stage, app, "Continue");
 }
 
@@ -282,33 +287,38 @@ TEST(BonkoAppTest, ShowingAgainBringsAMinimisedWindowBack) {
 }
 
 TEST(BonkoAppTest, TheWindowCanBeClosedAndReopenedInEveryState) {
+    constexpr char looking[] = "Looking for accelerometer…";
+    constexpr char missing[] = "Accelerometer device missing on this Mac.";
     Stage stage;
     BonkoApp app;
-    const auto reopen = [&] {
+    const auto expectAfterReopening = [&](const char* shown) {
         WindowInspector::window(app).close();
         stage.settle();
         launch(stage, app);
+        EXPECT_TRUE(showsText(WindowInspector::window(app), shown)) << shown;
     };
     launch(stage, app);
-    reopen();
-    stage.pass(0.6);
-    reopen();
+    expectAfterReopening(looking);
+    stage.pass(0.6); // the accelerometer is detected
+    expectAfterReopening(looking);
     stage.removeSensor();
-    reopen();
+    expectAfterReopening(missing);
     stage.pass(0.6);
-    reopen();
+    expectAfterReopening(missing);
     stage.connectSensor();
-    reopen();
-    passOnboarding(stage, app);
-    reopen();
+    expectAfterReopening(looking);
+    feelTestSlap(stage);
+    ASSERT_TRUE(showsText(WindowInspector::window(app), "Motion check passed"));
+    expectAfterReopening(looking);
+    feelTestSlap(stage);
+    click(stage, app, "Continue");
+    expectAfterReopening("Idle");
     click(stage, app, "Start listening");
-    reopen();
-    EXPECT_TRUE(showsText(WindowInspector::window(app), "Listening"));
+    expectAfterReopening("Listening");
     click(stage, app, "Stop");
     stage.removeSensor();
     click(stage, app, "Start listening");
-    reopen();
-    EXPECT_TRUE(showsText(WindowInspector::window(app), "Accelerometer device missing on this Mac."));
+    expectAfterReopening(missing);
 }
 
 // Whatever has happened, the window shows what the engine is at.

@@ -623,6 +623,7 @@ TEST(HeaderLogoTest, WithoutAnImageThePinkHandKeepsTheLayout) {
     Stage stage;
     const QImage logo = headerPicture(stage);
     EXPECT_EQ(colorAt(logo, {18, 24}), Theme::primaryPink);
+    EXPECT_NEAR(rowsOf(logo, Theme::primaryPink), 26, 1.5);
     EXPECT_EQ(colorAt(logo, {1, 1}), QApplication::palette().color(QPalette::Window));
 }
 

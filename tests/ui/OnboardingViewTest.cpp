@@ -425,7 +425,9 @@ TEST(WelcomeLogoTest, AnImageIsARoundedSquareWithAPinkShadow) {
 
 TEST(WelcomeLogoTest, WithoutAnImageThereIsThePinkHand) {
     Stage stage;
-    EXPECT_EQ(colorAt(welcomePicture(stage), {16 + 36, 16 + 46}), Theme::primaryPink);
+    const QImage picture = welcomePicture(stage);
+    EXPECT_EQ(colorAt(picture, {16 + 36, 16 + 46}), Theme::primaryPink);
+    EXPECT_NEAR(rowsOf(picture, Theme::primaryPink), 44, 1.5);
 }
 
 } // namespace

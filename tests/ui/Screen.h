@@ -79,14 +79,20 @@ inline QColor colorAt(QWidget& widget, QPoint point) {
     return colorAt(widget.grab().toImage(), point);
 }
 
+// The rows of a picture, in the widget's coordinates, that have a pixel of that colour.
+inline double rowsOf(const QImage& picture, const QColor& color) {
+    int rows = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        bool found = false;
+        for (int x = 0; x < picture.width() && !found; ++x) found = picture.pixel(x, y) == color.rgb();
+        rows += found ? 1 : 0;
+    }
+    return rows / picture.devicePixelRatio();
+}
+
 // Whether a picture has a pixel of that colour.
 inline bool hasColor(const QImage& picture, const QColor& color) {
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            if (picture.pixel(x, y) == color.rgb()) return true;
-        }
-    }
-    return false;
+    return rowsOf(picture, color) > 0;
 }
 
 // What a colour of that opacity looks like on the ground.
