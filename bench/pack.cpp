@@ -13,9 +13,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "Environment.h"
-#include "TemporaryFolder.h"
 #include "sound/SoundPlayer.h"
+#include "support/Environment.h"
+#include "support/TemporaryFolder.h"
 
 namespace quiverly {
 namespace {

@@ -11,10 +11,10 @@
 #include <random>
 #include <vector>
 
-#include "Reports.h"
-#include "Sample.h"
 #include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
+#include "support/Reports.h"
+#include "support/Sample.h"
 
 namespace quiverly {
 namespace {

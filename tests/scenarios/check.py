@@ -16,7 +16,7 @@ import re
 import sys
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "replay"))
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tools" / "replay"))
 
 from program import differences, predict, run  # noqa: E402
 

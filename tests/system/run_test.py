@@ -6,7 +6,7 @@ from pathlib import Path
 
 import soundfile
 
-from harness.system_test import SystemTest
+from system_case import SystemTest
 
 SOURCES = Path(__file__).parents[2]
 RUN = SOURCES / "run"

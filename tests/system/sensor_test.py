@@ -3,7 +3,7 @@
 import unittest
 
 from harness.analysis import is_silent
-from harness.system_test import SystemTest
+from system_case import SystemTest
 from harness.waiting import wait_until
 
 MISSING = "Accelerometer device missing on this Mac."

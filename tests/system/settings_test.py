@@ -3,8 +3,8 @@
 import json
 import unittest
 
-from harness.settings import ONBOARDED, read_settings, settings_file, write_settings, write_settings_text
-from harness.system_test import SystemTest
+from settings import ONBOARDED, read_settings, settings_file, write_settings, write_settings_text
+from system_case import SystemTest
 from harness.waiting import wait_until
 
 # Every write to a file fails, as it does on a disk that is full.

@@ -2,7 +2,7 @@
 
 import unittest
 
-from harness.system_test import SystemTest
+from system_case import SystemTest
 
 
 class SoundServerTest(SystemTest):

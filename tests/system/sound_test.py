@@ -5,7 +5,7 @@ import unittest
 from harness.analysis import frequency, is_silent, match, peak_at
 from harness.clips import TONE_PEAK, read_clip, volume_for, write_tone
 from harness.samples import RATE, Samples
-from harness.system_test import PROGRAMS, SystemTest
+from system_case import PROGRAMS, SystemTest
 
 TOLERANCE = 0.02  # of the volume expected
 

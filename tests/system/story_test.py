@@ -4,8 +4,8 @@ import subprocess
 import unittest
 
 from harness.screen_reader import Announcements
-from harness.settings import read_settings
-from harness.system_test import PROGRAMS, SystemTest
+from settings import read_settings
+from system_case import PROGRAMS, SystemTest
 from harness.waiting import wait_until
 
 

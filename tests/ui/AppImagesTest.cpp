@@ -6,10 +6,10 @@
 
 #include <QtEndian>
 
-#include "PngPicture.h"
-#include "Screen.h"
-#include "TemporaryFolder.h"
 #include "platform/virtual/VirtualPlatform.h"
+#include "support/PngPicture.h"
+#include "support/Screen.h"
+#include "support/TemporaryFolder.h"
 
 namespace quiverly {
 namespace {

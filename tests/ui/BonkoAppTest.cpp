@@ -9,9 +9,9 @@
 #include <QRadioButton>
 #include <QSlider>
 
-#include "Screen.h"
-#include "Stage.h"
-#include "WindowInspector.h"
+#include "support/Screen.h"
+#include "support/Stage.h"
+#include "support/WindowInspector.h"
 #include "ui/ContentView.h"
 #include "ui/OnboardingView.h"
 

@@ -8,8 +8,8 @@
 #include <QRawFont>
 #include <QTextLayout>
 
-#include "Screen.h"
-#include "Stage.h"
+#include "support/Screen.h"
+#include "support/Stage.h"
 #include "ui/ContentView.h"
 #include "ui/OnboardingView.h"
 

@@ -4,11 +4,11 @@
 
 #include <QPushButton>
 
-#include "EventCounter.h"
-#include "PngPicture.h"
-#include "Screen.h"
-#include "Stage.h"
-#include "TemporaryFolder.h"
+#include "support/EventCounter.h"
+#include "support/PngPicture.h"
+#include "support/Screen.h"
+#include "support/Stage.h"
+#include "support/TemporaryFolder.h"
 #include "ui/Theme.h"
 #include "ui/controls/Picture.h"
 

@@ -6,10 +6,10 @@
 
 #include <QSet>
 
-#include "Screen.h"
-#include "Stage.h"
-#include "SystemLooks.h"
-#include "WindowInspector.h"
+#include "support/Screen.h"
+#include "support/Stage.h"
+#include "support/SystemLooks.h"
+#include "support/WindowInspector.h"
 #include "ui/BonkoApp.h"
 #include "ui/ContentView.h"
 #include "ui/OnboardingView.h"

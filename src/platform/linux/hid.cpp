@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/linux/SensorSource.h"
-#include "platform/linux/input.h"
-#include "platform/linux/laptop/simulated_laptop.h"
+#include "platform/linux/sensors/sensor.h"
+#include "platform/linux/sensors/simulated_laptop.h"
+#include "sockets/input.h"
 
 namespace quiverly {
 

@@ -1,4 +1,4 @@
-#include "platform/folders/program_file.h"
+#include "platform/shared/program_file.h"
 
 #include <system_error>
 

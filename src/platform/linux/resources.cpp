@@ -7,8 +7,8 @@
 #include <QStandardPaths>
 #include <unicode/locid.h>
 
-#include "platform/folders/program_resources.h"
-#include "platform/folders/resource_folders.h"
+#include "platform/shared/program_resources.h"
+#include "platform/shared/resource_folders.h"
 
 namespace quiverly {
 

@@ -3,7 +3,7 @@
 #import <AppKit/AppKit.h>
 
 #include "platform/macos/foundation_text.h"
-#include "platform/macos/input_monitoring.h"
+#include "platform/shared/input_monitoring.h"
 
 namespace quiverly {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/main_queue.h"
-#include "platform/standard/JobQueue.h"
+#include "platform/shared/JobQueue.h"
 
 namespace quiverly {
 

@@ -1,4 +1,4 @@
-#include "platform/folders/resource_folders.h"
+#include "platform/shared/resource_folders.h"
 #include "platform/virtual/VirtualPlatform.h"
 
 namespace quiverly {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/macos/input_monitoring.h"
+#include "platform/shared/input_monitoring.h"
 
 namespace quiverly {
 

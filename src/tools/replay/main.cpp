@@ -9,7 +9,7 @@
 #include <variant>
 
 #include "identity.h"
-#include "platform/folders/program_resources.h"
+#include "platform/shared/program_resources.h"
 #include "platform/virtual/VirtualPlatform.h"
 #include "tools/recording/Recording.h"
 #include "tools/replay/EventOutput.h"

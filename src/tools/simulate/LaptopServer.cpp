@@ -7,8 +7,8 @@
 #include <array>
 #include <cerrno>
 
-#include "platform/linux/input.h"
-#include "platform/linux/user_socket.h"
+#include "sockets/input.h"
+#include "sockets/user_socket.h"
 #include "tools/simulate/registry.h"
 
 namespace quiverly {

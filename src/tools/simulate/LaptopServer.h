@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/laptop/laptop_protocol.h"
+#include "laptop/protocol.h"
 #include "tools/simulate/ListeningSocket.h"
 #include "tools/simulate/SensorDriver.h"
 

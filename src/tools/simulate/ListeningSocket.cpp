@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "platform/linux/user_socket.h"
+#include "sockets/user_socket.h"
 
 namespace quiverly {
 

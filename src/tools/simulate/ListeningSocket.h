@@ -5,8 +5,8 @@
 #include <string>
 #include <utility>
 
-#include "platform/linux/FileDescriptor.h"
-#include "platform/linux/laptop/laptop_socket.h"
+#include "laptop/socket.h"
+#include "sockets/FileDescriptor.h"
 
 namespace quiverly {
 

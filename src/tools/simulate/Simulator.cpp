@@ -4,7 +4,7 @@
 #include <ostream>
 #include <utility>
 
-#include "platform/linux/input.h"
+#include "sockets/input.h"
 #include "tools/simulate/CommandInput.h"
 #include "tools/simulate/wire_report.h"
 

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "identity.h"
-#include "platform/linux/FileDescriptor.h"
+#include "sockets/FileDescriptor.h"
 #include "tools/recording/unsigned_integer.h"
 #include "tools/simulate/Simulator.h"
 

@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "platform/linux/laptop/laptop_protocol.h"
+#include "laptop/protocol.h"
 
 namespace quiverly {
 

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/linux/FileDescriptor.h"
+#include "sockets/FileDescriptor.h"
 
 namespace quiverly {
 

@@ -4,8 +4,8 @@
 
 #include <pulse/thread-mainloop.h>
 
-#include "platform/linux/FileDescriptor.h"
-#include "platform/standard/JobQueue.h"
+#include "platform/shared/JobQueue.h"
+#include "sockets/FileDescriptor.h"
 
 namespace quiverly {
 

@@ -1,0 +1,34 @@
+#include <cstdio>
+
+#include <QApplication>
+
+#include "app/SingleInstance.h"
+#include "app/program.h"
+#include "ui/BonkoApp.h"
+
+using namespace quiverly;
+
+// Closing the window ends the program. A second start brings the window of the first to the front.
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    describeProgram();
+
+    BonkoApp* running = nullptr;
+    const SingleInstance instance([&running] {
+        if (running) running->show();
+    });
+    switch (instance.place()) {
+    case SingleInstance::Place::first:
+        break;
+    case SingleInstance::Place::taken:
+        return 0;
+    case SingleInstance::Place::unanswered:
+        std::fputs("quiverly: Quiverly is running already, but does not respond.\n", stderr);
+        return 1;
+    }
+
+    BonkoApp app;
+    running = &app;
+    app.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,21 @@
+#include "sockets/input.h"
+
+#include <algorithm>
+
+namespace quiverly {
+
+bool waitForInput(std::span<pollfd> inputs, std::chrono::nanoseconds longest) {
+    using std::chrono::nanoseconds;
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + longest;
+    for (nanoseconds rest = longest;; rest = end - Clock::now()) {
+        rest = std::max(rest, nanoseconds::zero());
+        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(rest);
+        const timespec limit{.tv_sec = seconds.count(), .tv_nsec = (rest - seconds).count()};
+        const int ready = ::ppoll(inputs.data(), inputs.size(), &limit, nullptr);
+        if (ready >= 0) return ready > 0;
+        if (rest == nanoseconds::zero()) return false;
+    }
+}
+
+} // namespace quiverly

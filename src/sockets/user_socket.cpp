@@ -1,0 +1,54 @@
+#include "sockets/user_socket.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+
+namespace quiverly {
+
+std::optional<std::filesystem::path> runtimeFolder() {
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR"); // NOLINT(concurrency-mt-unsafe): main thread, never set here
+    if (runtime == nullptr) return std::nullopt;
+    std::filesystem::path folder = runtime;
+    return folder.is_absolute() ? std::optional(std::move(folder)) : std::nullopt;
+}
+
+bool isPrivate(const std::filesystem::path& folder) {
+    struct stat status = {};
+    return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == ::geteuid() &&
+           (status.st_mode & 07777) == 0700;
+}
+
+SocketAddress SocketAddress::ofFile(const std::filesystem::path& file) {
+    return {file.native(), 0};
+}
+
+SocketAddress SocketAddress::ofName(std::string_view name) {
+    return {name, 1}; // behind the zero that marks a name without a file
+}
+
+SocketAddress::SocketAddress(std::string_view text, std::size_t offset)
+    : size(static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + offset + text.size())) {
+    address.sun_family = AF_UNIX;
+    std::ranges::copy(text, address.sun_path + offset);
+}
+
+const sockaddr* SocketAddress::get() const {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the shape of the system's calls
+    return reinterpret_cast<const sockaddr*>(&address);
+}
+
+FileDescriptor packetSocket() {
+    return FileDescriptor(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+}
+
+bool peerIs(int socket, uid_t user) {
+    ucred peer = {};
+    socklen_t size = sizeof peer;
+    return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == user;
+}
+
+} // namespace quiverly

@@ -1,0 +1,38 @@
+#include "engine/FakeAccelerometerReader.h"
+
+#include "sensing/AccelerometerReader.h"
+
+namespace quiverly {
+
+FakeReader& FakeReader::current() {
+    static FakeReader instance;
+    return instance;
+}
+
+AccelerometerReader::AccelerometerReader() {
+    FakeReader::current() = {};
+}
+
+AccelerometerReader::~AccelerometerReader() = default;
+
+bool AccelerometerReader::start() {
+    FakeReader& fake = FakeReader::current();
+    ++fake.startCalls;
+    openError = fake.starts ? std::nullopt : fake.message;
+    return fake.starts;
+}
+
+void AccelerometerReader::stop() {
+    ++FakeReader::current().stopCalls;
+}
+
+// Runs always, so that nobody can mistake it for the engine's own state.
+bool AccelerometerReader::isRunning() const {
+    return true;
+}
+
+const std::optional<std::string>& AccelerometerReader::lastOpenError() const {
+    return openError;
+}
+
+} // namespace quiverly

@@ -1,0 +1,32 @@
+#include <gtest/gtest.h>
+
+#include "engine/BonkoEngine.h"
+#include "platform/virtual/VirtualPlatform.h"
+#include "support/Reports.h"
+#include "support/TemporaryFolder.h"
+
+namespace quiverly {
+namespace {
+
+TEST(RoadTest, AReportBecomesASoundingClip) {
+    VirtualPlatform platform;
+    platform.registry.connectAccelerometer();
+    const TemporaryFolder resources;
+    resources.addFile("audio/sexy/1.mp3");
+    platform.resources.folders = {resources.path()};
+
+    BonkoEngine engine;
+    engine.soundEnabled = true;
+    engine.start();
+    ASSERT_TRUE(engine.isRunning());
+    for (int count = 0; count < 8; ++count) EXPECT_TRUE(platform.registry.deliver(report(0, 0, 1.0)));
+    platform.mainQueue.drain();
+
+    EXPECT_EQ(engine.slapCount, 1);
+    ASSERT_EQ(platform.audio.sounding().size(), 1U);
+    EXPECT_EQ(platform.audio.sounding()[0].file.filename(), "1.mp3");
+    EXPECT_EQ(platform.audio.sounding()[0].volume, 1.0F);
+}
+
+} // namespace
+} // namespace quiverly

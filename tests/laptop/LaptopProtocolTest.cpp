@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "laptop/protocol.h"
+
+namespace quiverly::laptop {
+namespace {
+
+std::vector<Message> oneOfEachKind() {
+    return {
+        ServiceHello{.className = "AppleSPUHIDDevice",
+                     .properties = {{"PrimaryUsage", -3}, {"Product", std::string("Accelerometer")}, {"", INT64_MIN}}},
+        EndOfServices{},
+        PropertyWrite{.service = 255, .key = "ReportInterval", .value = -1000},
+        PropertyAnswer{13},
+        OpenRequest{7},
+        OpenAnswer{INT32_MIN},
+    };
+}
+
+// What a decoder is given lies in a heap buffer of exactly its size, so that reading past its end is noticed.
+std::optional<Message> decodeExactly(std::span<const std::uint8_t> packet) {
+    return decode(std::vector<std::uint8_t>(packet.begin(), packet.end()));
+}
+
+TEST(LaptopProtocolTest, EveryMessageReadsBackAsItWasSent) {
+    for (const Message& message : oneOfEachKind()) {
+        const auto packet = encode(message);
+        const auto read = decodeExactly(packet);
+        ASSERT_TRUE(read);
+        EXPECT_EQ(read->index(), message.index());
+        EXPECT_EQ(encode(*read), packet);
+    }
+    const auto hello = decode(encode(oneOfEachKind()[0]));
+    EXPECT_EQ(std::get<ServiceHello>(*hello).className, "AppleSPUHIDDevice");
+    EXPECT_EQ(std::get<ServiceHello>(*hello).properties, std::get<ServiceHello>(oneOfEachKind()[0]).properties);
+    const auto write = decode(encode(oneOfEachKind()[2]));
+    EXPECT_EQ(std::get<PropertyWrite>(*write).service, 255);
+    EXPECT_EQ(std::get<PropertyWrite>(*write).key, "ReportInterval");
+    EXPECT_EQ(std::get<PropertyWrite>(*write).value, -1000);
+}
+
+TEST(LaptopProtocolTest, APacketCutShortIsNoMessage) {
+    for (const Message& message : oneOfEachKind()) {
+        const auto packet = encode(message);
+        for (std::size_t length = 0; length < packet.size(); ++length) {
+            const auto read = decodeExactly(std::span(packet).first(length));
+            if (!std::holds_alternative<ServiceHello>(message)) {
+                EXPECT_FALSE(read) << length;
+            }
+            if (read) { // a hello of fewer properties
+                EXPECT_EQ(encode(*read).size(), length);
+            }
+        }
+    }
+}
+
+TEST(LaptopProtocolTest, APacketWithBytesToSpareIsNoMessage) {
+    for (const Message& message : oneOfEachKind()) {
+        auto packet = encode(message);
+        packet.push_back(0);
+        EXPECT_FALSE(decodeExactly(packet));
+    }
+}
+
+TEST(LaptopProtocolTest, APacketOfAnUnknownKindIsNoMessage) {
+    for (int kind = 0; kind < 256; ++kind) {
+        if (1 <= kind && kind <= 6) continue;
+        const std::vector<std::uint8_t> packet = {static_cast<std::uint8_t>(kind), 0, 0, 0, 0};
+        EXPECT_FALSE(decodeExactly(packet)) << kind;
+    }
+}
+
+TEST(LaptopProtocolTest, AValueOfAnUnknownKindIsNoMessage) {
+    auto packet = encode(ServiceHello{.className = "", .properties = {{"", std::string()}}});
+    ASSERT_TRUE(decodeExactly(packet));
+    packet[3] = 3;
+    EXPECT_FALSE(decodeExactly(packet));
+}
+
+TEST(LaptopProtocolTest, AnyBytesAreReadWithoutHarm) {
+    std::mt19937 random(1);
+    for (int count = 0; count < 20000; ++count) {
+        std::vector<std::uint8_t> packet(random() % 40);
+        for (auto& byte : packet) byte = static_cast<std::uint8_t>(random());
+        if (!packet.empty()) packet[0] = static_cast<std::uint8_t>(random() % 8);
+        const auto read = decodeExactly(packet);
+        if (read) { // a hello may name a property twice
+            EXPECT_LE(encode(*read).size(), packet.size());
+        }
+    }
+}
+
+TEST(LaptopProtocolTest, ATextIsCutTo255Bytes) {
+    const auto read = decode(encode(PropertyWrite{.service = 0, .key = std::string(300, 'k'), .value = 1}));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(std::get<PropertyWrite>(*read).key, std::string(255, 'k'));
+}
+
+} // namespace
+} // namespace quiverly::laptop

@@ -1,0 +1,253 @@
+"""Quiverly.app and what surrounds it, as far as they can be known without a Mac.
+
+The project is configured for a Mac in the folder named first on the command line, and the resources of the bundle are
+built there. Nothing is compiled. Tools that only a Mac has are replaced by ones that write down how they were called, or
+that answer as a Mac's would.
+"""
+
+import json
+import os
+import pathlib
+import plistlib
+import re
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+
+SOURCE = pathlib.Path(__file__).resolve().parents[3]
+CROSS = pathlib.Path(__file__).resolve().parent / "cross"
+PACKAGING = SOURCE / "packaging" / "macos"
+BUILD = pathlib.Path(sys.argv.pop(1))
+CONTENTS = BUILD / "bin" / "Quiverly.app" / "Contents"
+
+PROJECT = (SOURCE / "CMakeLists.txt").read_text()
+VERSION = re.search(r"\bVERSION (\d+\.\d+\.\d+)", PROJECT).group(1)
+IDENTIFIER = re.search(r'set\(QUIVERLY_IDENTIFIER "(.+)"\)', PROJECT).group(1)
+
+
+def put_tool(folder, name, *commands):
+    """A shell script of that name in the folder."""
+    folder.mkdir(exist_ok=True)
+    file = folder / name
+    file.write_text("\n".join(("#!/bin/sh", *commands)) + "\n")
+    file.chmod(0o755)
+
+
+def with_tools(folder, **variables):
+    """The environment in which the folder's tools are found first."""
+    return dict(os.environ, PATH=f"{folder}:{os.environ['PATH']}", **variables)
+
+
+def setUpModule():
+    tools = BUILD.with_name(BUILD.name + "-tools")
+    put_tool(tools, "brew", 'echo "Homebrew asked for: $*"')
+    subprocess.run(
+        ["cmake", "-S", SOURCE, "-B", BUILD, "-G", "Ninja", "--fresh", "-Wno-dev",
+         "-D", "CMAKE_EXPORT_COMPILE_COMMANDS=ON",
+         "-D", f"CMAKE_TOOLCHAIN_FILE={CROSS / 'toolchain.cmake'}",
+         "-D", f"CMAKE_PROJECT_TOP_LEVEL_INCLUDES={CROSS / 'packages.cmake'}"],
+        env=with_tools(tools), check=True, stdout=subprocess.DEVNULL)
+    targets = subprocess.run(["ninja", "-C", BUILD, "-t", "targets", "all"],
+                             check=True, capture_output=True, text=True).stdout
+    resources = re.findall(r"^(.+/Contents/Resources/.+): COPY_OSX_CONTENT$", targets, re.MULTILINE)
+    subprocess.run(["ninja", "-C", BUILD, *resources], check=True, stdout=subprocess.DEVNULL)
+
+
+def png_size(data):
+    """Width and height of a PNG picture."""
+    assert data[:8] == b"\x89PNG\r\n\x1a\n" and data[12:16] == b"IHDR"
+    return struct.unpack(">II", data[16:24])
+
+
+class Bundle(unittest.TestCase):
+    def test_info_plist_says_what_the_application_is(self):
+        self.assertEqual(plistlib.loads((CONTENTS / "Info.plist").read_bytes()), {
+            "CFBundleDevelopmentRegion": "en",
+            "CFBundleDisplayName": "Quiverly",
+            "CFBundleExecutable": "Quiverly",
+            "CFBundleIconFile": "AppIcon",
+            "CFBundleIdentifier": IDENTIFIER,
+            "CFBundleInfoDictionaryVersion": "6.0",
+            "CFBundleName": "Quiverly",
+            "CFBundlePackageType": "APPL",
+            "CFBundleShortVersionString": VERSION,
+            "CFBundleVersion": VERSION,
+            "LSApplicationCategoryType": "public.app-category.entertainment",
+            "LSMinimumSystemVersion": "14.0",
+            "NSHighResolutionCapable": True,
+            "NSPrincipalClass": "NSApplication",
+        })
+
+    def test_resources_are_the_clips_and_the_pictures_and_nothing_else(self):
+        clips = {clip.relative_to(SOURCE / "resources") for clip in (SOURCE / "resources").glob("audio/*/*.mp3")}
+        resources = CONTENTS / "Resources"
+        found = {file.relative_to(resources) for file in resources.rglob("*") if file.is_file()}
+        self.assertEqual({clip.parts[1] for clip in clips}, {"pain", "sexy", "halo", "lizard"})
+        self.assertEqual(found, clips | {pathlib.Path("logo.png"), pathlib.Path("AppIcon.icns")})
+        for clip in clips:
+            self.assertEqual((resources / clip).read_bytes(), (SOURCE / "resources" / clip).read_bytes())
+
+    def test_icon_has_every_size_the_largest_first(self):
+        data = (CONTENTS / "Resources" / "AppIcon.icns").read_bytes()
+        magic, length = struct.unpack(">4sI", data[:8])
+        self.assertEqual((magic, length), (b"icns", len(data)))
+        pictures, offset = [], 8
+        while offset < length:
+            kind, size = struct.unpack(">4sI", data[offset:offset + 8])
+            pictures.append((kind.decode(), png_size(data[offset + 8:offset + size])))
+            offset += size
+        self.assertEqual(offset, length)
+        self.assertEqual(pictures, [
+            ("ic10", (1024, 1024)),
+            ("ic09", (512, 512)), ("ic14", (512, 512)),
+            ("ic08", (256, 256)), ("ic13", (256, 256)),
+            ("ic07", (128, 128)),
+            ("ic12", (64, 64)),
+            ("ic11", (32, 32)),
+        ])
+
+    def test_logo_is_a_square_picture(self):
+        width, height = png_size((CONTENTS / "Resources" / "logo.png").read_bytes())
+        self.assertEqual(width, height)
+
+    def test_everything_is_compiled_for_apple_silicon_and_the_oldest_system(self):
+        commands = json.loads((BUILD / "compile_commands.json").read_text())
+        macos = [command for command in commands if "/src/platform/macos/" in command["file"]]
+        self.assertEqual({pathlib.Path(command["file"]).name for command in macos},
+                         {file.name for file in (SOURCE / "src" / "platform" / "macos").glob("*.[cm][pm]*")})
+        for command in commands:
+            words = command["command"].split()
+            self.assertIn("arm64", words)
+            self.assertIn("-mmacosx-version-min=14.0", words)
+            self.assertIn("-ffp-contract=off", words)
+            self.assertNotIn("/linux/", command["file"])
+        for command in macos:
+            self.assertEqual("-fobjc-arc" in command["command"].split(), command["file"].endswith(".mm"))
+
+
+    def test_icu_is_the_one_of_homebrew(self):
+        cache = (BUILD / "CMakeCache.txt").read_text()
+        self.assertIn("\nICU_LOOKED_FOR_IN:INTERNAL=Homebrew asked for: --prefix icu4c\n", cache)
+
+
+class Entitlements(unittest.TestCase):
+    def test_none_is_asked_for(self):
+        text = (PACKAGING / "Quiverly.entitlements").read_bytes()
+        self.assertEqual(plistlib.loads(text), {})
+        self.assertNotIn(b"<!--", text, "the system cannot read entitlements with comments")
+
+
+class Cask(unittest.TestCase):
+    def setUp(self):
+        self.cask = (BUILD / "packaging" / "macos" / "quiverly.rb").read_text()
+
+    def test_it_names_this_version_and_these_settings(self):
+        self.assertIn(f'version "{VERSION}"', self.cask)
+        self.assertIn(f"{IDENTIFIER}.plist", self.cask)
+        self.assertIn("arch: :arm64", self.cask)
+        self.assertNotRegex(self.cask, r"@|\$\{")
+
+    def test_it_is_a_draft_and_marks_what_is_open(self):
+        self.assertRegex(self.cask, "^# DRAFT ")
+        for line in self.cask.splitlines():
+            self.assertEqual("example.org" in line or ":no_check" in line, "# open: " in line, line)
+
+    def test_description_is_one_that_homebrew_takes(self):
+        description = re.search('desc "(.*)"', self.cask).group(1)
+        self.assertTrue(0 < len(description) < 80)
+        self.assertNotRegex(description, r"^(An?|The|Quiverly)\b|\.$")
+
+
+class Scripts(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.application = self.folder / "Quiverly.app"
+        for library in ("Frameworks/QtCore.framework/QtCore", "Frameworks/libpcre.dylib", "PlugIns/styles/libmac.dylib",
+                        "MacOS/Quiverly"):
+            file = self.application / "Contents" / library
+            file.parent.mkdir(parents=True, exist_ok=True)
+            file.touch()
+
+    def run_script(self, name, *arguments, failing=None, **answers):
+        """The calls that the script makes of tools that only a Mac has, and its exit status."""
+        tools = self.folder / "tools"
+        for tool in ("brew", "cmake", "codesign", "ctest", "hdiutil", "macdeployqt", "spctl", "xcrun"):
+            put_tool(tools, tool,
+                     '{ printf %s "${0##*/}"; printf " %s" "$@"; '
+                     'echo "${HOMEBREW_NO_INSTALL_UPGRADE:+ without upgrades}"; } >>"$CALLS"',
+                     'for word; do [ -h "$word/Applications" ] && '
+                     '{ readlink "$word/Applications"; ls "$word"; } >>"$CALLS"; done',
+                     f"echo '{answers.get(tool, '')}'",
+                     f"exit {int(tool == failing)}")
+        put_tool(tools, "uname", "echo Darwin")
+        calls = self.folder / "calls"
+        calls.write_text("")
+        script = subprocess.run([PACKAGING / name, *map(str, arguments)], env=with_tools(tools, CALLS=str(calls)),
+                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)
+        return calls.read_text().replace(str(self.folder) + "/", "").splitlines(), script.returncode
+
+    def test_each_says_that_it_has_not_been_run_on_a_mac(self):
+        for name in ("sign", "make-dmg", "notarize", "quiverly.rb.in"):
+            self.assertRegex((PACKAGING / name).read_text().replace("\n# ", " "), "Not yet run on a Mac")
+
+    def test_called_wrongly_they_touch_nothing(self):
+        for name in ("sign", "make-dmg", "notarize", "make-icns"):
+            self.assertEqual(self.run_script(name), ([], 2))
+
+    def test_signing_for_others_hardens_from_the_inside_out(self):
+        calls, status = self.run_script("sign", self.application, "Developer ID Application: A (T)")
+        self.assertEqual(status, 0)
+        self.assertEqual(calls[0], "macdeployqt Quiverly.app -always-overwrite")
+        self.assertEqual(len(calls), 6)
+        signing = "codesign --force --sign Developer ID Application: A (T) --options runtime --timestamp "
+        self.assertEqual(sorted(calls[1:4]), [signing + "Quiverly.app/Contents/" + library for library in (
+            "Frameworks/QtCore.framework", "Frameworks/libpcre.dylib", "PlugIns/styles/libmac.dylib")])
+        self.assertEqual(calls[4], f"{signing}--entitlements {PACKAGING}/Quiverly.entitlements Quiverly.app")
+        self.assertEqual(calls[5], "codesign --verify --deep --strict --verbose=2 Quiverly.app")
+
+    def test_signing_for_this_mac_asks_for_no_hardened_runtime(self):
+        calls, status = self.run_script("sign", self.application)
+        self.assertEqual(status, 0)
+        self.assertTrue(all("runtime" not in call for call in calls))
+        self.assertTrue(calls[-2].startswith("codesign --force --sign - --entitlements "))
+
+    def test_what_cannot_be_signed_is_not_packed(self):
+        calls, status = self.run_script("make-dmg", self.application, "Quiverly.dmg", failing="codesign")
+        self.assertNotEqual(status, 0)
+        self.assertEqual(len(calls), 1)
+
+    def test_disk_image_holds_the_application_and_the_link_to_drag_it_to(self):
+        calls, status = self.run_script("make-dmg", self.application, "Quiverly.dmg", "IDENTITY")
+        self.assertEqual(status, 0)
+        self.assertRegex(calls[1], "^hdiutil create -volname Quiverly -srcfolder .+ -format UDZO -ov Quiverly.dmg$")
+        self.assertEqual(calls[2:5], ["/Applications", "Applications", "Quiverly.app"])
+        self.assertEqual(calls[5], "codesign --sign IDENTITY --timestamp Quiverly.dmg")
+
+    def test_notarization_staples_what_was_accepted(self):
+        calls, status = self.run_script("notarize", "Quiverly.dmg", "PROFILE")
+        self.assertEqual(status, 0)
+        self.assertEqual([call.split()[:3] for call in calls], [
+            ["xcrun", "notarytool", "submit"], ["xcrun", "stapler", "staple"], ["xcrun", "stapler", "validate"],
+            ["spctl", "--assess", "--type"]])
+        self.assertEqual(len(self.run_script("notarize", "Quiverly.dmg", "PROFILE", failing="xcrun")[0]), 1)
+
+    def test_on_a_mac_every_test_it_has_runs_in_two_presets(self):
+        counted = "100% tests passed, 0 tests failed out of 7"
+        for arguments in ((), ("--full",)):
+            calls, status = self.run_script(SOURCE / "test", *arguments, ctest=counted)
+            self.assertEqual(status, 0)
+            self.assertRegex(calls.pop(0), "^brew install .+ without upgrades$")
+            self.assertEqual(calls, [
+                "cmake --preset dev", "cmake --build --preset dev", "ctest --preset dev",
+                "cmake --preset tsan", "cmake --build --preset tsan", "ctest --preset tsan"])
+        for answers in ({"ctest": "50% tests passed, 1 tests failed out of 2"}, {"ctest": "No tests were found"},
+                        {"ctest": counted, "failing": "ctest"}, {"ctest": counted, "failing": "cmake"}):
+            self.assertNotEqual(self.run_script(SOURCE / "test", **answers)[1], 0)
+
+
+if __name__ == "__main__":
+    unittest.main()

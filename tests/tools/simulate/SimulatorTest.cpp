@@ -1,0 +1,73 @@
+#include "tools/simulate/Simulator.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
+#include <sstream>
+#include <thread>
+
+#include "sockets/FileDescriptor.h"
+#include "support/Listener.h"
+#include "support/Pipe.h"
+#include "support/RuntimeFolder.h"
+#include "support/Waiting.h"
+
+namespace quiverly {
+namespace {
+
+// A pair of terminals of which one cannot be read while nobody has the other open.
+class TerminalPair {
+public:
+    TerminalPair() {
+        EXPECT_EQ(::grantpt(near.get()), 0);
+        EXPECT_EQ(::unlockpt(near.get()), 0);
+        EXPECT_EQ(::ptsname_r(near.get(), name.data(), name.size()), 0);
+        openFar();
+        far.reset();
+        char byte = 0;
+        EXPECT_EQ(::read(near.get(), &byte, 1), -1);
+        EXPECT_EQ(errno, EIO);
+    }
+
+    void openFar() { far = FileDescriptor(::open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC)); }
+
+    FileDescriptor near{::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)};
+    FileDescriptor far;
+
+private:
+    std::array<char, 64> name = {};
+};
+
+TEST(SimulatorTest, CommandsGoOnWhenTheirTerminalCanBeReadAgain) {
+    const RuntimeFolder folder;
+    TerminalPair terminals;
+    std::ostringstream output;
+    std::ostringstream errors;
+    Simulator simulator({}, output, errors);
+    ASSERT_TRUE(simulator.open());
+    Pipe interruptions;
+    std::atomic<bool> ended = false;
+    std::thread laptop([&] {
+        EXPECT_TRUE(simulator.run(terminals.near.get(), interruptions.readEnd.get()));
+        ended = true;
+    });
+    {
+        Listener listener;
+        EXPECT_TRUE(listener.starts());
+        EXPECT_TRUE(listener.hears()); // it has tried to read, and lives on
+    }
+    terminals.openFar();
+    EXPECT_EQ(::write(terminals.far.get(), "quit\n", 5), 5);
+    EXPECT_TRUE(waitUntil([&] { return ended.load(); }));
+    interruptions.writeEnd.reset(); // ends it in any case
+    laptop.join();
+    EXPECT_EQ(errors.str(), "");
+}
+
+} // namespace
+} // namespace quiverly
