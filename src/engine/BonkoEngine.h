@@ -31,7 +31,7 @@ public:
         bool operator==(const Phase&) const = default;
     };
 
-    ChangePublisher objectWillChange;
+    ChangePublisher objectWillChange; // of any of these properties
 
     Published<Phase, BonkoEngine> phase{objectWillChange, {}};
     Published<std::int64_t, BonkoEngine> slapCount{objectWillChange, 0}; // accepted since the engine was built

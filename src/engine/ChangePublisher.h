@@ -6,11 +6,11 @@
 
 namespace quiverly {
 
-// Announces that a property of an object is about to change. Observers are told which one, by its address, and re-read
-// the object on their next turn; they never write from inside the announcement. Main thread only.
+// Announces to its observers, in the order in which they came, that something is about to change. They re-read it on
+// their next turn, and never write from inside the announcement. Main thread only.
 class ChangePublisher {
 public:
-    using Observer = std::function<void(const void* property)>;
+    using Observer = std::function<void()>;
     using Subscription = std::shared_ptr<const Observer>; // observes for as long as it lives
 
     [[nodiscard]] Subscription subscribe(Observer observer);
@@ -19,7 +19,7 @@ private:
     template<class T, class Writer>
     friend class Published;
 
-    void send(const void* property);
+    void send() const;
 
     std::vector<std::weak_ptr<const Observer>> observers;
 };

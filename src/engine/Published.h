@@ -8,17 +8,21 @@
 
 namespace quiverly {
 
-struct Anyone {}; // the writer of a property that everybody may assign
+struct Anyone {}; // the Writer of a property that all may assign
 
-// A property that others observe. It reads like its value. Every write, of an equal value too, first announces the
-// change while the old value still stands, then stores the new one, then runs the property's own effect. Only Writer
+// A property of an object that others observe. It reads like its value.
+//
+// Every write, of an equal value too, is announced while the old value still stands, to the observers of this property
+// and then to those of the whole object; then the new value is stored, and the property's own effect runs. Only Writer
 // can write; what Anyone may write is simply assigned. Main thread only.
 template<class T, class Writer = Anyone>
 class Published {
 public:
-    Published(ChangePublisher& publisher, T initial, std::function<void()> effect = {})
-        : publisher(publisher), value(std::move(initial)), effect(std::move(effect)) {}
+    Published(ChangePublisher& objectWillChange, T initial, std::function<void()> effect = {})
+        : objectWillChange(objectWillChange), value(std::move(initial)), effect(std::move(effect)) {}
     Published(const Published&) = delete;
+
+    ChangePublisher willChange; // of this property alone
 
     operator const T&() const { return value; }
     const T& get() const { return value; }
@@ -33,12 +37,13 @@ private:
     friend Writer;
 
     void write(T next) {
-        publisher.send(this);
+        willChange.send();
+        objectWillChange.send();
         value = std::move(next);
         if (effect) effect();
     }
 
-    ChangePublisher& publisher;
+    ChangePublisher& objectWillChange;
     T value;
     std::function<void()> effect;
 };

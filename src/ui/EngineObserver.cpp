@@ -8,7 +8,7 @@
 namespace quiverly {
 
 EngineObserver::EngineObserver(ChangePublisher& publisher, std::function<void()> refresh)
-    : refresh(std::move(refresh)), subscription(publisher.subscribe([this](const void*) { announce(); })) {}
+    : refresh(std::move(refresh)), subscription(publisher.subscribe([this] { announce(); })) {}
 
 void EngineObserver::announce() {
     if (!std::exchange(pending, true)) QCoreApplication::postEvent(this, new QEvent(QEvent::User));

@@ -80,5 +80,15 @@ TEST_F(AllocationTest, ProcessAllocatesNothingAlsoWhenItFiresWithoutAReceiver) {
     EXPECT_EQ(Inspector::lastFire(detector), fired);
 }
 
+TEST(ChangePublisherAllocationTest, ObserversThatDiedTakeNoRoom) {
+    ChangePublisher publisher;
+    const auto comeAndGo = [&] { publisher.subscribe([] {}).reset(); };
+    comeAndGo();
+    EXPECT_EQ(allocationsDuring([&] {
+                  for (int count = 0; count < 1000; ++count) comeAndGo();
+              }),
+              1000); // that of each subscription, and none for a list that grows
+}
+
 } // namespace
 } // namespace quiverly

@@ -46,11 +46,26 @@ protected:
 
     void build() { engine.emplace(); }
 
+    // Writes down, by name, each property that is announced from now on.
+    void watchProperties() {
+        const auto watch = [this](auto& property, const char* name) {
+            subscriptions.push_back(property.willChange.subscribe([this, name] { announced.emplace_back(name); }));
+        };
+        watch(engine->phase, "phase");
+        watch(engine->slapCount, "slapCount");
+        watch(engine->lastAmplitude, "lastAmplitude");
+        watch(engine->soundEnabled, "soundEnabled");
+        watch(engine->pack, "pack");
+        watch(engine->threshold, "threshold");
+    }
+
     TemporaryFolder resources;
     VirtualPlatform platform;
     Texts played; // such as "sexy/1.mp3"
     Texts openedPages;
     Texts writtenKeys;
+    Texts announced;
+    std::vector<ChangePublisher::Subscription> subscriptions;
     std::optional<BonkoEngine> engine;
 };
 

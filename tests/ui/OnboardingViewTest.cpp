@@ -158,9 +158,7 @@ TEST_F(OnboardingViewTest, TheTestSlapTurnsTheSoundOff) {
 TEST_F(OnboardingViewTest, TwoQuickSlapsCountOnce) {
     openAndWait();
     int changes = 0;
-    const auto subscription = engine.objectWillChange.subscribe([&](const void* property) {
-        if (property == &engine.soundEnabled) ++changes;
-    });
+    const auto subscription = engine.soundEnabled.willChange.subscribe([&] { ++changes; });
     Inspector::detector(engine).onSlap(0.5);
     Inspector::detector(engine).onSlap(0.5);
     stage.settle();

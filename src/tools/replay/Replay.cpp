@@ -44,10 +44,8 @@ void Replay::watchSamples(Samples printing) {
 
 // A change is announced before it is made, so what was written is printed a little later: before whatever follows.
 void Replay::watchState() {
-    stateWatcher = engine.objectWillChange.subscribe([this](const void* property) {
-        if (property == &engine.phase) phaseWritten = true;
-        if (property == &engine.lastAmplitude) slapAccepted = true;
-    });
+    phaseWatcher = engine.phase.willChange.subscribe([this] { phaseWritten = true; });
+    slapWatcher = engine.lastAmplitude.willChange.subscribe([this] { slapAccepted = true; });
 }
 
 void Replay::watchPlatform() {

@@ -44,7 +44,8 @@ private:
     VirtualPlatform& platform;
     EventPrinter& events;
     BonkoEngine engine;
-    ChangePublisher::Subscription stateWatcher;
+    ChangePublisher::Subscription phaseWatcher;
+    ChangePublisher::Subscription slapWatcher;
     bool firstLine = true;
     bool phaseWritten = false; // and not printed yet
     bool slapAccepted = false; // and not printed yet
