@@ -4,15 +4,15 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <variant>
+
+#include <tl/expected.hpp>
+
+#include "tools/options/CommandLine.h"
 
 namespace quiverly {
 
-// What the user asked quiverly-replay for.
+// What quiverly-replay is to do.
 struct Options {
-    enum class Wish { replay, help, version };
-
-    Wish wish = Wish::replay;
     bool samples = false;
     std::optional<std::string> pack;
     std::optional<double> threshold; // g
@@ -21,12 +21,7 @@ struct Options {
     std::string recording; // a file, or - for standard input
 };
 
-struct UnusableOptions {
-    std::string reason;
-};
-
-// Understands the arguments that follow the program's name. Options and the recording come in any order; after "--"
-// nothing is an option. A request for help or the version ends the reading.
-std::variant<Options, UnusableOptions> parseOptions(std::span<const char* const> arguments);
+// Understands the arguments that follow the program's name.
+tl::expected<Options, EarlyExit> parseOptions(std::span<const char* const> arguments);
 
 } // namespace quiverly

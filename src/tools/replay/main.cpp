@@ -6,9 +6,7 @@
 #include <filesystem>
 #include <span>
 #include <string>
-#include <variant>
 
-#include "identity.h"
 #include "platform/shared/program_resources.h"
 #include "platform/virtual/VirtualPlatform.h"
 #include "tools/recording/Recording.h"
@@ -21,23 +19,6 @@
 namespace quiverly {
 namespace {
 
-enum ExitStatus { success = 0, failed = 1, unusable = 2 };
-
-constexpr char usage[] =
-    "Usage: quiverly-replay [OPTION]... RECORDING\n"
-    "Replays a recording of sensor reports (- for standard input) and prints what happens, one JSON object a line.\n"
-    "\n"
-    "  --samples           print every sample too\n"
-    "  --pack TEXT         the stored sound pack: pain, sexy, halo or lizard\n"
-    "  --threshold NUMBER  the stored threshold, in g\n"
-    "  --resources DIR     the folder that holds audio/<pack>/*.mp3\n"
-    "  --seed N            start of the random choices, 0 unless given\n"
-    "  --help              print this and exit\n"
-    "  --version           print the version and exit\n"
-    "\n"
-    "Exit status: 0 when the whole recording was replayed, 1 when the output could not be written\n"
-    "or the system did not let the program work, 2 when the options or the recording cannot be used.\n";
-
 void complain(const std::string& what) {
     std::fprintf(stderr, "quiverly-replay: %s\n", what.c_str());
 }
@@ -48,12 +29,6 @@ ExitStatus finish(EventOutput& output, ExitStatus status) {
     if (!output.error()) return status;
     complain("standard output: " + output.error().message());
     return failed;
-}
-
-ExitStatus print(const std::string& text) {
-    EventOutput output;
-    output.text = text;
-    return finish(output, success);
 }
 
 void prepare(VirtualPlatform& platform, const Options& options) {
@@ -96,31 +71,14 @@ ExitStatus replay(const Options& options) {
     return status;
 }
 
-ExitStatus run(std::span<const char* const> arguments) {
-    const auto parsed = parseOptions(arguments);
-    if (const auto* unusableOptions = std::get_if<UnusableOptions>(&parsed)) {
-        complain(unusableOptions->reason + "\nTry 'quiverly-replay --help'.");
-        return unusable;
-    }
-    const auto& options = std::get<Options>(parsed);
-    switch (options.wish) {
-    case Options::Wish::help:
-        return print(usage);
-    case Options::Wish::version:
-        return print(std::string("quiverly-replay ") + identity::version + '\n');
-    case Options::Wish::replay:
-        break;
-    }
-    return replay(options);
-}
-
 } // namespace
 } // namespace quiverly
 
 int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN); // a reader that went away is a failed write
     try {
-        return quiverly::run(std::span(argv, static_cast<std::size_t>(argc)).subspan(1));
+        const auto options = quiverly::parseOptions(std::span(argv, static_cast<std::size_t>(argc)).subspan(1));
+        return options ? quiverly::replay(*options) : options.error().print();
     } catch (const std::exception& failure) {
         quiverly::complain(failure.what());
         return quiverly::failed;

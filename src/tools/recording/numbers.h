@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <tl/expected.hpp>
+
+// Numbers as recordings and options write them. Each function reads the whole text; the error is what is wrong with it.
+namespace quiverly {
+
+// -?[0-9]+(\.[0-9]+)?, with any number of digits: the nearest double, which is finite.
+tl::expected<double, std::string> decimalNumber(std::string_view text);
+
+// [0-9]+, of at most 64 bits.
+tl::expected<std::uint64_t, std::string> wholeNumber(std::string_view text);
+
+} // namespace quiverly
