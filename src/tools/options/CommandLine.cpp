@@ -50,19 +50,20 @@ CommandLine::CommandLine(const std::string& program, const std::string& descript
 }
 
 tl::expected<void, EarlyExit> CommandLine::read(std::span<const char* const> arguments) {
+    const auto exit = [this](ExitStatus status, const std::string& text) {
+        return tl::unexpected(EarlyExit{.program = get_name(), .status = status, .text = text});
+    };
     auto texts = withEmptyValuesApart(arguments);
     std::ranges::reverse(texts); // as CLI11 wants them
     try {
         parse(texts);
         return {};
     } catch (const CLI::CallForHelp&) {
-        return tl::unexpected(EarlyExit{.program = get_name(), .status = success, .text = help()});
+        return exit(success, help());
     } catch (const CLI::CallForVersion& version) {
-        return tl::unexpected(EarlyExit{get_name(), success, version.what() + std::string("\n")});
+        return exit(success, std::string(version.what()) + '\n');
     } catch (const CLI::ParseError& error) {
-        return tl::unexpected(EarlyExit{
-            get_name(), unusable,
-            get_name() + ": " + error.what() + "\nTry '" + get_name() + " --help'.\n"});
+        return exit(unusable, get_name() + ": " + error.what() + "\nTry '" + get_name() + " --help'.\n");
     }
 }
 

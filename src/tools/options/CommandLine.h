@@ -31,8 +31,8 @@ public:
     // `ending` closes the help text: what the exit status means, and whatever else there is to tell.
     CommandLine(const std::string& program, const std::string& description, const std::string& ending);
 
-    // Adds an option (or an argument, where the name has no dashes) whose text `parse` turns into an expected value; its
-    // error says what is wrong with the text. The target must outlive the parsing.
+    // Adds an option (or an argument, where the name has no dashes) whose text `parse` turns into an expected value;
+    // its error says what is wrong with the text. The target must outlive the parsing.
     template<class Target, class Parse>
     CLI::Option* addValue(const std::string& name, Target& target, Parse parse, const std::string& description);
 
