@@ -35,9 +35,7 @@ void audio::setVolume(Player& player, float volume) {
     player.volume = std::max(volume, 0.0F);
 }
 
-void audio::prepareToPlay(Player&) {
-    output().prepare();
-}
+void audio::prepareToPlay(Player&) {} // create() has decoded the clip, and play() connects to the server
 
 void audio::play(Player& player) {
     player.playback = std::make_shared<const Playback>(Playback{player.clip, player.volume});

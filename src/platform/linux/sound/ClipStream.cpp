@@ -28,8 +28,8 @@ void ClipStream::Cancel::operator()(pa_operation* operation) const {
 }
 
 ClipStream::ClipStream(pa_context& context, std::shared_ptr<const Playback> playback, std::function<void()> onChange)
-    : wish(std::move(playback)), onChange(std::move(onChange)) {
-    const Clip& clip = *wish->clip;
+    : current(std::move(playback)), onChange(std::move(onChange)) {
+    const Clip& clip = *current->clip;
     const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, clip.rate, clip.channels};
     pa_channel_map channels;
     pa_channel_map_init_extend(&channels, clip.channels, PA_CHANNEL_MAP_DEFAULT);
@@ -56,7 +56,7 @@ void ClipStream::stateChanged(pa_stream* stream, void* self) {
     if (!PA_STREAM_IS_GOOD(state)) {
         clipStream.become(State::finished);
     } else if (state == PA_STREAM_READY) {
-        clipStream.become(clipStream.wish->isStale() ? State::finished : State::sounding);
+        clipStream.become(clipStream.current->isStale() ? State::finished : State::sounding);
     }
 }
 
@@ -65,25 +65,25 @@ void ClipStream::dataWanted(pa_stream*, std::size_t bytes, void* self) {
 }
 
 void ClipStream::feed(std::size_t bytes) {
-    while (bytes > 0 && position < wish->clip->samples.size()) {
+    while (bytes > 0 && position < current->clip->samples.size()) {
         const std::size_t written = write(bytes);
         if (written == 0) return become(State::finished);
         bytes -= written;
     }
-    if (position == wish->clip->samples.size() && !draining) drain();
+    if (position == current->clip->samples.size() && !draining) drain();
 }
 
 // Writes samples, at most that many bytes of them. How many bytes; 0 on failure.
 std::size_t ClipStream::write(std::size_t bytes) {
-    const std::size_t left = (wish->clip->samples.size() - position) * sizeof(float);
+    const std::size_t left = (current->clip->samples.size() - position) * sizeof(float);
     std::size_t size = std::min(bytes, left);
     void* memory = nullptr;
     if (pa_stream_begin_write(stream.get(), &memory, &size) < 0) return 0;
     size = std::min({size, bytes, left});
-    const auto first = wish->clip->samples.begin() + static_cast<std::ptrdiff_t>(position);
+    const auto first = current->clip->samples.begin() + static_cast<std::ptrdiff_t>(position);
     const auto count = static_cast<std::ptrdiff_t>(size / sizeof(float));
     std::transform(first, first + count, static_cast<float*>(memory),
-                   [volume = wish->volume](float sample) { return sample * volume; });
+                   [volume = current->volume](float sample) { return sample * volume; });
     if (pa_stream_write(stream.get(), memory, size, nullptr, 0, PA_SEEK_RELATIVE) < 0) return 0;
     position += static_cast<std::size_t>(count);
     return size;

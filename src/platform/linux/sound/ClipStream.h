@@ -27,7 +27,7 @@ public:
     ClipStream& operator=(const ClipStream&) = delete;
 
     State state() const { return currentState; }
-    const std::shared_ptr<const Playback>& playback() const { return wish; }
+    const std::shared_ptr<const Playback>& playback() const { return current; }
 
 private:
     struct Disconnect {
@@ -47,7 +47,7 @@ private:
     static void dataWanted(pa_stream*, std::size_t bytes, void* self);
     static void drained(pa_stream*, int, void* self);
 
-    std::shared_ptr<const Playback> wish;
+    std::shared_ptr<const Playback> current;
     std::function<void()> onChange;
     std::unique_ptr<pa_stream, Disconnect> stream;
     std::unique_ptr<pa_operation, Cancel> draining;

@@ -36,23 +36,16 @@ SoundOutput::~SoundOutput() {
     thread.stop();
 }
 
-void SoundOutput::prepare() {
-    thread.post([this] { connect(); });
-}
-
 void SoundOutput::play(std::shared_ptr<const Playback> playback) {
+    latest = playback;
     thread.post([this, playback = std::move(playback)] {
         wanted = playback;
         settle();
     });
 }
 
-void SoundOutput::end(std::shared_ptr<const Playback> playback) {
-    thread.post([this, playback = std::move(playback)] {
-        if (wanted != playback) return;
-        wanted.reset();
-        settle();
-    });
+void SoundOutput::end(const std::shared_ptr<const Playback>& playback) {
+    if (playback == latest) play(nullptr);
 }
 
 void SoundOutput::connect() {

@@ -19,8 +19,8 @@ public:
     SoundThread(const SoundThread&) = delete;
     SoundThread& operator=(const SoundThread&) = delete;
 
-    // The thread that made this object; never waits. Jobs run on the sound thread, one at a time, in order. Without a
-    // thread, for want of means of the system, they are dropped.
+    // The thread that made this object; never waits. Jobs run on the sound thread, one at a time, in order. If the
+    // thread could not be started, they are dropped.
     void post(Job job);
 
     // Ends the thread, after which the caller may do what only the sound thread did.
