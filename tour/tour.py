@@ -48,8 +48,7 @@ class Tour:
         self._desktop = desktop
         self._transcript = transcript
         self._answers: list[bool] = []  # whether each slap was answered as it should
-        SoundServer(desktop)
-        self._recorder = Recorder(desktop, desktop.folder / "recording.raw")
+        self._recorder = Recorder(SoundServer(desktop), desktop.folder / "recording.raw")
         self._laptop = SimulatedLaptop(desktop, programs)
         self._application = Application(desktop, [programs / "quiverly"])
 

@@ -30,7 +30,7 @@ class SystemTest(unittest.TestCase):
 
     def start_sound(self) -> Recorder:
         self.sound_server = SoundServer(self.desktop)
-        self.recorder = Recorder(self.desktop, self.desktop.folder / "recording.raw")
+        self.recorder = Recorder(self.sound_server, self.desktop.folder / "recording.raw")
         return self.recorder
 
     def start_laptop(self) -> SimulatedLaptop:

@@ -1,11 +1,12 @@
 """What a recording tells: when a sound began, how loud it was, which sound it was."""
 
 from dataclasses import dataclass
+from itertools import pairwise
 
 import numpy
 from numpy.fft import irfft, rfft
 
-from harness.samples import RATE, Samples
+from harness.samples import CHANNELS, RATE, Samples
 
 SILENCE = 0.002  # greatest sample that does not count as sound; full scale is 1
 
@@ -31,6 +32,34 @@ def frequency(samples: Samples) -> float:
     before = numpy.flatnonzero((wave[:-1] < 0) & (wave[1:] >= 0))
     crossings = before + wave[before] / (wave[before] - wave[before + 1])
     return RATE * (len(crossings) - 1) / (crossings[-1] - crossings[0])
+
+
+@dataclass(frozen=True)
+class Note:
+    """A stretch of one pure tone."""
+
+    pitch: int  # in Hz, rounded to 100
+    seconds: float  # to a hundredth or so
+    levels: tuple[float, float]  # of its inside, left and right
+
+
+def notes(samples: Samples) -> list[Note]:
+    """The tones in a recording, in order.
+
+    Those shorter than 20 ms are left out: where one tone cuts off another, both are in one piece of the analysis.
+    """
+    size = RATE // 100
+    pieces = samples[: len(samples) // size * size].reshape(-1, size, CHANNELS)[:, :, 0]
+    changes = numpy.count_nonzero(numpy.diff(pieces < 0, axis=1), axis=1)
+    pitches = numpy.floor(changes * RATE / (2 * size) / 100 + 0.5).astype(int) * 100
+    pitches[numpy.sqrt(numpy.mean(numpy.square(pieces), axis=1)) < 0.01] = 0
+    found = []
+    for start, end in pairwise([0, *(numpy.flatnonzero(numpy.diff(pitches)) + 1), len(pitches)]):
+        if end - start >= 2 and pitches[start]:
+            inside = samples[start * size + size // 2 : end * size - size // 2]
+            levels = level(inside[:, 0]), level(inside[:, 1])
+            found.append(Note(int(pitches[start]), (end - start) * size / RATE, levels))
+    return found
 
 
 def peak_at(samples: Samples, tone: float) -> float:

@@ -10,11 +10,12 @@ from harness.samples import CHANNELS, RATE, Samples
 TONE_PEAK = 0.5
 
 
-def write_tone(file: Path, frequency: float, seconds: float = 3.0) -> None:
+def write_tone(file: Path, frequency: float, seconds: float = 3.0, rate: int = RATE, channels: int = 1) -> None:
     """Writes a steady tone as MP3, its folder included."""
     file.parent.mkdir(parents=True, exist_ok=True)
-    time = numpy.arange(round(seconds * RATE)) / RATE
-    soundfile.write(file, TONE_PEAK * numpy.sin(2 * numpy.pi * frequency * time), RATE, format="MP3")
+    time = numpy.arange(round(seconds * rate)) / rate
+    tone = TONE_PEAK * numpy.sin(2 * numpy.pi * frequency * time)
+    soundfile.write(file, numpy.stack([tone] * channels, axis=1), rate, format="MP3")
 
 
 def read_clip(file: Path) -> Samples:

@@ -5,22 +5,25 @@ from pathlib import Path
 import numpy
 
 from harness.analysis import is_silent, onset
-from harness.desktop import Desktop
 from harness.samples import CHANNELS, RATE, Samples
+from harness.sound_server import DEVICE, SoundServer
 from harness.waiting import wait_until
+
+FORMAT = ["--format=float32le", f"--rate={RATE}", f"--channels={CHANNELS}", "--raw"]
+COMMAND = ["parec", "-d", f"{DEVICE}.monitor", "--latency-msec=5", *FORMAT]
 
 
 class Recorder:
-    """Records what a sound server's sink plays, from the first frame on, for as long as the desktop lasts."""
+    """Records what a sound server's sink plays, from the first frame on, for as long as the server runs."""
 
-    def __init__(self, desktop: Desktop, file: Path) -> None:
+    def __init__(self, server: SoundServer, file: Path) -> None:
         self._file = file
         with file.open("wb") as output:
-            desktop.start(
-                [Path(__file__).parent / "sound-recorder"],
-                stdout=output,
-                stderr=desktop.log("recorder"),
-            )
+            server.user.start(COMMAND, stdout=output, stderr=server.user.log("recorder"))
+        wait_until(lambda: server.control("list", "short", "source-outputs"), "the recorder to be connected")
+        # Resumed, the device takes up the recorder's short pieces at once, and not after a first one of 2 s.
+        server.control("suspend-sink", DEVICE, "1")
+        server.control("suspend-sink", DEVICE, "0")
         wait_until(lambda: self.length > 0, "the recording to grow")
 
     @property
