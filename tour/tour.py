@@ -74,7 +74,7 @@ class Tour:
         self._picture("check-passed")
         self._application.press("Continue")
         amplitude = self._application.wait_for_slaps(1).amplitude
-        self._report(Slap(HARD, amplitude, first), self._recorder.wait_for_silence(), [TEST_CLIP], TEST_AMPLITUDE)
+        self._report(Slap(HARD, amplitude, first), self._recorder.wait_for_end(first), [TEST_CLIP], TEST_AMPLITUDE)
         self._picture("main-window")
         self._application.press("Start listening")
 
@@ -85,13 +85,14 @@ class Tour:
         self._application.wait_for(f"Listening with {pack} sounds. Slap away.")
         clips = [clip for clip in self._clips if clip.startswith(pack.lower() + "/")]
         for peak in (SOFT, HARD):
-            self._report(self._slap(peak), self._recorder.wait_for_silence(), clips)
+            slap = self._slap(peak)
+            self._report(slap, self._recorder.wait_for_end(slap.first), clips)
         series = []
         for peak in SERIES:
             series.append(self._slap(peak))
             self._recorder.pass_time(APART)
         self._picture(pack.lower())
-        ends = [slap.first for slap in series[1:]] + [self._recorder.wait_for_silence()]
+        ends = [slap.first for slap in series[1:]] + [self._recorder.wait_for_end(series[-1].first)]
         for slap, end in zip(series, ends):
             self._report(slap, end, clips)
 

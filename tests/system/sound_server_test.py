@@ -23,10 +23,10 @@ class SoundServerTest(SystemTest):
         self.start_sound()
         self.expect_sound_after_slap()
 
-    def test_a_sound_server_that_dies_is_missed_by_nobody_once_it_is_back(self) -> None:
+    def test_a_sound_server_that_died_and_came_back_plays_the_next_clip(self) -> None:
         self.start_sound()
         self.start_on_main_view()
-        self.listen()
+        self.listen_and_hear()
         self.expect_sound_after_slap()
         self.sound_server.kill()
         self.slap_until_counted(self.application.counter().count + 1)
@@ -36,7 +36,7 @@ class SoundServerTest(SystemTest):
     def test_a_frozen_sound_server_does_not_freeze_the_window(self) -> None:
         self.start_sound()
         self.start_on_main_view()
-        self.listen()
+        self.listen_and_hear()
         self.expect_sound_after_slap()
         self.sound_server.freeze()
         self.slap_until_counted(self.application.counter().count + 3)
@@ -50,7 +50,7 @@ class SoundServerTest(SystemTest):
     def test_the_application_ends_although_the_sound_server_is_frozen(self) -> None:
         self.start_sound()
         self.start_on_main_view()
-        self.listen()
+        self.listen_and_hear()
         self.expect_sound_after_slap()
         self.sound_server.freeze()
         self.slap_until_counted(self.application.counter().count + 1)

@@ -57,6 +57,12 @@ class SystemTest(unittest.TestCase):
         self.application.press("Start listening")
         self.application.wait_for_slaps(1)
 
+    def listen_and_hear(self) -> None:
+        """Presses Start, and waits for the clip that answers the first sample and for its end."""
+        before = self.recorder.length
+        self.listen()
+        self.recorder.wait_for_end(before)
+
     def slap_until(self, felt: Callable[[], bool], what: str, slap: Callable[[], object] | None = None) -> None:
         """Slaps again and again, no faster than slaps are told apart, until one is felt."""
         slapped = -math.inf

@@ -63,11 +63,17 @@ class Recorder:
 
     def wait_for_silence(self, seconds: float = 0.1) -> int:
         """Waits until nothing has been heard for some time from now on, and returns the frame after it."""
-        begin = self.length
+        return self._wait_for_silence_after(self.length, seconds)
+
+    def wait_for_end(self, first: int, seconds: float = 0.1) -> int:
+        """Waits for a sound at or after the frame `first`, then for its end, and returns the frame after some silence."""
+        return self._wait_for_silence_after(self.wait_for_sound(first), seconds)
+
+    def _wait_for_silence_after(self, first: int, seconds: float) -> int:
         frames = round(seconds * RATE)
 
         def look() -> int | None:
             end = self.length
-            return end if end - frames >= begin and is_silent(self.samples(end - frames, end)) else None
+            return end if end - frames >= first and is_silent(self.samples(end - frames, end)) else None
 
         return wait_until(look, "silence")
