@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <concepts>
+#include <optional>
 #include <string_view>
 #include <type_traits>
 
@@ -53,7 +54,7 @@ public:
     std::vector<std::uint8_t> bytes;
 };
 
-// Takes a packet apart from front to back. What is not there reads as nothing and makes the whole packet unusable.
+// Takes a packet apart from front to back. What is missing reads as 0 or empty and makes the whole packet unusable.
 class Parser {
 public:
     explicit Parser(std::span<const std::uint8_t> packet) : rest(packet) {}
@@ -120,6 +121,7 @@ PropertyWrite parsePropertyWrite(Parser& parser) {
     return write;
 }
 
+// Nothing for a kind that does not exist.
 std::optional<Message> parse(Parser& parser) {
     switch (Kind{parser.integer<std::uint8_t>()}) {
     case Kind::serviceHello:
@@ -166,10 +168,11 @@ std::vector<std::uint8_t> encode(const Message& message) {
     return std::visit(Encoder{}, message);
 }
 
-std::optional<Message> decode(std::span<const std::uint8_t> packet) {
+tl::expected<Message, std::error_code> decode(std::span<const std::uint8_t> packet) {
     Parser parser(packet);
     auto message = parse(parser);
-    return parser.isWhole() ? message : std::nullopt;
+    if (!message || !parser.isWhole()) return tl::unexpected(std::make_error_code(std::errc::bad_message));
+    return *std::move(message);
 }
 
 } // namespace quiverly::laptop

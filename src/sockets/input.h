@@ -7,13 +7,13 @@
 
 namespace quiverly {
 
-// An input to wait for, by its descriptor; a negative one is passed over.
+// An input to wait for, by its descriptor; a negative one is ignored.
 inline pollfd inputOf(int descriptor) {
     return {.fd = descriptor, .events = POLLIN, .revents = 0};
 }
 
-// Waits until something can be read from one of the inputs, whose `revents` tell which, or the time is over; signals do
-// not cut it short. Whether there is something to read. Without inputs it rests until the time is over.
+// Waits until something can be read from one of the inputs or the time is over; signals do not cut the wait short. True
+// when there is something to read; `revents` tell where. Without inputs it rests until the time is over.
 bool waitForInput(std::span<pollfd> inputs, std::chrono::nanoseconds longest);
 
 } // namespace quiverly

@@ -10,18 +10,18 @@
 
 #include "sockets/FileDescriptor.h"
 
-// What the sockets have in common over which programs of one user talk to each other: Unix-domain sockets that keep
-// packets apart, and both ends trust the user they run as, nobody else.
+// Sockets over which programs of one user talk to each other: Unix-domain sockets that keep packets apart. Each end
+// trusts the user it runs as, and no other.
 namespace quiverly {
 
 // $XDG_RUNTIME_DIR; nothing where that is unset or relative.
 std::optional<std::filesystem::path> runtimeFolder();
 
-// A folder itself, no link to one, which belongs to the user this program runs as and is open to nobody else.
+// Whether it is a folder, not a link to one, that belongs to the user this program runs as and is open to no other.
 bool isPrivate(const std::filesystem::path& folder);
 
-// Where a socket is: a file, or a name that no file marks and that does not outlive the sockets bound to it. Either
-// has at most 107 bytes.
+// The address of a socket: a file, or an abstract name, which is free again when the sockets bound to it are closed.
+// Either has at most 107 bytes.
 class SocketAddress {
 public:
     static constexpr std::size_t longest = sizeof(sockaddr_un{}.sun_path) - 1;
@@ -39,7 +39,7 @@ private:
     socklen_t size;
 };
 
-// A new socket, whose calls never wait; none when the system has none to give.
+// A new socket, whose calls never wait; none, and errno says why, when the system refuses one.
 FileDescriptor packetSocket();
 
 // Whether the program at the other end of a connected socket runs as that user.

@@ -25,8 +25,8 @@ struct Heard {
 
 Script script() {
     auto read = readScript(QUIVERLY_SCRIPT);
-    if (const auto* mistake = std::get_if<command::Mistake>(&read)) throw std::runtime_error(mistake->text);
-    return std::get<Script>(read);
+    if (!read) throw std::runtime_error(read.error());
+    return *read;
 }
 
 // What somebody hears who listens with this pack while the script is played.
@@ -43,7 +43,7 @@ std::vector<Heard> heardWith(SoundPack pack) {
         heard.push_back({amplitude, std::stoi(file.stem().string())});
     };
     std::chrono::milliseconds now{};
-    for (const command::Timed& timed : script()) {
+    for (const TimedCommand& timed : script()) {
         felt.feel(static_cast<int>((timed.due - now).count()));
         now = timed.due;
         felt.motion.slap(std::get<command::Slap>(timed.command).blow);

@@ -11,7 +11,8 @@
 #include <thread>
 #include <utility>
 
-#include "laptop/socket.h"
+#include "laptop/SocketPlace.h"
+#include "laptop/transport.h"
 #include "sockets/FileDescriptor.h"
 #include "sockets/input.h"
 #include "sockets/user_socket.h"
@@ -25,7 +26,7 @@ public:
     // waiting end when the fake laptop does.
     using Serve = std::function<void(int socket)>;
 
-    explicit FakeLaptop(Serve serve, laptop::SocketPlace place = laptop::socketPlace())
+    explicit FakeLaptop(Serve serve, laptop::SocketPlace place = laptop::SocketPlace::ofThisUser())
         : serve(std::move(serve)), place(std::move(place)) {
         const auto address = SocketAddress::ofFile(this->place.socket());
         EXPECT_EQ(::bind(listener.get(), address.get(), address.length()), 0);
@@ -63,14 +64,14 @@ public:
     }
 
     static void serveByTheRules(int socket) {
-        serveByTheRules(socket, [socket](const auto& message) { return laptop::send(socket, message); });
+        serveByTheRules(socket, [socket](const auto& message) { return laptop::send(socket, message).has_value(); });
     }
 
     // Nothing at the end of the connection.
     static std::optional<laptop::Message> nextMessage(int socket) {
         pollfd input = inputOf(socket);
         waitForInput({&input, 1}, std::chrono::minutes(1));
-        return laptop::receive(socket).message;
+        return laptop::receive(socket).value_or(std::nullopt);
     }
 
     static void waitForTheEnd(int socket) {

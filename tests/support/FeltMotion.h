@@ -9,8 +9,8 @@
 #include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 #include "sensing/AccelerometerReader.h"
+#include "tools/simulate/InputReport.h"
 #include "tools/simulate/Motion.h"
-#include "tools/simulate/wire_report.h"
 
 namespace quiverly {
 
@@ -28,7 +28,7 @@ public:
     void feel(int reports) {
         for (int count = 0; count < reports; ++count) {
             platform.calendar.advance(std::chrono::milliseconds(1));
-            const WireReport report = wireReport(motion.next(), ++number);
+            const InputReport report = inputReport(motion.next(), ++number);
             Inspector::handleReport(reader, report.data(), std::ssize(report));
         }
     }

@@ -24,8 +24,8 @@ public:
         if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) std::abort();
         commands = FileDescriptor(ends[0]);
         input = FileDescriptor(ends[1]);
-        EXPECT_TRUE(simulator.open()) << errors.str();
-        thread = std::thread([this] { simulator.run(input.get(), -1); });
+        EXPECT_TRUE(simulator.open());
+        thread = std::thread([this] { EXPECT_TRUE(simulator.run(input.get(), -1)); });
     }
     ~LiveLaptop() { quit(); }
     LiveLaptop(const LiveLaptop&) = delete;
@@ -36,7 +36,7 @@ public:
         EXPECT_EQ(::write(commands.get(), line.data(), line.size()), std::ssize(line));
     }
 
-    // What it has said, and what it has complained of, by its end.
+    // Ends it. All that it has said and complained of.
     std::string quit() {
         if (thread.joinable()) {
             tell("quit");

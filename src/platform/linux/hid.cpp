@@ -1,63 +1,39 @@
 #include "platform/hid.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <span>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
-#include "platform/linux/sensors/sensor.h"
-#include "platform/linux/sensors/simulated_laptop.h"
+#include "laptop/transport.h"
+#include "platform/linux/sensors/SensorService.h"
+#include "platform/linux/sensors/laptop_source.h"
+#include "sockets/FileDescriptor.h"
 #include "sockets/input.h"
 
 namespace quiverly {
-
-namespace {
-
-// The kinds of sensors, in the order in which they are asked. A kind is asked only if the walk over the services gets
-// that far.
-constexpr sensors::FindServices sources[] = {sensors::findSimulatedLaptop};
-
-hid::ReturnCode returnCode(int error) {
-    switch (error) {
-    case 0:
-        return hid::success;
-    case EACCES:
-    case EPERM:
-        return hid::notPermitted;
-    case EBUSY:
-        return hid::exclusiveAccess;
-    case ENODEV:
-        return hid::noDevice;
-    default:
-        return hid::generalError;
-    }
-}
-
-} // namespace
 
 struct hid::Matching {
     std::string className;
 };
 
 struct hid::Services {
-    std::string className;
-    std::size_t nextSource = 0;
-    std::vector<std::unique_ptr<sensors::Service>> found = {}; // by the source asked last, in reverse
+    std::vector<SensorService> found; // by all sources, in the order in which they were asked
+    std::size_t next = 0;
 };
 
-struct hid::Service {
-    std::unique_ptr<sensors::Service> service;
-};
+struct hid::Service : SensorService {};
 
 struct hid::Properties {
-    sensors::Properties values;
+    SensorService::Properties values;
 };
 
 struct hid::Device {
-    std::unique_ptr<sensors::Device> device;
+    SensorService::Open openSensor;
+    FileDescriptor reports = {}; // while open
     std::span<std::uint8_t> buffer = {};
     InputReportCallback callback = nullptr;
     void* context = nullptr;
@@ -65,12 +41,19 @@ struct hid::Device {
 
 namespace {
 
-// The devices scheduled on one thread. A device that has ended stays, but is not waited for any more.
+hid::ReturnCode returnCode(const std::error_code& error) {
+    if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted) return hid::notPermitted;
+    if (error == std::errc::device_or_resource_busy) return hid::exclusiveAccess;
+    if (error == std::errc::no_such_device) return hid::noDevice;
+    return hid::generalError;
+}
+
+// The devices scheduled on one thread. A device that is gone stays, but is not waited for any more.
 class RunLoop {
 public:
     void add(hid::Device& device) {
         devices.push_back(&device);
-        inputs.push_back(inputOf(device.device->descriptor()));
+        inputs.push_back(inputOf(device.reports.get()));
     }
 
     void remove(const hid::Device& device) {
@@ -88,11 +71,11 @@ public:
 
 private:
     static void read(hid::Device& device, pollfd& input) {
-        const sensors::Reading reading = device.device->read(device.buffer);
-        if (reading.kind == sensors::Reading::Kind::ended) input.fd = -1;
-        if (reading.kind != sensors::Reading::Kind::report) return;
+        const auto length = laptop::receiveReport(input.fd, device.buffer);
+        if (!length && length.error() != std::errc::interrupted) input.fd = -1;
+        if (!length || !*length) return;
         device.callback(device.context, hid::success, nullptr, 0, 0, device.buffer.data(),
-                        static_cast<std::ptrdiff_t>(reading.length));
+                        static_cast<std::ptrdiff_t>(**length));
     }
 
     std::vector<hid::Device*> devices;
@@ -128,23 +111,16 @@ hid::Handle<hid::Matching> hid::matchingClass(const char* className) {
 }
 
 hid::Handle<hid::Services> hid::findServices(Handle<Matching> matching) {
-    return Handle<Services>(new Services{.className = std::move(matching->className)});
+    return Handle<Services>(new Services{.found = findSimulatedLaptop(matching->className)});
 }
 
 hid::Handle<hid::Service> hid::nextService(Services& services) {
-    while (services.found.empty()) {
-        if (services.nextSource == std::size(sources)) return nullptr;
-        services.found = sources[services.nextSource++](services.className);
-        std::ranges::reverse(services.found);
-    }
-    Handle<Service> next(new Service{std::move(services.found.back())});
-    services.found.pop_back();
-    return next;
+    if (services.next == services.found.size()) return nullptr;
+    return Handle<Service>(new Service{std::move(services.found[services.next++])});
 }
 
 hid::Handle<hid::Properties> hid::readProperties(const Service& service) {
-    auto values = service.service->properties();
-    return values ? Handle<Properties>(new Properties{std::move(*values)}) : nullptr;
+    return Handle<Properties>(new Properties{service.properties});
 }
 
 std::optional<std::int64_t> hid::integerProperty(const Properties& properties, const char* key) {
@@ -155,20 +131,22 @@ std::optional<std::int64_t> hid::integerProperty(const Properties& properties, c
 }
 
 void hid::setProperty(Service& service, const char* key, std::int32_t value) {
-    service.service->setProperty(key, value);
+    service.setProperty(key, value);
 }
 
 hid::Handle<hid::Device> hid::createDevice(const Service& service) {
-    auto device = service.service->createDevice();
-    return device ? Handle<Device>(new Device{.device = std::move(device)}) : nullptr;
+    return Handle<Device>(new Device{.openSensor = service.open});
 }
 
 hid::ReturnCode hid::open(Device& device) {
-    return returnCode(device.device->open());
+    auto reports = device.openSensor();
+    if (!reports) return returnCode(reports.error());
+    device.reports = *std::move(reports);
+    return success;
 }
 
 void hid::close(Device& device) {
-    device.device->close();
+    device.reports.reset();
 }
 
 void hid::registerInputReportCallback(Device& device, std::uint8_t* buffer, std::ptrdiff_t size,

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -11,8 +10,6 @@
 namespace quiverly::command {
 
 namespace {
-
-constexpr std::string_view blanks = " \t\r";
 
 std::vector<std::string_view> wordsOf(std::string_view line) {
     std::vector<std::string_view> words;
@@ -25,7 +22,7 @@ std::vector<std::string_view> wordsOf(std::string_view line) {
 }
 
 using Words = std::span<const std::string_view>;
-using Result = std::variant<Command, Mistake>;
+using Result = tl::expected<Command, std::string>;
 
 // One number of a command: above `least`, up to `most`.
 struct Range {
@@ -33,19 +30,16 @@ struct Range {
     double least, most;
 };
 
-std::optional<Mistake> read(std::string_view word, const Range& range, double& value) {
-    const auto read = Decimal::finiteNumber(word);
-    if (read && *read > range.least && *read <= range.most) {
-        value = *read;
-        return std::nullopt;
-    }
+tl::expected<double, std::string> read(std::string_view word, const Range& range) {
+    const auto value = Decimal::finiteNumber(word);
+    if (value && *value > range.least && *value <= range.most) return *value;
     const auto text = [](double bound) { return std::to_string(static_cast<int>(bound)); };
-    return Mistake{std::string(range.name) + " is a number above " + text(range.least) + " and up to " +
-                   text(range.most)};
+    return tl::unexpected(std::string(range.name) + " is a number above " + text(range.least) + " and up to " +
+                          text(range.most));
 }
 
 Result slap(Words words) {
-    if (words.empty() || words.size() > 3) return Mistake{"usage: slap PEAK [FREQUENCY [DECAY]]"};
+    if (words.empty() || words.size() > 3) return tl::make_unexpected("usage: slap PEAK [FREQUENCY [DECAY]]");
     Blow blow{.peak = 0.0};
     struct {
         Range range;
@@ -56,13 +50,16 @@ Result slap(Words words) {
         {{.name = "DECAY (seconds)", .least = 0.0, .most = 10.0}, blow.decay},
     };
     for (std::size_t index = 0; index < words.size(); ++index) {
-        if (auto mistake = read(words[index], settings[index].range, settings[index].value)) return *mistake;
+        const auto value = read(words[index], settings[index].range);
+        if (!value) return tl::unexpected(value.error());
+        settings[index].value = *value;
     }
     return Slap{blow};
 }
 
 Result tilt(Words words) {
-    const Mistake usage{"usage: tilt X Y Z, the direction in which a sensor at rest feels its 1 g, not all zero"};
+    const auto usage =
+        tl::make_unexpected("usage: tilt X Y Z, the direction in which a sensor at rest feels its 1 g, not all zero");
     if (words.size() != 3) return usage;
     const auto x = Decimal::finiteNumber(words[0]);
     const auto y = Decimal::finiteNumber(words[1]);
@@ -75,7 +72,7 @@ Result tilt(Words words) {
 
 template<class Plain>
 Result plain(Words words) {
-    if (!words.empty()) return Mistake{"this command stands alone"};
+    if (!words.empty()) return tl::make_unexpected("nothing follows this command");
     return Plain{};
 }
 
@@ -90,47 +87,30 @@ constexpr Entry entries[] = {
     {"deny", plain<Deny>}, {"allow", plain<Allow>},   {"quit", plain<Quit>},
 };
 
-Result parseWords(Words words) {
-    if (words.empty()) return Mistake{"a command is missing"};
-    const auto entry = std::ranges::find(entries, words.front(), &Entry::name);
-    if (entry != std::end(entries)) return entry->parse(words.subspan(1));
-    return Mistake{"unknown command \"" + std::string(words.front()) + '"'};
-}
-
 } // namespace
 
 const std::string_view help = R"(Commands:
   slap PEAK [FREQUENCY [DECAY]]  slap: g, Hz (18), seconds (0.05)
-  type, walk                     somebody types, or carries the laptop, until rest
+  type, walk                     is typed on; is carried; until rest
   rest                           lies still
   tilt X Y Z                     lies turned, with its 1 g in that direction
   sleep, wake                    stays connected but reports nothing; reports again
   vanish, appear                 the sensor is gone; is back
-  deny, allow                    nobody may open the sensor; everybody of this user may
+  deny, allow                    opening the sensor is not permitted; is permitted
   quit                           ends the program
 )";
 
-bool saysNothing(std::string_view line) {
+bool isRemark(std::string_view line) {
     const auto first = line.find_first_not_of(blanks);
     return first == std::string_view::npos || line[first] == '#';
 }
 
-std::variant<Command, Mistake> parse(std::string_view line) {
-    return parseWords(wordsOf(line));
-}
-
-std::variant<Timed, Mistake> parseTimed(std::string_view line) {
-    constexpr double longest = 1e9; // seconds
+Result parse(std::string_view line) {
     const auto words = wordsOf(line);
-    const auto seconds = words.empty() ? std::nullopt : Decimal::finiteNumber(words.front());
-    if (!seconds || *seconds < 0.0 || *seconds > longest) {
-        return Mistake{"a line begins with the time of its command, in seconds"};
-    }
-    auto parsed = parseWords(Words(words).subspan(1));
-    if (auto* mistake = std::get_if<Mistake>(&parsed)) return std::move(*mistake);
-    return Timed{.due = std::chrono::milliseconds(std::llround(*seconds * 1000.0)),
-                 .command = std::get<Command>(parsed),
-                 .text = std::string(line)};
+    if (words.empty()) return tl::make_unexpected("a command is missing");
+    const auto entry = std::ranges::find(entries, words.front(), &Entry::name);
+    if (entry == std::end(entries)) return tl::unexpected("unknown command \"" + std::string(words.front()) + '"');
+    return entry->parse(Words(words).subspan(1));
 }
 
 } // namespace quiverly::command

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <chrono>
 #include <string>
 #include <string_view>
 #include <variant>
+
+#include <tl/expected.hpp>
 
 #include "tools/simulate/Motion.h"
 
@@ -23,30 +24,20 @@ struct Sleep {};  // stays connected, reports nothing
 struct Wake {};   // reports again
 struct Vanish {}; // the sensor is gone: connections end, the socket disappears
 struct Appear {}; // and is back
-struct Deny {};   // who asks to open the sensor from now on is not permitted to
-struct Allow {};
+struct Deny {};   // opening the sensor is not permitted from now on
+struct Allow {};  // and is again
 struct Quit {};
 
 using Command = std::variant<Slap, Rest, Tilt, Type, Walk, Sleep, Wake, Vanish, Appear, Deny, Allow, Quit>;
 
-// Why a line is no command, for the eyes of who wrote it.
-struct Mistake {
-    std::string text;
-};
-
-// One for each command, in the order of a manual.
+// One line for each command, in the order of a manual.
 extern const std::string_view help;
 
-// Words are separated by blanks (space, tab). A line without words, or whose first one begins with '#', says nothing.
-bool saysNothing(std::string_view line);
-std::variant<Command, Mistake> parse(std::string_view line);
+// What stands between words. A line without words, or whose first one begins with '#', is a remark.
+inline constexpr std::string_view blanks = " \t\r";
+bool isRemark(std::string_view line);
 
-// A command behind the time at which it is due, in seconds: "2.5 slap 0.6".
-struct Timed {
-    std::chrono::milliseconds due;
-    Command command;
-    std::string text; // the whole line
-};
-std::variant<Timed, Mistake> parseTimed(std::string_view line);
+// The error says what is wrong with the line.
+tl::expected<Command, std::string> parse(std::string_view line);
 
 } // namespace quiverly::command

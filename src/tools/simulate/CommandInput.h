@@ -7,15 +7,14 @@
 
 namespace quiverly {
 
-// The lines that come in at a descriptor.
+// The lines that come in at a descriptor; the caller waits for them.
 //
-// It is the caller who waits. A read that fails, as one from a terminal does while the program is in the background, is
-// tried again a second later; only the end of the input is its end.
+// A read that fails, as one from a terminal does while the program is in the background, is tried again a second later.
 class CommandInput {
 public:
     static constexpr std::size_t longestLine = 1000; // bytes
 
-    // The descriptor stays the caller's; a negative one has no lines.
+    // The caller keeps owning the descriptor; a negative one has no lines.
     explicit CommandInput(int descriptor) : input(descriptor) {}
 
     // What to wait for: negative after the end, and during the pause after a failed read.
@@ -24,8 +23,8 @@ public:
     // What is left of that pause; nothing while there is none.
     std::optional<std::chrono::nanoseconds> pause() const;
 
-    // The lines that one read completes, without their ends; the last line of the input may lack one. Of a line that is
-    // too long there is one byte more than longestLine. Waits if there is nothing to read yet.
+    // The lines that one read completes, without their ends; the last line of the input may lack one. A line that is
+    // too long is cut to one byte more than longestLine. Waits if there is nothing to read yet.
     std::vector<std::string> read();
 
 private:

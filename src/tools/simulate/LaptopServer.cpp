@@ -3,27 +3,35 @@
 #include <fcntl.h>
 #include <sys/socket.h>
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 
+#include "laptop/transport.h"
 #include "sockets/input.h"
 #include "sockets/user_socket.h"
-#include "tools/simulate/registry.h"
 
 namespace quiverly {
 
 namespace {
 
-bool sendHellos(int socket) {
-    const auto entries = registry();
-    return std::ranges::all_of(entries, [&](const auto& entry) { return laptop::send(socket, entry.hello); }) &&
-           laptop::send(socket, laptop::EndOfServices{});
+tl::expected<void, std::error_code> sendHellos(int socket) {
+    for (const auto& service : LaptopRegistry::services()) {
+        const auto sent = laptop::send(socket, service);
+        if (!sent) return sent;
+    }
+    return laptop::send(socket, laptop::EndOfServices{});
+}
+
+std::int32_t errorNumber(const tl::expected<void, std::error_code>& result) {
+    return result ? 0 : result.error().value();
+}
+
+auto refused(std::errc reason) {
+    return tl::unexpected(std::make_error_code(reason));
 }
 
 } // namespace
 
-std::optional<std::string> LaptopServer::appear() {
+tl::expected<void, std::string> LaptopServer::appear() {
     return listener.show();
 }
 
@@ -59,7 +67,7 @@ FileDescriptor LaptopServer::openSpare() {
     return FileDescriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC));
 }
 
-// A client that nobody takes in would keep the laptop awake for ever.
+// A client that waits to be accepted would end every wait for input at once.
 void LaptopServer::turnAway() {
     if (errno != EMFILE && errno != ENFILE) return;
     spare.reset();
@@ -69,55 +77,52 @@ void LaptopServer::turnAway() {
 }
 
 void LaptopServer::handle(Client& client) {
-    const laptop::Incoming incoming = laptop::receive(client.socket.get());
-    bool kept = !incoming.ended;
-    if (incoming.message) kept = answer(client, *incoming.message);
-    client.gone = !kept;
+    const auto message = laptop::receive(client.socket.get());
+    const bool keepsTheRules = message && (!*message || answer(client, **message));
+    client.gone = !keepsTheRules;
 }
 
 // Whether the client kept the rules.
 bool LaptopServer::answer(Client& client, const laptop::Message& message) {
+    const int socket = client.socket.get();
     if (const auto* write = std::get_if<laptop::PropertyWrite>(&message)) {
-        return laptop::send(client.socket.get(), laptop::PropertyAnswer{writeProperty(*write)});
+        return laptop::send(socket, laptop::PropertyAnswer{errorNumber(writeProperty(*write))}).has_value();
     }
     if (const auto* request = std::get_if<laptop::OpenRequest>(&message)) {
-        return laptop::send(client.socket.get(), laptop::OpenAnswer{open(client, request->service)});
+        return laptop::send(socket, laptop::OpenAnswer{errorNumber(open(client, request->service))}).has_value();
     }
     return false;
 }
 
-int LaptopServer::writeProperty(const laptop::PropertyWrite& write) {
-    if (write.service >= registry().size()) return ENODEV;
-    const Role role = registry()[write.service].role;
-    if (role != Role::accelerometerDriver) return 0;
-    say(write.key + " = " + std::to_string(write.value));
-    return driver.write(write.key, write.value);
+tl::expected<void, std::error_code> LaptopServer::writeProperty(const laptop::PropertyWrite& write) {
+    if (write.service == LaptopRegistry::driver) say(write.key + " = " + std::to_string(write.value));
+    return registry.write(write.service, write.key, write.value);
 }
 
-int LaptopServer::open(Client& client, std::uint8_t service) {
-    if (service >= registry().size() || registry()[service].role != Role::accelerometer) return ENODEV;
-    if (openError != 0) return openError;
-    if (client.hasOpened) return EBUSY;
+tl::expected<void, std::error_code> LaptopServer::open(Client& client, std::uint8_t service) {
+    if (service != LaptopRegistry::accelerometer) return refused(std::errc::no_such_device);
+    if (!isPermitted) return refused(std::errc::operation_not_permitted);
+    if (client.hasOpened) return refused(std::errc::device_or_resource_busy);
     client.hasOpened = true;
-    driver.deviceOpened();
+    registry.accelerometerOpened();
     say("client " + std::to_string(client.number) + " opened the accelerometer");
-    return 0;
+    return {};
 }
 
 void LaptopServer::report(std::span<const std::uint8_t> bytes) {
-    std::array<std::uint8_t, 1 + laptop::maximumReport> packet = {laptop::reportMark};
-    std::ranges::copy(bytes, packet.begin() + 1);
     for (Client& client : clients) {
-        if (client.hasOpened) send(client, std::span(packet).first(1 + bytes.size()));
+        if (client.hasOpened) sendReport(client, bytes);
     }
     forgetGone();
 }
 
-void LaptopServer::send(Client& client, std::span<const std::uint8_t> packet) {
-    if (::send(client.socket.get(), packet.data(), packet.size(), MSG_DONTWAIT | MSG_NOSIGNAL) >= 0) {
+void LaptopServer::sendReport(Client& client, std::span<const std::uint8_t> bytes) {
+    const auto sent = laptop::sendReport(client.socket.get(), bytes);
+    if (sent) {
         ++client.sent;
-    } else if (errno == EAGAIN || errno == EWOULDBLOCK || errno == ENOBUFS || errno == EINTR) {
-        ++client.dropped;
+    } else if (sent.error() == std::errc::resource_unavailable_try_again ||
+               sent.error() == std::errc::no_buffer_space) {
+        ++client.dropped; // its queue is full
     } else {
         client.gone = true;
     }
@@ -126,7 +131,7 @@ void LaptopServer::send(Client& client, std::span<const std::uint8_t> packet) {
 void LaptopServer::forgetGone() {
     for (const Client& client : clients) {
         if (!client.gone) continue;
-        if (client.hasOpened) driver.deviceClosed();
+        if (client.hasOpened) registry.accelerometerClosed();
         say("client " + std::to_string(client.number) + " left after " + std::to_string(client.sent) + " reports, " +
             std::to_string(client.dropped) + " dropped");
     }

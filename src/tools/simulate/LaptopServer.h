@@ -4,39 +4,41 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <span>
 #include <string>
+#include <system_error>
 #include <vector>
 
+#include <tl/expected.hpp>
+
 #include "laptop/protocol.h"
+#include "tools/simulate/LaptopRegistry.h"
 #include "tools/simulate/ListeningSocket.h"
-#include "tools/simulate/SensorDriver.h"
 
 namespace quiverly {
 
-// The simulated laptop's end of all connections: names its services, takes driver properties, opens the accelerometer,
-// hands reports on.
+// The laptop's end of all connections: names the services, takes driver properties, opens the accelerometer, sends its
+// reports.
 //
 // Never waits for a client. One that does not read loses reports, which are counted; one that breaks the rules or is
 // another user's is disconnected. One thread.
 class LaptopServer {
 public:
-    // Told what happens, a line each.
+    // `say` is told what happens, a line each.
     explicit LaptopServer(std::function<void(const std::string& event)> say) : say(std::move(say)) {}
 
-    std::optional<std::string> appear(); // nothing, or why the socket cannot be shown
+    // Shows the socket. The error says why it cannot be shown.
+    tl::expected<void, std::string> appear();
     void vanish();
     std::string address() const { return listener.path().string(); }
 
-    // What who asks to open the accelerometer from now on is answered: 0 or an error number of the system (errno).
-    void setOpenError(int error) { openError = error; }
+    // Whether clients may open the accelerometer from now on.
+    void permit(bool permitted) { isPermitted = permitted; }
 
-    // Whether somebody gets reports now.
-    bool isReporting() const { return driver.isReporting(); }
-    void report(std::span<const std::uint8_t> bytes); // at most 256
+    bool isReporting() const { return registry.isReporting(); }
+    void report(std::span<const std::uint8_t> bytes); // to all who have the accelerometer open; at most 256 bytes
 
-    // What to wait for, added to `inputs`, and what came of it: the same part of `inputs`, after the wait.
+    // Adds what to wait for to `inputs`; after the wait, the same part of `inputs` is handled.
     void addInputs(std::vector<pollfd>& inputs) const;
     void handleInputs(std::span<const pollfd> inputs);
 
@@ -55,18 +57,18 @@ private:
     void turnAway();
     void handle(Client& client);
     bool answer(Client& client, const laptop::Message& message);
-    int writeProperty(const laptop::PropertyWrite& write);
-    int open(Client& client, std::uint8_t service);
-    void send(Client& client, std::span<const std::uint8_t> packet);
+    tl::expected<void, std::error_code> writeProperty(const laptop::PropertyWrite& write);
+    tl::expected<void, std::error_code> open(Client& client, std::uint8_t service);
+    static void sendReport(Client& client, std::span<const std::uint8_t> bytes);
     void forgetGone();
 
     std::function<void(const std::string& event)> say;
     ListeningSocket listener;
     FileDescriptor spare = openSpare(); // lets a client in to turn it away when no descriptor is left
-    SensorDriver driver;
+    LaptopRegistry registry;
     std::vector<Client> clients;
     int clientsSoFar = 0;
-    int openError = 0;
+    bool isPermitted = true;
 };
 
 } // namespace quiverly

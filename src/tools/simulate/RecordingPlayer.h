@@ -10,8 +10,8 @@
 
 namespace quiverly {
 
-// Gives out the reports of a recording at their times, the first one at time 0. Lines that are commands are passed
-// over: they steer the application, which a laptop cannot do. Constant memory however long the recording is.
+// Gives out the reports of a recording at their times, the first one at time 0. Lines that are commands are ignored:
+// they steer the application, which a laptop cannot do. Constant memory however long the recording is.
 class RecordingPlayer {
 public:
     explicit RecordingPlayer(const std::string& file);

@@ -6,7 +6,7 @@
 
 #include "sockets/input.h"
 #include "tools/simulate/CommandInput.h"
-#include "tools/simulate/wire_report.h"
+#include "tools/simulate/InputReport.h"
 
 namespace quiverly {
 
@@ -20,19 +20,15 @@ constexpr std::chrono::nanoseconds forever = std::chrono::hours(24);
 Simulator::Simulator(Options options, std::ostream& output, std::ostream& errors)
     : options(std::move(options)), output(output), errors(errors), motion(this->options.seed) {}
 
-bool Simulator::open() {
-    if (options.recording) recording = std::make_unique<RecordingPlayer>(*options.recording);
-    const auto problem = recording ? recording->problem() : std::nullopt;
-    const auto error = problem ? problem : server.appear();
-    if (error) {
-        complain(*error);
-        return false;
+tl::expected<void, std::string> Simulator::open() {
+    if (options.recording) {
+        recording = std::make_unique<RecordingPlayer>(*options.recording);
+        if (const auto problem = recording->problem()) return tl::unexpected(*problem);
     }
-    output << "quiverly-simulate: ready at " << server.address() << std::endl;
-    return true;
+    return server.appear().map([this] { output << "quiverly-simulate: ready at " << server.address() << std::endl; });
 }
 
-bool Simulator::run(int commands, int interruptions) {
+tl::expected<void, std::string> Simulator::run(int commands, int interruptions) {
     CommandInput input(commands);
     std::vector<pollfd> inputs;
     while (!finished) {
@@ -46,7 +42,7 @@ bool Simulator::run(int commands, int interruptions) {
         catchUp();
     }
     server.vanish();
-    return !failed;
+    return outcome;
 }
 
 Simulator::Milliseconds Simulator::now() const {
@@ -59,7 +55,7 @@ std::chrono::nanoseconds Simulator::untilNext() const {
     return forever;
 }
 
-// Time during which nobody listened needs no catching up.
+// There is nothing to catch up on for the time during which the sensor did not report.
 void Simulator::skipSilence() {
     if (isReporting()) return;
     next = std::max(next, now());
@@ -71,11 +67,11 @@ void Simulator::obeyLines(const std::vector<std::string>& lines) {
 }
 
 void Simulator::obeyLine(const std::string& line) {
-    if (line.size() > CommandInput::longestLine) return complain("a line of more than 1000 bytes is no command");
-    if (command::saysNothing(line)) return;
-    const auto parsed = command::parse(line);
-    if (const auto* mistake = std::get_if<command::Mistake>(&parsed)) return complain(mistake->text);
-    obey(std::get<command::Command>(parsed), line);
+    if (line.size() > CommandInput::longestLine) return complain("a line of more than 1000 bytes is not a command");
+    if (command::isRemark(line)) return;
+    const auto command = command::parse(line);
+    if (!command) return complain(command.error());
+    obey(*command, line);
 }
 
 void Simulator::catchUp() {
@@ -91,9 +87,9 @@ void Simulator::catchUp() {
 void Simulator::obeyScript() {
     Script& script = options.script;
     while (begin && !script.empty() && *begin + script.front().due <= next) {
-        const command::Timed timed = std::move(script.front());
+        const TimedCommand timed = std::move(script.front());
         script.pop_front();
-        obey(timed.command, timed.text);
+        obey(timed.command, timed.line);
     }
 }
 
@@ -101,7 +97,7 @@ void Simulator::sendReports() {
     if (recording) {
         playRecording();
     } else {
-        server.report(wireReport(motion.next(), ++reports));
+        server.report(inputReport(motion.next(), ++reports));
     }
 }
 
@@ -109,33 +105,34 @@ void Simulator::playRecording() {
     while (const auto report = recording->take(next - *begin)) server.report(*report);
     if (!recording->hasEnded()) return;
     if (const auto problem = recording->problem()) {
-        complain(*problem);
-        finished = failed = true;
+        outcome = tl::unexpected(*problem);
+        finished = true;
     }
     say("the recording has ended");
     recording.reset();
     asleep = true;
 }
 
-// What the recording holds for a time when nobody listens is lost.
+// What the recording holds for a time when the sensor does not report is lost.
 void Simulator::missRecording() {
     while (recording && begin && recording->take(next - *begin)) {
     }
 }
 
-void Simulator::obey(const command::Command& command, const std::string& text) {
-    say(text);
+void Simulator::obey(const command::Command& command, const std::string& line) {
+    say(line);
     std::visit([this](const auto& what) { apply(what); }, command);
 }
 
 void Simulator::apply(const command::Slap& slap) {
-    if (!isReporting()) return complain("nobody listens to the sensor: the slap is lost");
-    if (recording) return complain("a recording is played: the slap is lost");
+    if (!isReporting()) return complain("the sensor does not report now: the slap is lost");
+    if (recording) return complain("a recording is being played: the slap is lost");
     motion.slap(slap.blow);
 }
 
 void Simulator::apply(const command::Appear&) {
-    if (const auto error = server.appear()) complain(*error);
+    const auto shown = server.appear();
+    if (!shown) complain(shown.error());
 }
 
 void Simulator::say(const std::string& event) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <iosfwd>
@@ -8,6 +7,8 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+#include <tl/expected.hpp>
 
 #include "tools/simulate/Command.h"
 #include "tools/simulate/LaptopServer.h"
@@ -19,28 +20,27 @@ namespace quiverly {
 
 // The simulated laptop as a whole: its time, its commands, its motion, its sensor. One thread.
 //
-// It has a clock of milliseconds; at each of them the commands of the script that are due are obeyed and, when somebody
-// listens, one report is sent, or those of the recording that are due. Time 0 of script and recording is the first
-// report that anybody gets. After the end of the recording the laptop sleeps; awake again, it feels for itself.
+// It has a clock of milliseconds. At each of them it obeys the commands of the script that are due and, while the
+// sensor reports, sends one report, or those of the recording that are due. Time 0 of script and recording is the first
+// report. After the end of the recording the laptop sleeps; awake again, it reports its own motion.
 class Simulator {
 public:
     struct Options {
         std::uint64_t seed = 0;
         bool verbose = false;
         Script script = {};
-        std::optional<std::string> recording = {}; // a file whose reports are sent instead of what the laptop feels
+        std::optional<std::string> recording = {}; // a file whose reports are sent instead of its own motion
     };
 
     Simulator(Options options, std::ostream& output, std::ostream& errors);
 
-    // Shows the socket and says so on the output, the first line there. False, with the reason among the errors, when
-    // it cannot be shown or the recording is unusable from its first line on.
-    bool open();
+    // Shows the socket and says so in the first line of the output. The error says why it cannot be shown, or what is
+    // wrong with the recording up to its first report.
+    tl::expected<void, std::string> open();
 
-    // Obeys the lines that come in at `commands` until one is "quit" or `interruptions` has anything to read. The end
-    // of the commands is not the end of the laptop. False, with the reason among the errors, when the recording turns
-    // out to be unusable.
-    bool run(int commands, int interruptions);
+    // Obeys the lines that come in at `commands`, until one of them is "quit" or there is something to read at
+    // `interruptions`; goes on after the end of `commands`. The error says what is wrong with the recording.
+    tl::expected<void, std::string> run(int commands, int interruptions);
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -58,7 +58,7 @@ private:
     void playRecording();
     void missRecording();
 
-    void obey(const command::Command& command, const std::string& text);
+    void obey(const command::Command& command, const std::string& line);
     void apply(const command::Slap& slap);
     void apply(const command::Rest&) { motion.rest(); }
     void apply(const command::Tilt& tilt) { motion.tilt(tilt.up); }
@@ -68,8 +68,8 @@ private:
     void apply(const command::Wake&) { asleep = false; }
     void apply(const command::Vanish&) { server.vanish(); }
     void apply(const command::Appear&);
-    void apply(const command::Deny&) { server.setOpenError(EPERM); }
-    void apply(const command::Allow&) { server.setOpenError(0); }
+    void apply(const command::Deny&) { server.permit(false); }
+    void apply(const command::Allow&) { server.permit(true); }
     void apply(const command::Quit&) { finished = true; }
 
     void say(const std::string& event);
@@ -87,7 +87,7 @@ private:
     std::uint32_t reports = 0;
     bool asleep = false;
     bool finished = false;
-    bool failed = false;
+    tl::expected<void, std::string> outcome; // of the run
 };
 
 } // namespace quiverly

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <variant>
 
 #include "identity.h"
 #include "sockets/FileDescriptor.h"
@@ -44,9 +45,9 @@ Simulates a laptop with a motion sensor for Quiverly and obeys commands on stand
 using Problem = std::optional<std::string>;
 
 Problem takeScript(Simulator::Options& options, const char* file) {
-    auto read = readScript(file);
-    if (auto* mistake = std::get_if<command::Mistake>(&read)) return std::move(mistake->text);
-    options.script = std::move(std::get<Script>(read));
+    auto script = readScript(file);
+    if (!script) return script.error();
+    options.script = *std::move(script);
     return std::nullopt;
 }
 
@@ -124,5 +125,8 @@ int main(int argc, char** argv) {
     if (const int* status = std::get_if<int>(&options)) return *status;
     const FileDescriptor ends = interruptions();
     Simulator simulator(std::move(std::get<Simulator::Options>(options)), std::cout, std::cerr);
-    return simulator.open() && simulator.run(STDIN_FILENO, ends.get()) ? 0 : 1;
+    const auto ended = simulator.open().and_then([&] { return simulator.run(STDIN_FILENO, ends.get()); });
+    if (ended) return 0;
+    fail(ended.error());
+    return 1;
 }

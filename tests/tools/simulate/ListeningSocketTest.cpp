@@ -14,12 +14,12 @@ mode_t modeOf(const std::filesystem::path& path) {
     return status.st_mode & 07777;
 }
 
-// Where everybody writes to, and no runtime folder.
+// A folder that everybody writes to, and no runtime folder.
 class FallbackTest : public testing::Test {
 protected:
     FallbackTest() {
         setRuntimeFolder(nullptr);
-        place = laptop::socketPlace(shared.path());
+        place = laptop::SocketPlace::ofThisUser(shared.path());
     }
 
     const RuntimeFolder shared;
@@ -28,28 +28,29 @@ protected:
 
 TEST_F(FallbackTest, TheFolderIsMadeForThisUserAlone) {
     ListeningSocket socket(place);
-    EXPECT_EQ(socket.show(), std::nullopt);
+    EXPECT_TRUE(socket.show());
     EXPECT_EQ(modeOf(place.folder), 0700U);
     EXPECT_EQ(modeOf(place.socket()), 0600U);
 }
 
 TEST_F(FallbackTest, AFolderThatIsPrivateIsUsedAgain) {
-    EXPECT_EQ(ListeningSocket(place).show(), std::nullopt);
-    EXPECT_EQ(ListeningSocket(place).show(), std::nullopt);
+    EXPECT_TRUE(ListeningSocket(place).show());
+    EXPECT_TRUE(ListeningSocket(place).show());
 }
 
 TEST_F(FallbackTest, AFolderThatIsOpenToOthersIsNotUsed) {
     std::filesystem::create_directory(place.folder);
     std::filesystem::permissions(place.folder, std::filesystem::perms::all);
-    EXPECT_EQ(ListeningSocket(place).show(),
-              place.folder.string() + ": is not a folder of this user's alone (mode 0700)");
+    const auto shown = ListeningSocket(place).show();
+    ASSERT_FALSE(shown);
+    EXPECT_EQ(shown.error(), place.folder.string() + ": is not a folder of this user's alone (mode 0700)");
     EXPECT_TRUE(std::filesystem::is_empty(place.folder));
 }
 
 TEST_F(FallbackTest, ALinkToAPrivateFolderIsNotUsed) {
     const RuntimeFolder elsewhere;
     std::filesystem::create_directory_symlink(elsewhere.path(), place.folder);
-    EXPECT_NE(ListeningSocket(place).show(), std::nullopt);
+    EXPECT_FALSE(ListeningSocket(place).show());
     EXPECT_TRUE(std::filesystem::is_empty(elsewhere.path()));
 }
 

@@ -4,10 +4,8 @@
 #include <cmath>
 #include <vector>
 
-#include "engine/Inspector.h"
 #include "support/FeltMotion.h"
 #include "tools/simulate/Motion.h"
-#include "tools/simulate/wire_report.h"
 
 namespace quiverly {
 namespace {

@@ -108,7 +108,7 @@ TEST(SimulateProgramTest, ObeysLinesAndEndsWithQuit) {
     program.tell(std::string(5000, 'x') + "\nquit\n");
     EXPECT_EQ(program.status(), 0);
     EXPECT_EQ(program.errors(), "quiverly-simulate: unknown command \"slip\"\n"
-                                "quiverly-simulate: a line of more than 1000 bytes is no command\n");
+                                "quiverly-simulate: a line of more than 1000 bytes is not a command\n");
     EXPECT_FALSE(std::filesystem::exists(socketIn(folder)));
 }
 
@@ -143,7 +143,7 @@ TEST(SimulateProgramTest, LeavesTheOneThatRunsAlone) {
         EXPECT_EQ(second.status(), 1);
         EXPECT_EQ(second.output(), "");
         EXPECT_EQ(second.errors(),
-                  "quiverly-simulate: " + socketIn(folder).string() + ": a simulated laptop runs already\n");
+                  "quiverly-simulate: " + socketIn(folder).string() + ": a simulated laptop is already running\n");
     }
     first.tell("appear\n");
     EXPECT_TRUE(waitUntil([&] { return std::filesystem::exists(socketIn(folder)); }));
@@ -175,13 +175,12 @@ TEST(SimulateProgramTest, OneOfTwoThatStartTogetherServes) {
     }
 }
 
-TEST(SimulateProgramTest, TouchesNothingThatIsNoSocket) {
+TEST(SimulateProgramTest, LeavesWhatIsNotASocketAlone) {
     const RuntimeFolder folder;
     std::ofstream(socketIn(folder)) << "precious";
     Program program;
     EXPECT_EQ(program.status(), 1);
-    EXPECT_EQ(program.errors(),
-              "quiverly-simulate: " + socketIn(folder).string() + ": is in the way and is no socket\n");
+    EXPECT_EQ(program.errors(), "quiverly-simulate: " + socketIn(folder).string() + ": exists and is not a socket\n");
     EXPECT_EQ(std::filesystem::file_size(socketIn(folder)), 8U);
 }
 

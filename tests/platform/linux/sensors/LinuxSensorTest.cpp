@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/linux/sensors/LaptopConnection.h"
+#include "platform/linux/sensors/LaptopClient.h"
 #include "support/Listener.h"
 #include "support/LiveLaptop.h"
 #include "support/OpenSensor.h"
@@ -150,7 +150,7 @@ TEST(LinuxSensorTest, ASleepingLaptopStaysConnectedAndReportsNothingUntilItWakes
     laptop.tell("wake");
     EXPECT_TRUE(waitUntil([&] { return listener.samples.last().y > 0.9; }));
     EXPECT_LT(listener.samples.greatestMagnitude(), 1.1);
-    EXPECT_NE(laptop.quit().find("nobody listens to the sensor: the slap is lost"), std::string::npos);
+    EXPECT_NE(laptop.quit().find("the sensor does not report now: the slap is lost"), std::string::npos);
 }
 
 TEST(LinuxSensorTest, ADeniedSensorIsNotPermittedUntilItIsAllowed) {
@@ -197,10 +197,10 @@ TEST(LinuxSensorTest, AReaderThatDoesNotReadLosesReportsAndDisturbsNobody) {
 
 TEST(LinuxSensorTest, HundredsOfClientsComeAndGo) {
     const LiveLaptop laptop;
-    std::list<std::shared_ptr<LaptopConnection>> clients;
+    std::list<std::shared_ptr<LaptopClient>> clients;
     while (clients.size() < 300) {
-        std::shared_ptr<LaptopConnection> client;
-        ASSERT_TRUE(waitUntil([&] { return (client = LaptopConnection::connect()) != nullptr; }));
+        std::shared_ptr<LaptopClient> client;
+        ASSERT_TRUE(waitUntil([&] { return (client = LaptopClient::connect()) != nullptr; }));
         clients.push_back(std::move(client));
     }
     Listener listener;

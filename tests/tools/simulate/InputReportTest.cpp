@@ -1,4 +1,4 @@
-#include "tools/simulate/wire_report.h"
+#include "tools/simulate/InputReport.h"
 
 #include <gtest/gtest.h>
 
@@ -9,9 +9,9 @@
 namespace quiverly {
 namespace {
 
-TEST(WireReportTest, HoldsTheAccelerationsBetweenAHeaderAndATailThatAreNotAllZero) {
+TEST(InputReportTest, HoldsTheAccelerationsBetweenAHeaderAndATailThatAreNotAllZero) {
     for (const std::uint32_t number : {0U, 1U, 0xFFFFFFFFU}) {
-        const WireReport report = wireReport({.x = 1.0, .y = -1.0, .z = 0.5}, number);
+        const InputReport report = inputReport({.x = 1.0, .y = -1.0, .z = 0.5}, number);
         EXPECT_EQ(Inspector::readInt32LE(report, 6), 65536);
         EXPECT_EQ(Inspector::readInt32LE(report, 10), -65536);
         EXPECT_EQ(Inspector::readInt32LE(report, 14), 32768);
@@ -20,8 +20,8 @@ TEST(WireReportTest, HoldsTheAccelerationsBetweenAHeaderAndATailThatAreNotAllZer
     }
 }
 
-TEST(WireReportTest, HoldsTheGreatestAccelerationWhereTheRealOneIsGreater) {
-    const WireReport report = wireReport({.x = 1e9, .y = -1e9, .z = 0.0}, 1);
+TEST(InputReportTest, HoldsTheGreatestAccelerationWhereTheRealOneIsGreater) {
+    const InputReport report = inputReport({.x = 1e9, .y = -1e9, .z = 0.0}, 1);
     EXPECT_EQ(Inspector::readInt32LE(report, 6), 32767 * 65536);
     EXPECT_EQ(Inspector::readInt32LE(report, 10), -32767 * 65536);
 }

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <thread>
 
-#include "platform/linux/sensors/LaptopConnection.h"
+#include "platform/linux/sensors/LaptopClient.h"
 #include "sensing/AccelerometerReader.h"
 #include "support/AnotherUser.h"
 #include "support/FakeLaptop.h"
@@ -38,66 +38,66 @@ std::string saidByStartAgainst(const FakeLaptop::Serve& serve) {
     return outcomeOfStart();
 }
 
-TEST(LaptopConnectionTest, WithoutASocketThereIsNoSensor) {
+TEST(LaptopClientTest, WithoutASocketThereIsNoSensor) {
     const RuntimeFolder folder;
     EXPECT_EQ(outcomeOfStart(), missing);
 }
 
-TEST(LaptopConnectionTest, AStaleSocketIsNoSensor) {
+TEST(LaptopClientTest, AStaleSocketIsNoSensor) {
     const RuntimeFolder folder;
     {
         const FileDescriptor dead(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
-        const auto address = SocketAddress::ofFile(laptop::socketPlace().socket());
+        const auto address = SocketAddress::ofFile(laptop::SocketPlace::ofThisUser().socket());
         ASSERT_EQ(::bind(dead.get(), address.get(), address.length()), 0);
     }
-    ASSERT_TRUE(std::filesystem::is_socket(laptop::socketPlace().socket()));
+    ASSERT_TRUE(std::filesystem::is_socket(laptop::SocketPlace::ofThisUser().socket()));
     EXPECT_EQ(outcomeOfStart(), missing);
 }
 
-TEST(LaptopConnectionTest, AFileOrFolderInThePlaceOfTheSocketIsNoSensor) {
+TEST(LaptopClientTest, AFileOrFolderInThePlaceOfTheSocketIsNoSensor) {
     const RuntimeFolder folder;
-    std::ofstream(laptop::socketPlace().socket()) << "no socket";
+    std::ofstream(laptop::SocketPlace::ofThisUser().socket()) << "no socket";
     EXPECT_EQ(outcomeOfStart(), missing);
-    std::filesystem::remove(laptop::socketPlace().socket());
-    std::filesystem::create_directory(laptop::socketPlace().socket());
+    std::filesystem::remove(laptop::SocketPlace::ofThisUser().socket());
+    std::filesystem::create_directory(laptop::SocketPlace::ofThisUser().socket());
     EXPECT_EQ(outcomeOfStart(), missing);
 }
 
-TEST(LaptopConnectionTest, ARuntimeFolderThatIsMissingHasNoSensor) {
+TEST(LaptopClientTest, ARuntimeFolderThatIsMissingHasNoSensor) {
     setRuntimeFolder("/nonexistent");
     EXPECT_EQ(outcomeOfStart(), missing);
 }
 
-TEST(LaptopConnectionTest, InAFolderThatEverybodyWritesToOnlyOneOfTheUsersOwnIsTrusted) {
+TEST(LaptopClientTest, InAFolderThatEverybodyWritesToOnlyOneOfTheUsersOwnIsTrusted) {
     const RuntimeFolder shared;
     setRuntimeFolder(nullptr);
-    const laptop::SocketPlace place = laptop::socketPlace(shared.path());
+    const laptop::SocketPlace place = laptop::SocketPlace::ofThisUser(shared.path());
     std::filesystem::create_directory(place.folder);
     std::filesystem::permissions(place.folder, std::filesystem::perms::owner_all);
     const FakeLaptop laptop([](int socket) { FakeLaptop::serveByTheRules(socket); }, place);
-    EXPECT_TRUE(LaptopConnection::connect(place));
+    EXPECT_TRUE(LaptopClient::connect(place));
     std::filesystem::permissions(place.folder, std::filesystem::perms::all);
-    EXPECT_FALSE(LaptopConnection::connect(place));
+    EXPECT_FALSE(LaptopClient::connect(place));
     EXPECT_EQ(laptop.accepted(), 1);
 }
 
-TEST(LaptopConnectionTest, AStreamSocketIsNoSensor) {
+TEST(LaptopClientTest, AStreamSocketIsNoSensor) {
     const RuntimeFolder folder;
     const FileDescriptor stream(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    const auto address = SocketAddress::ofFile(laptop::socketPlace().socket());
+    const auto address = SocketAddress::ofFile(laptop::SocketPlace::ofThisUser().socket());
     ASSERT_EQ(::bind(stream.get(), address.get(), address.length()), 0);
     ASSERT_EQ(::listen(stream.get(), 1), 0);
     EXPECT_EQ(outcomeOfStart(), missing);
 }
 
-TEST(LaptopConnectionTest, ASilentLaptopIsNoSensorAndIsWaitedForOnce) {
+TEST(LaptopClientTest, ASilentLaptopIsNoSensorAndIsWaitedForOnce) {
     const RuntimeFolder folder;
     const FakeLaptop laptop(FakeLaptop::waitForTheEnd);
     EXPECT_EQ(outcomeOfStart(), missing);
     EXPECT_EQ(laptop.accepted(), 1);
 }
 
-TEST(LaptopConnectionTest, ALaptopThatWasSilentIsFoundAgainOnceItSpeaks) {
+TEST(LaptopClientTest, ALaptopThatWasSilentIsFoundAgainOnceItSpeaks) {
     const RuntimeFolder folder;
     std::atomic<bool> speaks = false;
     const FakeLaptop laptop([&](int socket) {
@@ -109,7 +109,7 @@ TEST(LaptopConnectionTest, ALaptopThatWasSilentIsFoundAgainOnceItSpeaks) {
     EXPECT_TRUE(waitUntil([] { return outcomeOfStart() == "listening"; }));
 }
 
-TEST(LaptopConnectionTest, ALaptopInThePlaceOfASilentOneIsFoundAtOnce) {
+TEST(LaptopClientTest, ALaptopInThePlaceOfASilentOneIsFoundAtOnce) {
     const RuntimeFolder folder;
     EXPECT_EQ(saidByStartAgainst(FakeLaptop::waitForTheEnd), missing);
     EXPECT_EQ(saidByStartAgainst([](int socket) { FakeLaptop::serveByTheRules(socket); }), "listening");
@@ -148,7 +148,7 @@ std::string expectedAfter(int messages) {
     return messages == 9 ? openError(hid::noDevice) : "listening";
 }
 
-TEST(LaptopConnectionTest, ALaptopThatBreaksTheRulesAtAnyPointDoesNoHarm) {
+TEST(LaptopClientTest, ALaptopThatBreaksTheRulesAtAnyPointDoesNoHarm) {
     const RuntimeFolder folder;
     std::thread([] {}).join(); // a thread sanitizer adds a thread of its own to the first
     const auto before = ProcessResources::now();
@@ -156,8 +156,9 @@ TEST(LaptopConnectionTest, ALaptopThatBreaksTheRulesAtAnyPointDoesNoHarm) {
         for (int messages = 0; messages <= 16; ++messages) {
             std::atomic<int> left = messages;
             const auto outcome = saidByStartAgainst([&](int socket) {
-                FakeLaptop::serveByTheRules(
-                    socket, [&](const auto& message) { return left-- > 0 && laptop::send(socket, message); });
+                FakeLaptop::serveByTheRules(socket, [&](const auto& message) {
+                    return left-- > 0 && laptop::send(socket, message).has_value();
+                });
                 breach.commit(socket);
             });
             EXPECT_EQ(outcome, expectedAfter(messages)) << breach.name << " after " << messages << " messages";
@@ -166,13 +167,13 @@ TEST(LaptopConnectionTest, ALaptopThatBreaksTheRulesAtAnyPointDoesNoHarm) {
     waitUntil([&] { return ProcessResources::now() == before; });
 }
 
-TEST(LaptopConnectionTest, ALaptopThatFallsSilentAtAnyPointIsWaitedForOnce) {
+TEST(LaptopClientTest, ALaptopThatFallsSilentAtAnyPointIsWaitedForOnce) {
     for (int messages = 0; messages < 16; ++messages) {
         const RuntimeFolder folder;
         std::atomic<int> left = messages;
         const FakeLaptop laptop([&](int socket) {
             FakeLaptop::serveByTheRules(
-                socket, [&](const auto& message) { return left-- > 0 && laptop::send(socket, message); });
+                socket, [&](const auto& message) { return left-- > 0 && laptop::send(socket, message).has_value(); });
             FakeLaptop::waitForTheEnd(socket);
         });
         const auto outcome = outcomeOfStart();
@@ -181,7 +182,7 @@ TEST(LaptopConnectionTest, ALaptopThatFallsSilentAtAnyPointIsWaitedForOnce) {
     }
 }
 
-TEST(LaptopConnectionTest, EndlessHellosAreNoSensor) {
+TEST(LaptopClientTest, EndlessHellosAreNoSensor) {
     const RuntimeFolder folder;
     EXPECT_EQ(saidByStartAgainst([](int socket) {
                   const auto hello =
@@ -192,7 +193,7 @@ TEST(LaptopConnectionTest, EndlessHellosAreNoSensor) {
               missing);
 }
 
-TEST(LaptopConnectionTest, ErrorsOfOpeningBecomeTheSystemsReturnCodes) {
+TEST(LaptopClientTest, ErrorsOfOpeningBecomeTheSystemsReturnCodes) {
     const std::pair<int, int> codes[] = {{EACCES, -536870174}, {EPERM, -536870174}, {EBUSY, -536870203},
                                          {ENODEV, -536870208}, {EIO, -536870212},   {-1, -536870212}};
     for (const auto& [error, code] : codes) {
@@ -200,7 +201,7 @@ TEST(LaptopConnectionTest, ErrorsOfOpeningBecomeTheSystemsReturnCodes) {
         EXPECT_EQ(saidByStartAgainst([error = error](int socket) {
                       FakeLaptop::serveByTheRules(socket, [&](const laptop::Message& message) {
                           const bool opening = std::holds_alternative<laptop::OpenAnswer>(message);
-                          return laptop::send(socket, opening ? laptop::OpenAnswer{error} : message);
+                          return laptop::send(socket, opening ? laptop::OpenAnswer{error} : message).has_value();
                       });
                   }),
                   openError(code));
@@ -219,7 +220,7 @@ FakeLaptop::Serve reporting(const std::vector<std::vector<std::uint8_t>>& packet
     };
 }
 
-TEST(LaptopConnectionTest, ReportsOfEveryLengthArriveCutToTheBuffer) {
+TEST(LaptopClientTest, ReportsOfEveryLengthArriveCutToTheBuffer) {
     const RuntimeFolder folder;
     std::vector<std::vector<std::uint8_t>> packets;
     for (std::size_t length = 0; length <= 300; ++length) {
@@ -239,7 +240,7 @@ TEST(LaptopConnectionTest, ReportsOfEveryLengthArriveCutToTheBuffer) {
     }
 }
 
-TEST(LaptopConnectionTest, WhatIsNoReportIsDroppedAmongReports) {
+TEST(LaptopClientTest, WhatIsNoReportIsDroppedAmongReports) {
     const RuntimeFolder folder;
     const FakeLaptop laptop(reporting({{laptop::reportMark, 1}, {6, 0, 0, 0, 0}, {0xEE}, {laptop::reportMark, 2}}));
     OpenSensor sensor;
@@ -252,7 +253,7 @@ TEST(LaptopConnectionTest, WhatIsNoReportIsDroppedAmongReports) {
     EXPECT_EQ(sensor.reports[1], std::vector<std::uint8_t>{2});
 }
 
-TEST(LaptopConnectionTest, DescriptorsThatAPeerHandsOverAreNotKept) {
+TEST(LaptopClientTest, DescriptorsThatAPeerHandsOverAreNotKept) {
     const RuntimeFolder folder;
     const FakeLaptop laptop([](int socket) {
         FakeLaptop::serveByTheRules(socket, [&](const laptop::Message& message) {
@@ -281,25 +282,25 @@ TEST(LaptopConnectionTest, DescriptorsThatAPeerHandsOverAreNotKept) {
 class OpenToAll : public LiveLaptop {
 public:
     OpenToAll() {
-        for (const auto& path : {folder(), laptop::socketPlace().socket()}) {
+        for (const auto& path : {folder(), laptop::SocketPlace::ofThisUser().socket()}) {
             std::filesystem::permissions(path, std::filesystem::perms::all);
         }
     }
 };
 
-TEST(LaptopConnectionTest, ALaptopOfAnotherUserIsNoSensor) {
+TEST(LaptopClientTest, ALaptopOfAnotherUserIsNoSensor) {
     if (!another_user::isPossible()) GTEST_SKIP() << "NOT RUN: only root can act as another user";
     const OpenToAll laptop;
     EXPECT_EQ(outcomeOfStart(), "listening");
-    another_user::act([] { EXPECT_EQ(LaptopConnection::connect(), nullptr); });
+    another_user::act([] { EXPECT_EQ(LaptopClient::connect(), nullptr); });
 }
 
-TEST(LaptopConnectionTest, AnotherUserLearnsNothingFromTheLaptop) {
+TEST(LaptopClientTest, AnotherUserLearnsNothingFromTheLaptop) {
     if (!another_user::isPossible()) GTEST_SKIP() << "NOT RUN: only root can act as another user";
     const OpenToAll laptop;
     another_user::act([] {
         const FileDescriptor socket(::socket(AF_UNIX, SOCK_SEQPACKET, 0));
-        const auto address = SocketAddress::ofFile(laptop::socketPlace().socket());
+        const auto address = SocketAddress::ofFile(laptop::SocketPlace::ofThisUser().socket());
         ASSERT_EQ(::connect(socket.get(), address.get(), address.length()), 0);
         char byte = 0;
         EXPECT_LE(::recv(socket.get(), &byte, 1, 0), 0);

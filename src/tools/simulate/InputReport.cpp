@@ -1,4 +1,4 @@
-#include "tools/simulate/wire_report.h"
+#include "tools/simulate/InputReport.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,7 +10,7 @@ namespace {
 constexpr double countsPerG = 65536.0;
 constexpr double range = 32767.0; // g; what 32 bits hold
 
-void put(WireReport& report, std::size_t offset, std::uint32_t value) {
+void put(InputReport& report, std::size_t offset, std::uint32_t value) {
     for (std::size_t index = 0; index < 4; ++index) {
         report[offset + index] = static_cast<std::uint8_t>(value >> (8 * index));
     }
@@ -22,8 +22,8 @@ std::uint32_t raw(double axis) {
 
 } // namespace
 
-WireReport wireReport(const Acceleration& acceleration, std::uint32_t number) {
-    WireReport report = {0x01, 0xA5};
+InputReport inputReport(const Acceleration& acceleration, std::uint32_t number) {
+    InputReport report = {0x01, 0xA5};
     put(report, 2, number);
     put(report, 6, raw(acceleration.x));
     put(report, 10, raw(acceleration.y));

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <system_error>
+
+#include <tl/expected.hpp>
+
+#include "laptop/protocol.h"
+
+// Messages and reports over the connected socket of a simulated laptop. Nothing here waits. Errors are the system's own
+// (errno) unless another one is named.
+namespace quiverly::laptop {
+
+tl::expected<void, std::error_code> send(int socket, const Message& message);
+
+// A report has at most maximumReport bytes.
+tl::expected<void, std::error_code> sendReport(int socket, std::span<const std::uint8_t> report);
+
+// The next message; nothing when there is none yet. Errors that end a connection: connection_reset when the other end
+// has closed it, bad_message for a packet that is not a message.
+tl::expected<std::optional<Message>, std::error_code> receive(int socket);
+
+// Takes the next packet. The length of the report in it, of which the buffer holds what fits; nothing when there is no
+// packet yet or when it is not a report. The error connection_reset when the other end has closed the connection.
+tl::expected<std::optional<std::size_t>, std::error_code> receiveReport(int socket, std::span<std::uint8_t> buffer);
+
+} // namespace quiverly::laptop

@@ -1,0 +1,110 @@
+#include "platform/linux/sensors/LaptopClient.h"
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <optional>
+#include <string>
+
+#include "laptop/transport.h"
+#include "sockets/input.h"
+#include "sockets/user_socket.h"
+
+namespace quiverly {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// The laptop that was silent last. Main thread.
+struct {
+    LaptopClient::SocketIdentity socket;
+    Clock::time_point forgotten; // when it is asked again
+} silentLaptop;
+
+// Nothing when there is no socket.
+std::optional<LaptopClient::SocketIdentity> identityOf(const std::filesystem::path& socket) {
+    struct stat status = {};
+    if (::lstat(socket.c_str(), &status) != 0 || !S_ISSOCK(status.st_mode)) return std::nullopt;
+    return LaptopClient::SocketIdentity(status.st_dev, status.st_ino, status.st_ctim.tv_sec, status.st_ctim.tv_nsec);
+}
+
+FileDescriptor connectedSocket(const std::filesystem::path& file) {
+    FileDescriptor socket = packetSocket();
+    const auto address = SocketAddress::ofFile(file);
+    if (!socket || ::connect(socket.get(), address.get(), address.length()) != 0) return {};
+    if (!peerIs(socket.get(), ::geteuid())) return {};
+    return socket;
+}
+
+auto gone() {
+    return tl::unexpected(std::make_error_code(std::errc::no_such_device));
+}
+
+} // namespace
+
+std::shared_ptr<LaptopClient> LaptopClient::connect(const laptop::SocketPlace& place) {
+    if (place.isFallback && !isPrivate(place.folder)) return nullptr;
+    const auto identity = identityOf(place.socket());
+    if (!identity || (identity == silentLaptop.socket && Clock::now() < silentLaptop.forgotten)) return nullptr;
+    FileDescriptor socket = connectedSocket(place.socket());
+    if (!socket) return nullptr;
+    std::shared_ptr<LaptopClient> client(new LaptopClient(std::move(socket), *identity));
+    return client->receiveHellos() ? client : nullptr;
+}
+
+// Whether the laptop has named its services by the rules.
+bool LaptopClient::receiveHellos() {
+    while (auto message = await()) {
+        if (std::holds_alternative<laptop::EndOfServices>(*message)) return true;
+        auto* hello = std::get_if<laptop::ServiceHello>(&*message);
+        if (hello == nullptr || hellos.size() == laptop::maximumServices) return false;
+        hellos.push_back(std::move(*hello));
+    }
+    return false;
+}
+
+void LaptopClient::writeProperty(std::uint8_t service, std::string_view key, std::int32_t value) {
+    ask<laptop::PropertyAnswer>(laptop::PropertyWrite{.service = service, .key = std::string(key), .value = value});
+}
+
+tl::expected<FileDescriptor, std::error_code> LaptopClient::open(std::uint8_t service) {
+    return ask<laptop::OpenAnswer>(laptop::OpenRequest{service}).map([this] { return std::move(socket); });
+}
+
+template<class Answer>
+tl::expected<void, std::error_code> LaptopClient::ask(const laptop::Message& question) {
+    if (!socket || !laptop::send(socket.get(), question)) return gone();
+    const auto message = await();
+    const auto* answer = message ? std::get_if<Answer>(&*message) : nullptr;
+    if (answer == nullptr) {
+        socket.reset();
+        return gone();
+    }
+    if (answer->error != 0) return tl::unexpected(std::error_code(answer->error, std::generic_category()));
+    return {};
+}
+
+// The next message. Any error is the end of the connection.
+tl::expected<laptop::Message, std::error_code> LaptopClient::await() {
+    for (;;) {
+        auto message = laptop::receive(socket.get());
+        if (!message) return tl::unexpected(message.error());
+        if (*message) return std::move(**message);
+        if (!waitForInput()) return gone();
+    }
+}
+
+// False when the laptop has been silent for too long.
+bool LaptopClient::waitForInput() {
+    const auto begin = Clock::now();
+    pollfd input = inputOf(socket.get());
+    const bool ready = quiverly::waitForInput({&input, 1}, patience);
+    const auto now = Clock::now();
+    patience -= std::min(patience, now - begin);
+    if (!ready) silentLaptop = {.socket = identity, .forgotten = now + std::chrono::seconds(1)};
+    return ready;
+}
+
+} // namespace quiverly

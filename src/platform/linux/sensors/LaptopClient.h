@@ -1,0 +1,58 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <system_error>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include <tl/expected.hpp>
+
+#include "laptop/SocketPlace.h"
+#include "laptop/protocol.h"
+#include "sockets/FileDescriptor.h"
+
+namespace quiverly {
+
+// The reader's end of one connection to the simulated laptop. Main thread.
+//
+// What comes from the laptop is checked. The connection ends when the laptop breaks the rules, stays silent for a
+// quarter of a second in all, or goes away; every later question fails at once.
+class LaptopClient {
+public:
+    // Tells a socket from another one that took its place: device, inode, time of its last change.
+    using SocketIdentity = std::tuple<dev_t, ino_t, time_t, long>;
+
+    // Null when there is no laptop of this user's that answers. One that was silent is not asked again for a second, so
+    // that a start, which asks several times, waits for it only once.
+    static std::shared_ptr<LaptopClient> connect(const laptop::SocketPlace& place = laptop::SocketPlace::ofThisUser());
+
+    const std::vector<laptop::ServiceHello>& services() const { return hellos; }
+
+    void writeProperty(std::uint8_t service, std::string_view key, std::int32_t value);
+
+    // The connection itself, over which the reports come from now on; nothing else can be asked of this client then.
+    tl::expected<FileDescriptor, std::error_code> open(std::uint8_t service);
+
+private:
+    LaptopClient(FileDescriptor socket, const SocketIdentity& identity)
+        : socket(std::move(socket)), identity(identity) {}
+
+    bool receiveHellos();
+    template<class Answer>
+    tl::expected<void, std::error_code> ask(const laptop::Message& question);
+    tl::expected<laptop::Message, std::error_code> await();
+    bool waitForInput();
+
+    FileDescriptor socket; // none once the connection has ended or been handed over
+    SocketIdentity identity;
+    std::vector<laptop::ServiceHello> hellos;
+    std::chrono::nanoseconds patience = std::chrono::milliseconds(250); // what is left of it
+};
+
+} // namespace quiverly
