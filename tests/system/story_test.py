@@ -1,9 +1,9 @@
-"""The application from the first run on, as its user lives it."""
+"""The application from the first run on, as a user experiences it."""
 
 import subprocess
 import unittest
 
-from harness.screen_reader import Announcements
+from harness.accessibility import NameChanges
 from settings import read_settings
 from system_case import PROGRAMS, SystemTest
 from harness.waiting import wait_until
@@ -60,35 +60,28 @@ class StoryTest(SystemTest):
         self.application.wait_for("Start listening")
         self.assertEqual(len(self.desktop.opened_pages()), 1)
 
-    def test_a_screen_reader_announces_what_happens(self) -> None:
-        announcements = Announcements(self.desktop)
-
-        def expect(*texts: str) -> None:
-            for text in texts:
-                wait_until(lambda: text in announcements.heard(), f"“{text}” to be announced")
-            announcements.heard().clear()
-
+    def test_assistive_tools_are_told_of_every_text_that_changes(self) -> None:
+        changes = NameChanges(self.desktop)
         self.start_laptop()
         self.start_on_main_view()
         self.listen()
         count = f"Slaps this session: 1  ·  last {self.application.counter().amplitude:.3f}g"
-        expect("Listening", "Stop", "Listening with Sexy sounds. Slap away.", count)
+        changes.wait_for("Listening", "Stop", "Listening with Sexy sounds. Slap away.", count)
         self.laptop.quit()
         self.application.press("Stop")
-        expect("Idle", "Start listening", "Press Start, then slap your MacBook.")
+        changes.wait_for("Idle", "Start listening", "Press Start, then slap your MacBook.")
         self.application.press("Start listening")
-        expect("Accelerometer device missing on this Mac.")
+        changes.wait_for("Accelerometer device missing on this Mac.")
 
-    def test_a_screen_reader_announces_the_hardware_check(self) -> None:
-        announcements = Announcements(self.desktop)
+    def test_assistive_tools_are_told_of_every_step_of_the_hardware_check(self) -> None:
+        changes = NameChanges(self.desktop)
         self.start_laptop()
         self.start_application()
-        wait_until(lambda: "Accelerometer detected" in announcements.heard(), "the verdict to be announced")
+        changes.wait_for("Accelerometer detected")
         self.pass_hardware_check()
-        completed = "Accelerometer OK — you’re good to go!"
-        wait_until(lambda: completed in announcements.heard(), "the end of the check to be announced")
+        changes.wait_for("Accelerometer OK — you’re good to go!")
 
-    def test_a_screen_reader_moves_the_sensitivity(self) -> None:
+    def test_assistive_tools_move_the_sensitivity(self) -> None:
         self.start_on_main_view()
         self.assertAlmostEqual(self.application.sensitivity(), 0.12)
         self.application.nudge_sensitivity("Increase")

@@ -1,4 +1,4 @@
-"""The application, used as somebody uses it who hears its window read aloud and works it from the keyboard."""
+"""The application, used by way of the accessibility bus."""
 
 import re
 from dataclasses import dataclass
@@ -8,7 +8,7 @@ from typing import Sequence
 
 from harness.desktop import Desktop
 from harness.processes import parent_of
-from harness.screen_reader import Accessible, Atspi, children, has_state, programs, visible
+from harness.accessibility import BUTTON, Accessible, Atspi, children, has_state, programs, visible
 from harness.waiting import NeverHappened, wait_until
 
 COUNTER = re.compile(r"Slaps this session: (\d+)  ·  last (-?\d+\.\d{3})g")
@@ -25,7 +25,7 @@ class Counter:
 class Application:
     """One run of the application on a desktop, from its first window to its end.
 
-    Controls and texts are found by the names that the accessibility bus tells.
+    Controls and texts are found by their accessible names.
     """
 
     def __init__(self, desktop: Desktop, command: Sequence[str | Path]) -> None:
@@ -36,7 +36,7 @@ class Application:
         )
         self._frame = wait_until(self._find_frame, "the window")
 
-    # What the window shows.
+    # What the window shows
 
     def texts(self) -> list[str]:
         """Names of all that shows, from top to bottom."""
@@ -63,7 +63,7 @@ class Application:
         """Waits until the counter has reached `count`."""
         return wait_until(lambda: (seen := self.counter()).count >= count and seen, f"slap {count} in the counter")
 
-    # What the system knows of it.
+    # What the system knows of it
 
     def threads(self) -> int:
         return self._count("task")
@@ -71,26 +71,26 @@ class Application:
     def descriptors(self) -> int:
         return self._count("fd")
 
-    # What the user does.
+    # What the user does
 
     def press(self, button: str) -> None:
-        self._act(button, "push button")
+        self._act(button, BUTTON)
 
     def choose(self, option: str) -> None:
-        self._act(option, "radio button")
+        self._act(option, Atspi.Role.RADIO_BUTTON)
 
     def is_chosen(self, option: str) -> bool:
-        return has_state(self._control(option, "radio button"), Atspi.StateType.CHECKED)
+        return has_state(self._control(option, Atspi.Role.RADIO_BUTTON), Atspi.StateType.CHECKED)
 
     def sensitivity(self) -> float:
-        return float(Atspi.Value.get_current_value(self._control("Sensitivity", "slider")))
+        return float(Atspi.Value.get_current_value(self._control("Sensitivity", Atspi.Role.SLIDER)))
 
     def set_sensitivity(self, threshold: float) -> None:
-        Atspi.Value.set_current_value(self._control("Sensitivity", "slider"), threshold)
+        Atspi.Value.set_current_value(self._control("Sensitivity", Atspi.Role.SLIDER), threshold)
 
     def nudge_sensitivity(self, action: str) -> None:
         """Moves the sensitivity by a step, with the slider's action of that name."""
-        slider = self._control("Sensitivity", "slider")
+        slider = self._control("Sensitivity", Atspi.Role.SLIDER)
         names = [Atspi.Action.get_action_name(slider, index) for index in range(Atspi.Action.get_n_actions(slider))]
         Atspi.Action.do_action(slider, names.index(action))
 
@@ -100,7 +100,7 @@ class Application:
         self.process.stdin.write(line.encode() + b"\n")
         self.process.stdin.flush()
 
-    # How it ends.
+    # How it ends
 
     def close_window(self) -> int:
         """Closes the window, which ends the program, and returns its exit status."""
@@ -125,12 +125,12 @@ class Application:
     def _is_own(self, process: int) -> bool:
         return self.process.pid in (process, parent_of(process))
 
-    def _control(self, name: str, role: str) -> Accessible:
+    def _control(self, name: str, role: Atspi.Role) -> Accessible:
         def find() -> Accessible | None:
             same_name = (each for each in visible(self._frame) if each.get_name() == name)
-            return next((each for each in same_name if each.get_role_name() == role), None)
+            return next((each for each in same_name if each.get_role() == role), None)
 
-        return wait_until(find, f"the {role} “{name}”")
+        return wait_until(find, f"the {role.value_nick} “{name}”")
 
-    def _act(self, name: str, role: str) -> None:
+    def _act(self, name: str, role: Atspi.Role) -> None:
         Atspi.Action.do_action(self._control(name, role), 0)

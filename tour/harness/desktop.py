@@ -9,7 +9,7 @@ from harness.waiting import wait_until
 
 
 class Desktop(PrivateUser):
-    """One user at one screen, apart from every other desktop on the machine."""
+    """One user at one screen, separate from every other desktop on the machine."""
 
     def __init__(self, width: int = 1024, height: int = 768) -> None:
         super().__init__()
@@ -63,13 +63,13 @@ class Desktop(PrivateUser):
         opener.write_text(f'#!/bin/sh\nprintf "%s\\n" "$1" >>"{self.folder}/opened-pages"\n')
         opener.chmod(0o755)
         self.environment["PATH"] = f"{programs}:{self.environment.get('PATH', os.defpath)}"
-        # The keyboard library copies texts that have a length but no end, as it may.
+        # The keyboard library copies texts that have a length but no terminator, which is not an error.
         self.environment["ASAN_OPTIONS"] = f"{self.environment.get('ASAN_OPTIONS', '')}:strict_string_checks=0"
         self.environment["QT_QPA_PLATFORM"] = "xcb"
         self.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
 
     def _start_display(self, width: int, height: int) -> str:
-        """Starts a display under the first free number, which the X server finds and takes by itself."""
+        """Starts an X server, which chooses the display's number itself."""
         told, tell = os.pipe()
         self._display = self.start(
             ["Xvfb", "-displayfd", str(tell), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp", "-noreset"],
@@ -90,11 +90,13 @@ class Desktop(PrivateUser):
         return self._first_line(told, tell, "the session bus")
 
     def _start_window_manager(self) -> None:
-        self.start(["openbox", "--sm-disable"], stdout=self.log("window-manager"), stderr=subprocess.STDOUT)
-        wait_until(self._is_managed, "the window manager")
-
-    def _is_managed(self) -> bool:
-        return b"window id" in self._ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").stdout
+        managed = self.folder / "windows-are-managed"
+        self.start(
+            ["openbox", "--sm-disable", "--startup", f"touch {managed}"],
+            stdout=self.log("window-manager"),
+            stderr=subprocess.STDOUT,
+        )
+        wait_until(managed.exists, "the window manager")
 
     def _picture(self) -> bytes:
         grabbed = self._ask("import", "-window", "root", "ppm:-")

@@ -1,4 +1,4 @@
-"""The accessibility bus of a desktop, as a screen reader reads it."""
+"""The accessibility bus of a desktop."""
 
 import os
 from typing import Iterator
@@ -9,12 +9,16 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
 from harness.desktop import Desktop
+from harness.waiting import wait_until
 
 Accessible = Atspi.Accessible
 
+# Older releases of the library call it PUSH_BUTTON.
+BUTTON = getattr(Atspi.Role, "BUTTON", None) or Atspi.Role.PUSH_BUTTON
+
 
 def programs(desktop: Desktop) -> Iterator[Accessible]:
-    """The programs on a desktop that can be read. One desktop a process: the library connects once."""
+    """The accessible programs on a desktop. The library connects once: one desktop for each process."""
     os.environ.update(desktop.environment)
     registry = Atspi.get_desktop(0)
     registry.set_cache_mask(Atspi.Cache.NONE)
@@ -22,7 +26,7 @@ def programs(desktop: Desktop) -> Iterator[Accessible]:
 
 
 def children(parent: Accessible) -> Iterator[Accessible]:
-    """The children there are; what goes while it is looked at is left out."""
+    """The children of an object, without those that go away meanwhile."""
     try:
         found = (parent.get_child_at_index(index) for index in range(parent.get_child_count()))
         yield from filter(None, found)
@@ -42,22 +46,28 @@ def has_state(each: Accessible, state: Atspi.StateType) -> bool:
     return each.get_state_set().contains(state)
 
 
-class Announcements:
-    """What a screen reader says by itself: the texts of labels as they change, in order."""
+class NameChanges:
+    """The new names of objects whose names change, such as labels whose texts do."""
 
     def __init__(self, desktop: Desktop) -> None:
-        self._heard: list[str] = []
+        self._names: list[str] = []
         next(programs(desktop), None)  # connects
-        self._listener = Atspi.EventListener.new(self._hear)
+        self._listener = Atspi.EventListener.new(self._add)
         self._listener.register("object:property-change:accessible-name")
 
-    def heard(self) -> list[str]:
+    def wait_for(self, *names: str) -> None:
+        """Waits until objects have taken these names, in any order, and forgets all that changed until then."""
+        for name in names:
+            wait_until(lambda: name in self._received(), f"an object to be renamed to “{name}”")
+        self._names.clear()
+
+    def _received(self) -> list[str]:
         while GLib.MainContext.default().iteration(False):
             pass
-        return self._heard
+        return self._names
 
-    def _hear(self, event: Atspi.Event) -> None:
+    def _add(self, event: Atspi.Event) -> None:
         try:
-            self._heard.append(event.source.get_name())
+            self._names.append(event.source.get_name())
         except GLib.Error:
             pass  # gone already
