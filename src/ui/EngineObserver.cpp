@@ -2,23 +2,20 @@
 
 #include <utility>
 
-#include <QCoreApplication>
-#include <QEvent>
+#include "platform/main_queue.h"
 
 namespace quiverly {
 
 EngineObserver::EngineObserver(ChangePublisher& publisher, std::function<void()> refresh)
-    : refresh(std::move(refresh)), subscription(publisher.subscribe([this] { announce(); })) {}
+    : refresh(std::move(refresh)), subscription(publisher.subscribe([this] { scheduleRefresh(); })) {}
 
-void EngineObserver::announce() {
-    if (!std::exchange(pending, true)) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-}
-
-bool EngineObserver::event(QEvent* event) {
-    if (event->type() != QEvent::User) return QObject::event(event);
-    pending = false;
-    refresh();
-    return true;
+void EngineObserver::scheduleRefresh() {
+    if (std::exchange(*scheduled, true)) return;
+    mainQueue::post([this, life = std::weak_ptr(scheduled)] {
+        if (life.expired()) return;
+        *scheduled = false;
+        refresh();
+    });
 }
 
 } // namespace quiverly
