@@ -89,7 +89,8 @@ void everyState() {
     mainView("main-listening", [](Stage& stage, BonkoEngine& engine) {
         engine.pack = SoundPack::halo;
         engine.start();
-        for (const double amplitude : {0.2, 0.4, 0.2567}) stage.slap(engine, amplitude);
+        stage.rest(); // counts as a slap
+        for (const double amplitude : {0.4, 0.2567}) stage.slap(amplitude);
     });
     mainView("main-error", [](Stage& stage, BonkoEngine& engine) {
         stage.removeSensor();
@@ -107,9 +108,10 @@ void everyState() {
     onboarding("onboarding-waiting", [](Stage& stage, BonkoEngine&) { stage.pass(0.6); });
     onboarding(
         "onboarding-failed", [](Stage& stage, BonkoEngine&) { stage.pass(0.6); }, true, false);
-    onboarding("onboarding-complete", [](Stage& stage, BonkoEngine& engine) {
+    onboarding("onboarding-complete", [](Stage& stage, BonkoEngine&) {
+        stage.rest();
         stage.pass(2.0);
-        stage.slap(engine, 0.5);
+        stage.slap(0.5);
     });
     onboarding(
         "onboarding-no-logo", [](Stage&, BonkoEngine&) {}, false);

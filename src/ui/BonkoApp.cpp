@@ -14,7 +14,7 @@ namespace quiverly {
 
 namespace {
 
-constexpr char completedKey[] = "bonko.onboardingCompleted"; // a number, not 0 once the user has been through
+constexpr char completedKey[] = "bonko.onboardingCompleted"; // a number, not 0 once onboarding is completed
 
 bool onboardingIsCompleted() {
     const auto stored = defaults::object(completedKey);
@@ -28,8 +28,8 @@ BonkoApp::BonkoApp() {
     window.setWindowTitle("Quiverly");
     window.setWindowIcon(QPixmap::fromImage(welcomeLogo()));
     window.setContextMenuPolicy(Qt::NoContextMenu);
-    QObject::connect(&Theme::current(), &Theme::changed, &window, [this] { dress(); });
-    dress();
+    QObject::connect(&Theme::current(), &Theme::changed, &window, [this] { applyPalette(); });
+    applyPalette();
     showContent();
     window.resize(420, 560);
 }
@@ -46,16 +46,16 @@ void BonkoApp::show() {
 }
 
 void BonkoApp::showContent() {
-    if (QWidget* former = window.takeCentralWidget()) {
-        former->hide();
-        former->deleteLater();
+    if (QWidget* previous = window.takeCentralWidget()) {
+        previous->hide();
+        previous->deleteLater();
     }
-    View* view = onboardingIsCompleted() ? content() : onboarding();
+    View* view = onboardingIsCompleted() ? makeContentView() : makeOnboardingView();
     window.setCentralWidget(view);
-    window.setMaximumSize(view->maximumSize()); // its least size is what its layout asks for
+    window.setMaximumSize(view->maximumSize()); // the layout sees to the minimum
 }
 
-View* BonkoApp::onboarding() {
+View* BonkoApp::makeOnboardingView() {
     auto* view = new OnboardingView(engine);
     view->onContinue = [this] {
         defaults::setNumber(completedKey, 1);
@@ -64,13 +64,13 @@ View* BonkoApp::onboarding() {
     return view;
 }
 
-View* BonkoApp::content() {
+View* BonkoApp::makeContentView() {
     auto* view = new ContentView(engine);
     view->onAppear = [this] { engine.soundEnabled = true; };
     return view;
 }
 
-void BonkoApp::dress() {
+void BonkoApp::applyPalette() {
     window.setPalette(Theme::current().palette());
 }
 

@@ -8,8 +8,8 @@ namespace quiverly {
 
 class View;
 
-// The application: one window, one engine for as long as it lives. The window shows the onboarding view until the user
-// has been through it, and the main view from then on, at later launches too.
+// The application: one window, and one engine for as long as it lives. The window shows the onboarding view until the
+// user has completed it, and the main view from then on, at later launches too.
 class BonkoApp {
 public:
     BonkoApp();
@@ -18,12 +18,10 @@ public:
     void show(); // opens the window, or brings it to the front
 
 private:
-    friend struct WindowInspector;
-
     void showContent();
-    View* onboarding();
-    View* content();
-    void dress();
+    View* makeOnboardingView();
+    View* makeContentView();
+    void applyPalette();
 
     BonkoEngine engine;
     QMainWindow window;

@@ -8,8 +8,10 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
+#include <QApplication>
 #include <QImage>
 #include <QLabel>
+#include <QMainWindow>
 #include <QWidget>
 
 inline void PrintTo(const QString& text, std::ostream* out) {
@@ -22,7 +24,7 @@ inline void PrintTo(const QColor& color, std::ostream* out) {
 
 namespace quiverly {
 
-// What a user sees and a screen reader says of a window.
+// What a window shows to its user and tells a screen reader.
 
 inline QAccessibleInterface& describe(QWidget& widget) {
     return *QAccessible::queryAccessibleInterface(&widget);
@@ -32,17 +34,26 @@ inline QString accessibleText(QWidget& widget, QAccessible::Text kind = QAccessi
     return describe(widget).text(kind);
 }
 
-// The one visible widget of that kind and accessible name.
+// The application's window, whether it is open or closed.
+inline QMainWindow& applicationWindow() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* window = qobject_cast<QMainWindow*>(widget);
+        if (window && window->windowTitle() == "Quiverly") return *window;
+    }
+    throw std::runtime_error("the application has no window");
+}
+
+// The one visible widget of that class and accessible name.
 template<class Widget>
 Widget& find(QWidget& root, const QString& name) {
     Widget* found = nullptr;
     for (QWidget* child : root.findChildren<QWidget*>()) {
         auto* widget = dynamic_cast<Widget*>(child);
         if (!widget || !widget->isVisibleTo(&root) || accessibleText(*widget) != name) continue;
-        if (found) throw std::runtime_error("more than one: " + name.toStdString());
+        if (found) throw std::runtime_error("more than one is called " + name.toStdString());
         found = widget;
     }
-    if (!found) throw std::runtime_error("there is no " + name.toStdString());
+    if (!found) throw std::runtime_error("none is called " + name.toStdString());
     return *found;
 }
 
@@ -50,6 +61,26 @@ template<class Widget>
 bool shows(QWidget& root, const QString& name) {
     return std::ranges::any_of(root.findChildren<QWidget*>(), [&](QWidget* child) {
         return dynamic_cast<Widget*>(child) && child->isVisibleTo(&root) && accessibleText(*child) == name;
+    });
+}
+
+// The one visible widget that is a picture to screen readers and has that name.
+inline QWidget& picture(QWidget& root, const QString& name) {
+    QWidget* found = nullptr;
+    for (QWidget* child : root.findChildren<QWidget*>()) {
+        if (!child->isVisibleTo(&root) || accessibleText(*child) != name) continue;
+        if (describe(*child).role() != QAccessible::Graphic) continue;
+        if (found) throw std::runtime_error("more than one picture: " + name.toStdString());
+        found = child;
+    }
+    if (!found) throw std::runtime_error("no picture " + name.toStdString());
+    return *found;
+}
+
+inline bool showsPicture(QWidget& root, const QString& name) {
+    return std::ranges::any_of(root.findChildren<QWidget*>(), [&](QWidget* child) {
+        return child->isVisibleTo(&root) && accessibleText(*child) == name &&
+               describe(*child).role() == QAccessible::Graphic;
     });
 }
 

@@ -8,14 +8,13 @@
 #include <QApplication>
 #include <QTest>
 
-#include "engine/Inspector.h"
 #include "platform/hid.h"
 #include "platform/virtual/VirtualPlatform.h"
 #include "support/Reports.h"
 
 namespace quiverly {
 
-// A way in which the motion sensor cannot be opened, and what the engine says of it.
+// A reason why the motion sensor cannot be opened, and the message that the engine shows for it.
 struct SensorFailure {
     const char* message;
     std::function<void(VirtualRegistry&)> cause;
@@ -30,8 +29,7 @@ inline const std::vector<SensorFailure> sensorFailures = {
      [](auto& registry) { registry.services.back().openResult = hid::notPermitted; }},
 };
 
-// A virtual laptop with a window system: what the window's tests act on. The motion sensor is there unless it is taken
-// away.
+// A virtual laptop with a window system, for tests of the window. It has a motion sensor until that is taken away.
 class Stage {
 public:
     VirtualPlatform platform;
@@ -49,14 +47,14 @@ public:
         failure.cause(platform.registry);
     }
 
-    // Runs the jobs and events that wait, until none is left.
+    // Runs the jobs and events that are waiting, until none is left.
     void settle() {
         do platform.mainQueue.drain();
         while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents));
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    // Lets that much time pass, on the calendar and for delayed jobs. No timer of the window takes part in it.
+    // Lets that much time pass, on the calendar and for delayed jobs. The timers of widgets do not notice.
     void pass(double seconds) {
         platform.calendar.advance(std::chrono::nanoseconds(std::llround(seconds * 1e9)));
         platform.mainQueue.advance(seconds);
@@ -68,24 +66,25 @@ public:
         for (int count = 0; count < 8; ++count) platform.registry.deliver(report(x, y, z));
     }
 
-    // The laptop lies still. To a detector that has never seen a sample the first one is a slap.
+    // The laptop lies still. To a detector that has never seen a sample the first one is a slap of 1 g.
     void rest() {
         sample(0, 0, 1);
         settle();
     }
 
-    // After a second at rest the laptop is hit so that the detector scores that amplitude.
-    void hit(double amplitude) {
-        pass(1.0);
-        rest();
+    // A second later, as the calendar has it, the resting laptop is hit so that the detector scores that amplitude. No
+    // time passes for delayed jobs.
+    void slap(double amplitude) {
+        platform.calendar.advance(std::chrono::seconds(1));
         sample(0, 0, 1 + amplitude);
+        sample(0, 0, 1);
         settle();
     }
 
-    // A slap of that amplitude, as the detector of a listening engine reports it.
-    void slap(BonkoEngine& engine, double amplitude) {
-        Inspector::detector(engine).onSlap(amplitude);
-        settle();
+    // Whether the program holds the sensor open, once its thread has had a turn.
+    bool sensorIsOpen() {
+        platform.threads.turn();
+        return platform.registry.deviceIsOpen();
     }
 };
 

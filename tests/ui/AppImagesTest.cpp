@@ -30,8 +30,8 @@ protected:
         QColor color;
     };
 
-    // An icon file as macOS has it: the text "icns" and the length of all, then for each picture its type, its length
-    // and a PNG; lengths are 32-bit big-endian and count themselves and the text before them.
+    // An icon file of macOS: the text "icns" and the length of the file, then for each picture its type, its length and
+    // a PNG. Lengths are 32-bit big-endian numbers, and include themselves and the text before them.
     static QByteArray iconFile(const std::vector<IconPicture>& pictures) {
         const auto part = [](const char* type, const QByteArray& data) {
             QByteArray length(4, 0);
@@ -75,7 +75,7 @@ TEST_F(AppImagesTest, TheLogoComesLast) {
     EXPECT_EQ(colorOf(welcomeLogo()), QColor(Qt::green));
 }
 
-TEST_F(AppImagesTest, AnIconThatCannotBeReadIsPassedOver) {
+TEST_F(AppImagesTest, AnIconThatCannotBeReadIsIgnored) {
     put("AppIcon.png", "no picture");
     put("AppIcon.icns", "icns no picture either");
     put("logo.png", pngPicture(Qt::green));

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 
+#include <QAction>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -11,293 +13,325 @@
 
 #include "support/Screen.h"
 #include "support/Stage.h"
-#include "support/WindowInspector.h"
-#include "ui/ContentView.h"
-#include "ui/OnboardingView.h"
+#include "support/TemporaryFolder.h"
 
 namespace quiverly {
 namespace {
 
 constexpr char completedKey[] = "bonko.onboardingCompleted";
+constexpr char looking[] = "Looking for accelerometer…";
+constexpr char detected[] = "Accelerometer detected";
+constexpr char missing[] = "Accelerometer device missing on this Mac.";
 
-bool showsOnboarding(BonkoApp& app) {
-    return dynamic_cast<OnboardingView*>(WindowInspector::window(app).centralWidget()) != nullptr;
-}
+// The application on a laptop, used through its window. What it plays is written down.
+class RunningApp {
+public:
+    RunningApp() {
+        for (const SoundPack pack : SoundPack::allCases) {
+            resources.addFile(std::filesystem::path("audio") / pack.folder() / "1.mp3");
+        }
+        resources.addFile(std::filesystem::path("audio") / SoundPack(SoundPack::sexy).folder() / "28.mp3");
+        stage.platform.resources.folders = {resources.path()};
+        stage.platform.audio.onPlay = [this](const VirtualAudio::Clip& clip) {
+            played.push_back(clip.file.parent_path().filename() / clip.file.filename());
+        };
+        app.emplace();
+    }
 
-bool showsMainView(BonkoApp& app) {
-    return dynamic_cast<ContentView*>(WindowInspector::window(app).centralWidget()) != nullptr;
-}
+    void show() {
+        app->show();
+        stage.settle();
+    }
 
-void launch(Stage& stage, BonkoApp& app) {
-    app.show();
-    stage.settle();
-}
+    void close() {
+        window().close();
+        stage.settle();
+    }
 
-void click(Stage& stage, BonkoApp& app, const QString& button) {
-    QTest::mouseClick(&find<QPushButton>(WindowInspector::window(app), button), Qt::LeftButton);
-    stage.settle();
-}
+    void quitAndLaunchAgain() {
+        app.reset();
+        app.emplace();
+        show();
+    }
 
-// Once the check has settled.
-void feelTestSlap(Stage& stage) {
-    stage.rest();
-    stage.pass(2.0);
-    stage.hit(0.5);
-}
+    QMainWindow& window() { return applicationWindow(); }
+    bool showsOnboarding() { return showsText(window(), "Welcome to Quiverly"); }
+    bool showsMainView() { return showsText(window(), "MODE"); }
+    bool showsButton(const QString& name) { return shows<QPushButton>(window(), name); }
 
-// From the first launch through the test slap and Continue.
-void passOnboarding(Stage& stage, BonkoApp& app) {
-    launch(stage, app);
-    feelTestSlap(stage);
-    click(stage, app, "Continue");
-}
+    void click(const QString& button) {
+        QTest::mouseClick(&find<QPushButton>(window(), button), Qt::LeftButton);
+        stage.settle();
+    }
+
+    void clickIfThere(const QString& button) {
+        if (window().isVisible() && showsButton(button)) click(button);
+    }
+
+    // Past the settling time of the check, so that the slap counts.
+    void feelTestSlap() {
+        stage.rest();
+        stage.pass(2.0);
+        stage.slap(0.5);
+    }
+
+    // From the first launch through the test slap and Continue.
+    void passOnboarding() {
+        show();
+        feelTestSlap();
+        click("Continue");
+    }
+
+    // The number on the counter line; 0 when there is none.
+    int countedSlaps() {
+        for (const QLabel* label : window().findChildren<QLabel*>()) {
+            const QString text = label->text();
+            if (label->isVisibleTo(&window()) && text.startsWith("Slaps")) return text.split(' ')[3].toInt();
+        }
+        return 0;
+    }
+
+    // Whatever has happened, the window tells what the program is doing.
+    void expectTheTruth() {
+        if (showsMainView()) {
+            EXPECT_TRUE(showsText(window(), stage.sensorIsOpen() ? "Listening" : "Idle"));
+        } else if (window().isVisible()) {
+            EXPECT_EQ(showsButton("Continue"), showsText(window(), "Motion check passed"));
+            EXPECT_EQ(showsButton("Continue"), showsPicture(window(), "Step 1, done"));
+        } else {
+            EXPECT_FALSE(stage.sensorIsOpen());
+        }
+    }
+
+    // Wherever the user has got to, a slap is counted and heard in the end.
+    void expectASlapToCountInTheEnd() {
+        stage.connectSensor();
+        close();
+        show();
+        if (showsOnboarding()) {
+            feelTestSlap();
+            click("Continue");
+        }
+        clickIfThere("Stop"); // perhaps it listens to a sensor that is gone
+        click("Start listening");
+        stage.rest();
+        const int before = countedSlaps();
+        played.clear();
+        stage.slap(0.4);
+        EXPECT_EQ(countedSlaps(), before + 1);
+        EXPECT_EQ(played.size(), 1U);
+    }
+
+    TemporaryFolder resources;
+    Stage stage;
+    std::vector<std::string> played; // such as "sexy/1.mp3"
+    std::optional<BonkoApp> app;
+};
+
+class BonkoAppTest : public testing::Test, protected RunningApp {};
 
 qsizetype visibleWindows() {
     return std::ranges::count_if(QApplication::topLevelWidgets(), [](const QWidget* w) { return w->isVisible(); });
 }
 
-TEST(BonkoAppTest, TheFirstLaunchShowsTheOnboardingView) {
-    Stage stage;
-    BonkoApp app;
-    launch(stage, app);
-    EXPECT_TRUE(showsOnboarding(app));
-    EXPECT_EQ(WindowInspector::window(app).windowTitle(), "Quiverly");
-    EXPECT_EQ(WindowInspector::window(app).size(), QSize(420, 560));
+TEST_F(BonkoAppTest, TheFirstLaunchShowsTheOnboardingView) {
+    show();
+    EXPECT_TRUE(showsOnboarding());
+    EXPECT_FALSE(showsMainView());
+    EXPECT_EQ(window().windowTitle(), "Quiverly");
+    EXPECT_EQ(window().size(), QSize(420, 560));
     EXPECT_EQ(visibleWindows(), 1);
     EXPECT_TRUE(defaults::object(completedKey) == std::nullopt);
 }
 
-TEST(BonkoAppTest, BuildingTheApplicationOpensNoSensor) {
-    Stage stage;
-    BonkoApp app;
+TEST_F(BonkoAppTest, BuildingTheApplicationOpensNoSensor) {
     stage.settle();
-    EXPECT_FALSE(stage.platform.registry.deviceIsOpen());
+    EXPECT_FALSE(stage.sensorIsOpen());
+    show();
+    EXPECT_TRUE(stage.sensorIsOpen()) << "the check has begun";
 }
 
-TEST(BonkoAppTest, TheMainViewTakesThePlaceInTheSameWindow) {
-    Stage stage;
-    BonkoApp app;
-    launch(stage, app);
-    const WId window = WindowInspector::window(app).winId();
-    passOnboarding(stage, app);
-    EXPECT_TRUE(showsMainView(app));
-    EXPECT_EQ(WindowInspector::window(app).winId(), window);
-    EXPECT_EQ(WindowInspector::window(app).size(), QSize(420, 560));
+TEST_F(BonkoAppTest, TheMainViewTakesThePlaceInTheSameWindow) {
+    show();
+    const WId id = window().winId();
+    feelTestSlap();
+    click("Continue");
+    EXPECT_TRUE(showsMainView());
+    EXPECT_FALSE(showsOnboarding());
+    EXPECT_EQ(window().winId(), id);
+    EXPECT_EQ(window().size(), QSize(420, 560));
     EXPECT_EQ(visibleWindows(), 1);
-    EXPECT_TRUE(showsText(WindowInspector::window(app), "Idle"));
-    EXPECT_TRUE(find<QRadioButton>(WindowInspector::window(app), "Sexy").isEnabled()) << "the sound is on";
+    EXPECT_TRUE(showsText(window(), "Idle"));
+    EXPECT_TRUE(find<QRadioButton>(window(), "Sexy").isEnabled()) << "the sound is on";
 }
 
-TEST(BonkoAppTest, BothViewsShareOneEngine) {
-    Stage stage;
-    BonkoApp app;
-    passOnboarding(stage, app);
-    EXPECT_TRUE(showsText(WindowInspector::window(app), "Slaps this session: 1  ·  last 0.500g"));
+TEST_F(BonkoAppTest, BothViewsShareOneEngine) {
+    passOnboarding();
+    EXPECT_TRUE(showsText(window(), "Slaps this session: 1  ·  last 0.500g"));
 }
 
-TEST(BonkoAppTest, TheMainViewFindsTheEngineStoppedOutOfTheCheck) {
-    Stage stage;
-    BonkoApp app;
-    passOnboarding(stage, app);
-    BonkoEngine& engine = WindowInspector::engine(app);
-    EXPECT_FALSE(engine.isRunning());
-    EXPECT_FALSE(Inspector::onboardingMode(engine));
-    EXPECT_EQ(Inspector::detector(engine).threshold, 0.12);
-    EXPECT_TRUE(engine.soundEnabled);
+TEST_F(BonkoAppTest, TheMainViewFindsTheEngineStoppedOutOfTheCheck) {
+    passOnboarding();
+    EXPECT_EQ(played, std::vector<std::string>{"sexy/28.mp3"});
+    EXPECT_FALSE(stage.sensorIsOpen());
+    QTest::mouseClick(&find<QRadioButton>(window(), "Halo"), Qt::LeftButton);
+    click("Start listening");
+    stage.rest();
+    stage.slap(0.15); // too soft for the check
+    EXPECT_TRUE(showsText(window(), "Slaps this session: 2  ·  last 0.150g"));
+    EXPECT_EQ(played.back(), "halo/1.mp3");
 }
 
-TEST(BonkoAppTest, LaterLaunchesOpenOnTheMainView) {
-    Stage stage;
-    {
-        BonkoApp app;
-        passOnboarding(stage, app);
-    }
-    BonkoApp app;
-    launch(stage, app);
-    EXPECT_TRUE(showsMainView(app));
-    EXPECT_TRUE(WindowInspector::engine(app).soundEnabled);
+TEST_F(BonkoAppTest, LaterLaunchesOpenOnTheMainView) {
+    passOnboarding();
+    quitAndLaunchAgain();
+    EXPECT_TRUE(showsMainView());
+    EXPECT_TRUE(find<QRadioButton>(window(), "Sexy").isEnabled()) << "the sound is on";
 }
 
-TEST(BonkoAppTest, WithoutContinueTheNextLaunchShowsTheOnboardingViewAgain) {
-    Stage stage;
-    {
-        BonkoApp app;
-        launch(stage, app);
-        stage.pass(2.0);
-        stage.hit(0.5);
-    }
-    BonkoApp app;
-    EXPECT_TRUE(showsOnboarding(app));
+TEST_F(BonkoAppTest, WithoutContinueTheNextLaunchShowsTheOnboardingViewAgain) {
+    show();
+    feelTestSlap();
+    EXPECT_TRUE(showsButton("Continue"));
+    quitAndLaunchAgain();
+    EXPECT_TRUE(showsOnboarding());
 }
 
-TEST(BonkoAppTest, AnUnusableRecordOfCompletionCountsAsNone) {
+TEST_F(BonkoAppTest, AnUnusableRecordOfCompletionCountsAsNone) {
     for (const defaults::Object& stored :
          {defaults::Object(0.0), defaults::Object("1"), defaults::Object(defaults::OtherObject{})}) {
-        Stage stage;
         stage.platform.defaults.values[completedKey] = stored;
-        BonkoApp app;
-        EXPECT_TRUE(showsOnboarding(app));
+        quitAndLaunchAgain();
+        EXPECT_TRUE(showsOnboarding());
     }
 }
 
-TEST(BonkoAppTest, AStoreThatLosesTheRecordDoesNotTakeTheMainViewAway) {
-    Stage stage;
-    BonkoApp app;
-    passOnboarding(stage, app);
+TEST_F(BonkoAppTest, AStoreThatLosesTheRecordDoesNotTakeTheMainViewAway) {
+    passOnboarding();
     stage.platform.defaults.values.clear();
-    WindowInspector::window(app).close();
-    launch(stage, app);
-    EXPECT_TRUE(showsMainView(app));
+    close();
+    show();
+    EXPECT_TRUE(showsMainView());
 }
 
-TEST(BonkoAppTest, SettingsAreKeptForTheNextLaunch) {
-    Stage stage;
-    {
-        BonkoApp app;
-        passOnboarding(stage, app);
-        QTest::mouseClick(&find<QRadioButton>(WindowInspector::window(app), "Lizard"), Qt::LeftButton);
-        QTest::keyClick(&find<QSlider>(WindowInspector::window(app), "Sensitivity"), Qt::Key_Right);
-    }
-    BonkoApp app;
-    launch(stage, app);
-    EXPECT_TRUE(find<QRadioButton>(WindowInspector::window(app), "Lizard").isChecked());
-    EXPECT_TRUE(showsText(WindowInspector::window(app), "0.13"));
+TEST_F(BonkoAppTest, SettingsAreKeptForTheNextLaunch) {
+    passOnboarding();
+    QTest::mouseClick(&find<QRadioButton>(window(), "Lizard"), Qt::LeftButton);
+    QTest::keyClick(&find<QSlider>(window(), "Sensitivity"), Qt::Key_Right);
+    quitAndLaunchAgain();
+    EXPECT_TRUE(find<QRadioButton>(window(), "Lizard").isChecked());
+    EXPECT_TRUE(showsText(window(), "0.13"));
 }
 
-TEST(BonkoAppTest, TheWindowKeepsToTheSizesOfItsContent) {
-    Stage stage;
-    BonkoApp app;
-    launch(stage, app);
-    QMainWindow& window = WindowInspector::window(app);
-    window.resize(1000, 1000);
-    EXPECT_EQ(window.size(), QSize(420, 560));
-    window.resize(10, 10);
-    EXPECT_EQ(window.size(), QSize(420, 560));
+TEST_F(BonkoAppTest, TheWindowKeepsToTheSizesOfItsContent) {
+    show();
+    window().resize(1000, 1000);
+    EXPECT_EQ(window().size(), QSize(420, 560));
+    window().resize(10, 10);
+    EXPECT_EQ(window().size(), QSize(420, 560));
 
-    passOnboarding(stage, app);
-    window.resize(10, 10);
-    EXPECT_EQ(window.size(), QSize(400, 480));
-    window.resize(1000, 900);
-    EXPECT_EQ(window.size(), QSize(1000, 900));
+    passOnboarding();
+    window().resize(10, 10);
+    EXPECT_EQ(window().size(), QSize(400, 480));
+    window().resize(1000, 900);
+    EXPECT_EQ(window().size(), QSize(1000, 900));
 }
 
-TEST(BonkoAppTest, TheLeastSizeGrowsWithTheTexts) {
+TEST_F(BonkoAppTest, TheLeastSizeGrowsWithTheTexts) {
     const QFont former = QApplication::font();
-    Stage stage;
-    BonkoApp app;
-    passOnboarding(stage, app);
-    click(stage, app, "Start listening");
+    passOnboarding();
+    click("Start listening");
     QFont large = former;
     large.setPointSizeF(25);
     QApplication::setFont(large);
     stage.settle();
-    QMainWindow& window = WindowInspector::window(app);
-    window.resize(10, 10);
+    window().resize(10, 10);
     stage.settle();
-    EXPECT_GT(window.width(), 400);
+    EXPECT_GT(window().width(), 400);
     for (const char* name : {"Quiverly", "Listening", "Sensitivity", "Lower detects lighter taps"}) {
-        const QLabel& label = text(window, name);
+        const QLabel& label = text(window(), name);
         EXPECT_GE(label.width(), label.sizeHint().width()) << name;
-        EXPECT_LE(place(label, window).right(), window.width()) << name;
+        EXPECT_LE(place(label, window()).right(), window().width()) << name;
     }
-    for (const QRadioButton* segment : window.findChildren<QRadioButton*>()) {
-        EXPECT_LE(place(*segment, window).right(), window.width() - 20) << segment->text().toStdString();
+    const auto segments = window().findChildren<QRadioButton*>();
+    EXPECT_EQ(segments.size(), 4);
+    for (const QRadioButton* segment : segments) {
+        EXPECT_LE(place(*segment, window()).right(), window().width() - 20) << segment->text().toStdString();
     }
     QApplication::setFont(former);
     stage.settle();
-    window.resize(10, 10);
-    EXPECT_EQ(window.size(), QSize(400, 480));
+    window().resize(10, 10);
+    EXPECT_EQ(window().size(), QSize(400, 480));
 }
 
-TEST(BonkoAppTest, ThereIsNoCommandForANewWindow) {
-    Stage stage;
-    BonkoApp app;
-    passOnboarding(stage, app);
+TEST_F(BonkoAppTest, ThereIsNoCommandForANewWindow) {
+    passOnboarding();
     for (const Qt::KeyboardModifiers modifiers :
          {Qt::KeyboardModifiers(Qt::ControlModifier), Qt::ControlModifier | Qt::ShiftModifier}) {
-        QTest::keyClick(&WindowInspector::window(app), Qt::Key_N, modifiers);
+        QTest::keyClick(&window(), Qt::Key_N, modifiers);
         stage.settle();
     }
     EXPECT_EQ(visibleWindows(), 1);
-    EXPECT_TRUE(WindowInspector::window(app).findChildren<QMenuBar*>().isEmpty());
-    EXPECT_TRUE(WindowInspector::window(app).findChildren<QAction*>().isEmpty());
+    EXPECT_TRUE(window().findChildren<QMenuBar*>().isEmpty());
+    EXPECT_TRUE(window().findChildren<QAction*>().isEmpty());
 }
 
-TEST(BonkoAppTest, ReopeningTheWindowTurnsTheSoundOnAgain) {
-    Stage stage;
-    BonkoApp app;
-    passOnboarding(stage, app);
-    WindowInspector::window(app).close();
-    WindowInspector::engine(app).soundEnabled = false;
-    launch(stage, app);
-    EXPECT_TRUE(WindowInspector::engine(app).soundEnabled);
-    EXPECT_TRUE(find<QRadioButton>(WindowInspector::window(app), "Sexy").isEnabled());
+TEST_F(BonkoAppTest, ReopeningTheWindowLeavesTheSoundOn) {
+    passOnboarding();
+    close();
+    show();
+    EXPECT_TRUE(find<QRadioButton>(window(), "Sexy").isEnabled());
 }
 
-TEST(BonkoAppTest, ClosingTheMainViewDoesNotStopTheEngine) {
-    Stage stage;
-    BonkoApp app;
-    passOnboarding(stage, app);
-    click(stage, app, "Start listening");
-    WindowInspector::window(app).close();
-    stage.settle();
-    EXPECT_TRUE(WindowInspector::engine(app).isRunning());
-    launch(stage, app);
-    EXPECT_TRUE(showsText(WindowInspector::window(app), "Listening"));
+TEST_F(BonkoAppTest, ClosingTheMainViewDoesNotStopTheEngine) {
+    passOnboarding();
+    click("Start listening");
+    close();
+    EXPECT_TRUE(stage.sensorIsOpen());
+    show();
+    EXPECT_TRUE(showsText(window(), "Listening"));
 }
 
-TEST(BonkoAppTest, ClosingTheWindowDuringTheCheckStopsIt) {
-    Stage stage;
-    BonkoApp app;
-    launch(stage, app);
-    WindowInspector::window(app).close();
-    EXPECT_FALSE(WindowInspector::engine(app).isRunning());
-    EXPECT_FALSE(Inspector::onboardingMode(WindowInspector::engine(app)));
-    launch(stage, app);
-    EXPECT_TRUE(WindowInspector::engine(app).isRunning());
-    EXPECT_TRUE(showsText(WindowInspector::window(app), "Looking for accelerometer…"));
+TEST_F(BonkoAppTest, ClosingTheWindowDuringTheCheckStopsIt) {
+    show();
+    close();
+    EXPECT_FALSE(stage.sensorIsOpen());
+    show();
+    EXPECT_TRUE(stage.sensorIsOpen());
+    EXPECT_TRUE(showsText(window(), looking));
 }
 
-TEST(BonkoAppTest, AMinimisedWindowHasNotDisappeared) {
-    Stage stage;
-    BonkoApp app;
-    launch(stage, app);
+TEST_F(BonkoAppTest, AMinimisedWindowHasNotDisappeared) {
+    show();
     stage.pass(0.6);
-    QWidget* view = WindowInspector::window(app).centralWidget();
+    QWidget* view = window().centralWidget();
     QHideEvent minimised;
     QSpontaneKeyEvent::setSpontaneous(&minimised);
     qApp->notify(view, &minimised);
-    EXPECT_TRUE(WindowInspector::engine(app).isRunning());
+    EXPECT_TRUE(stage.sensorIsOpen());
     QShowEvent restored;
     QSpontaneKeyEvent::setSpontaneous(&restored);
     qApp->notify(view, &restored);
     stage.settle();
-    EXPECT_TRUE(showsText(WindowInspector::window(app), "Accelerometer detected"));
+    EXPECT_TRUE(showsText(window(), detected));
 }
 
-TEST(BonkoAppTest, ShowingAgainBringsAMinimisedWindowBack) {
-    Stage stage;
-    BonkoApp app;
-    launch(stage, app);
-    WindowInspector::window(app).showMinimized();
+TEST_F(BonkoAppTest, ShowingAgainBringsAMinimisedWindowBack) {
+    show();
+    window().showMinimized();
     stage.settle();
-    launch(stage, app);
-    EXPECT_FALSE(WindowInspector::window(app).isMinimized());
-    EXPECT_TRUE(WindowInspector::window(app).isVisible());
+    show();
+    EXPECT_FALSE(window().isMinimized());
+    EXPECT_TRUE(window().isVisible());
 }
 
-TEST(BonkoAppTest, TheWindowCanBeClosedAndReopenedInEveryState) {
-    constexpr char looking[] = "Looking for accelerometer…";
-    constexpr char missing[] = "Accelerometer device missing on this Mac.";
-    Stage stage;
-    BonkoApp app;
+TEST_F(BonkoAppTest, TheWindowCanBeClosedAndReopenedInEveryState) {
     const auto expectAfterReopening = [&](const char* shown) {
-        WindowInspector::window(app).close();
-        stage.settle();
-        launch(stage, app);
-        EXPECT_TRUE(showsText(WindowInspector::window(app), shown)) << shown;
+        close();
+        show();
+        EXPECT_TRUE(showsText(window(), shown)) << shown;
     };
-    launch(stage, app);
+    show();
     expectAfterReopening(looking);
     stage.pass(0.6); // the accelerometer is detected
     expectAfterReopening(looking);
@@ -307,95 +341,70 @@ TEST(BonkoAppTest, TheWindowCanBeClosedAndReopenedInEveryState) {
     expectAfterReopening(missing);
     stage.connectSensor();
     expectAfterReopening(looking);
-    feelTestSlap(stage);
-    ASSERT_TRUE(showsText(WindowInspector::window(app), "Motion check passed"));
+    feelTestSlap();
+    ASSERT_TRUE(showsText(window(), "Motion check passed"));
     expectAfterReopening(looking);
-    feelTestSlap(stage);
-    click(stage, app, "Continue");
+    feelTestSlap();
+    click("Continue");
     expectAfterReopening("Idle");
-    click(stage, app, "Start listening");
+    click("Start listening");
     expectAfterReopening("Listening");
-    click(stage, app, "Stop");
+    click("Stop");
     stage.removeSensor();
-    click(stage, app, "Start listening");
+    click("Start listening");
     expectAfterReopening(missing);
 }
 
-// Whatever has happened, the window shows what the engine is at.
-void expectTheTruth(BonkoApp& app) {
-    BonkoEngine& engine = WindowInspector::engine(app);
-    QMainWindow& window = WindowInspector::window(app);
-    if (showsMainView(app)) {
-        EXPECT_TRUE(showsText(window, engine.isRunning() ? "Listening" : "Idle"));
-        EXPECT_EQ(
-            showsText(window, QString::asprintf("Slaps this session: %lld  ·  last %.3fg",
-                                                static_cast<long long>(engine.slapCount), engine.lastAmplitude.get())),
-            engine.slapCount > 0);
-        EXPECT_FALSE(Inspector::onboardingMode(engine));
-    } else if (!window.isVisible()) {
-        EXPECT_FALSE(engine.isRunning());
-        EXPECT_FALSE(Inspector::onboardingMode(engine));
-    } else {
-        EXPECT_NE(Inspector::onboardingMode(engine), shows<QPushButton>(window, "Continue"));
-    }
-}
+// Slaps, time, closing, reopening, Continue, the button and the sensor's coming and going, in a random order.
+class RandomOrderTest : public BonkoAppTest, public testing::WithParamInterface<unsigned> {};
 
-// Slaps, time, closing, reopening, Continue, the button and the sensor's coming and going, in orders drawn by chance.
-class AnyOrderTest : public testing::TestWithParam<unsigned> {};
-
-TEST_P(AnyOrderTest, TheWindowTellsTheTruth) {
+TEST_P(RandomOrderTest, TheWindowTellsTheTruth) {
     std::mt19937 random(GetParam());
-    Stage stage;
-    BonkoApp app;
-    BonkoEngine& engine = WindowInspector::engine(app);
-    QMainWindow& window = WindowInspector::window(app);
-    const auto clickIfThere = [&](const QString& button) {
-        if (window.isVisible() && shows<QPushButton>(window, button)) click(stage, app, button);
-    };
     const std::vector<std::function<void()>> acts = {
-        [&] { stage.slap(engine, 0.5); }, [&] { stage.hit(0.4); },           [&] { stage.pass(0.3); },
-        [&] { stage.pass(2.0); },         [&] { window.close(); },           [&] { app.show(); },
-        [&] { launch(stage, app); },      [&] { clickIfThere("Continue"); }, [&] { clickIfThere("Start listening"); },
-        [&] { clickIfThere("Stop"); },    [&] { stage.removeSensor(); },     [&] { stage.connectSensor(); },
+        [&] { stage.slap(0.5); },
+        [&] { stage.rest(); },
+        [&] { stage.pass(0.3); },
+        [&] { stage.pass(2.0); },
+        [&] { window().close(); },
+        [&] { app->show(); },
+        [&] { show(); },
+        [&] { clickIfThere("Continue"); },
+        [&] { clickIfThere("Start listening"); },
+        [&] { clickIfThere("Stop"); },
+        [&] { stage.removeSensor(); },
+        [&] { stage.connectSensor(); },
     };
     std::uniform_int_distribution<std::size_t> choice(0, acts.size() - 1);
-    for (int act = 0; act < 40; ++act) {
+    for (int count = 0; count < 40; ++count) {
         acts[choice(random)]();
         stage.settle();
-        expectTheTruth(app);
+        expectTheTruth();
     }
+    expectASlapToCountInTheEnd();
 }
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomOrderTest, testing::Range(0U, 40U));
 
 // Every order of what may happen to a check.
-TEST(BonkoAppTest, WhateverTheOrderTheWindowTellsTheTruth) {
-    std::array<int, 5> order{0, 1, 2, 3, 4};
+TEST(EveryOrderTest, TheWindowTellsTheTruth) {
+    std::array<std::size_t, 5> order{0, 1, 2, 3, 4};
     do {
         SCOPED_TRACE(testing::PrintToString(order));
-        Stage stage;
-        BonkoApp app;
-        launch(stage, app);
-        stage.platform.calendar.advance(std::chrono::seconds(2)); // the settling time, while the verdict is held up
+        RunningApp running;
         const std::array<std::function<void()>, 5> acts = {
-            [&] { stage.slap(WindowInspector::engine(app), 0.5); },
-            [&] { stage.pass(0.6); },
-            [&] { WindowInspector::window(app).close(); },
-            [&] { launch(stage, app); },
-            [&] {
-                if (WindowInspector::window(app).isVisible() &&
-                    shows<QPushButton>(WindowInspector::window(app), "Continue")) {
-                    click(stage, app, "Continue");
-                }
-            },
+            [&] { running.stage.slap(0.5); }, [&] { running.stage.pass(0.6); },          [&] { running.close(); },
+            [&] { running.show(); },          [&] { running.clickIfThere("Continue"); },
         };
-        for (const int act : order) {
-            acts[static_cast<std::size_t>(act)]();
-            stage.settle();
-            expectTheTruth(app);
+        running.show();
+        running.stage.rest();
+        running.stage.platform.calendar.advance(std::chrono::seconds(2)); // past the settling time, before the verdict
+        for (const std::size_t act : order) {
+            acts[act]();
+            running.expectTheTruth();
         }
+        running.expectASlapToCountInTheEnd();
     } while (std::ranges::next_permutation(order).found);
 }
-
-INSTANTIATE_TEST_SUITE_P(Seeds, AnyOrderTest, testing::Range(0U, 40U));
 
 } // namespace
 } // namespace quiverly

@@ -9,7 +9,6 @@
 #include "support/Screen.h"
 #include "support/Stage.h"
 #include "support/SystemLooks.h"
-#include "support/WindowInspector.h"
 #include "ui/BonkoApp.h"
 #include "ui/ContentView.h"
 #include "ui/OnboardingView.h"
@@ -112,11 +111,10 @@ TEST_F(ThemeTest, AnOpenWindowFollowsTheSystem) {
         setSystemDark(dark);
         stage.settle();
         const Theme::Colors& colors = dark ? Theme::dark : Theme::light;
-        EXPECT_EQ(colorAt(WindowInspector::window(app), {5, 5}), colors.window);
-        EXPECT_EQ(colorOf(text(WindowInspector::window(app), "Welcome to Quiverly")), colors.primary);
-        EXPECT_EQ(
-            colorOf(text(WindowInspector::window(app), "Slap your MacBook. It has feelings, and it will tell you.")),
-            colors.secondary);
+        EXPECT_EQ(colorAt(applicationWindow(), {5, 5}), colors.window);
+        EXPECT_EQ(colorOf(text(applicationWindow(), "Welcome to Quiverly")), colors.primary);
+        EXPECT_EQ(colorOf(text(applicationWindow(), "Slap your MacBook. It has feelings, and it will tell you.")),
+                  colors.secondary);
     }
 }
 

@@ -1,4 +1,4 @@
-// Runs the window's tests, each with an application of its own, off any screen unless a platform is asked for.
+// Runs the tests of the window, offscreen unless another platform is asked for.
 
 #include <gtest/gtest.h>
 

@@ -37,7 +37,7 @@ TEST_F(ScrollAreaTest, TheKeyboardScrollsWhatDoesNotFit) {
     EXPECT_NE(colorAt(area, {75, 1}), Theme::current().colors().focus);
 }
 
-TEST_F(ScrollAreaTest, TheKeyboardPassesOverWhatFits) {
+TEST_F(ScrollAreaTest, TheKeyboardSkipsAContentThatFits) {
     area.resize(150, 400);
     QApplication::processEvents();
     EXPECT_EQ(area.focusPolicy(), Qt::NoFocus);

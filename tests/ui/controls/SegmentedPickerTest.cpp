@@ -20,7 +20,7 @@ TEST(SegmentedPickerTest, AScreenReaderFindsAGroupOfRadioButtons) {
     EXPECT_TRUE(describe(picker).child(1)->state().checked);
 }
 
-TEST(SegmentedPickerTest, SelectingIsNoChoiceOfTheUser) {
+TEST(SegmentedPickerTest, ShowingASelectionIsNotAChoiceOfTheUser) {
     SegmentedPicker picker("Mode", {"One", "Two"});
     int choices = 0;
     picker.onChoice = [&](int) { ++choices; };

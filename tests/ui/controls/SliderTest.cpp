@@ -52,9 +52,9 @@ TEST(SliderTest, EveryStepIsTheHundredthItShows) {
     }
 }
 
-TEST(SliderTest, ShowingWhatIsNoNumberStaysInsideTheRange) {
+TEST(SliderTest, AValueThatIsNotANumberIsShownInsideTheRange) {
     Slider slider("Sensitivity", 4, 40);
-    slider.onMove = [](double) { FAIL() << "showing is no move"; };
+    slider.onMove = [](double) { FAIL() << "showing is not moving"; };
     for (const double value : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e308}) {
         slider.show(value);
         EXPECT_GE(slider.value(), 4);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "support/Screen.h"
-#include "ui/controls/Picture.h"
 
 namespace quiverly {
 namespace {
@@ -21,9 +20,9 @@ TEST_P(StatusLineTest, TheFirstIconThatAppliesWins) {
     StatusLine view;
     static_cast<QWidget&>(view).show();
     view.show(line.status);
-    ASSERT_TRUE(shows<Picture>(view, line.icon)) << line.icon;
+    ASSERT_TRUE(showsPicture(view, line.icon)) << line.icon;
     const Theme::Colors& colors = Theme::current().colors();
-    const QImage icon = find<Picture>(view, line.icon).grab().toImage();
+    const QImage icon = picture(view, line.icon).grab().toImage();
     const QString meaning = line.icon;
     EXPECT_EQ(hasColor(icon, Theme::primaryPink), meaning == "Done" || meaning == "Slap now") << line.icon;
     EXPECT_EQ(hasColor(icon, colors.warning), meaning == "Warning") << line.icon;

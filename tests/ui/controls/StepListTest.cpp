@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QLayout>
+
 #include "support/Screen.h"
 #include "ui/Theme.h"
-#include "ui/controls/Connector.h"
-#include "ui/controls/Picture.h"
 
 namespace quiverly {
 namespace {
@@ -27,8 +27,8 @@ protected:
 TEST_F(StepListTest, AnActiveStepShowsItsNumberAndContent) {
     list.show(1, true, false);
     list.show(2, false, false);
-    EXPECT_EQ(colorAt(find<Picture>(list, "Step 1"), {4, 14}), Theme::primaryPink);
-    EXPECT_NE(colorAt(find<Picture>(list, "Step 2"), {4, 14}), Theme::primaryPink);
+    EXPECT_EQ(colorAt(picture(list, "Step 1"), {4, 14}), Theme::primaryPink);
+    EXPECT_NE(colorAt(picture(list, "Step 2"), {4, 14}), Theme::primaryPink);
     EXPECT_EQ(colorOf(text(list, "First")), Theme::current().colors().primary);
     EXPECT_EQ(colorOf(text(list, "Second")), Theme::current().colors().secondary);
     EXPECT_TRUE(first->isVisible());
@@ -39,8 +39,8 @@ TEST_F(StepListTest, ABadgeIsGreyUntilItsTurnAndHasAWhiteNumberOnPink) {
     list.show(1, true, false);
     list.show(2, false, false);
     const QColor grey = Theme::current().colors().secondary;
-    const QImage lit = find<Picture>(list, "Step 1").grab().toImage();
-    const QImage dull = find<Picture>(list, "Step 2").grab().toImage();
+    const QImage lit = picture(list, "Step 1").grab().toImage();
+    const QImage dull = picture(list, "Step 2").grab().toImage();
     EXPECT_TRUE(hasColor(lit, Qt::white));
     EXPECT_TRUE(hasColor(dull, grey));
     EXPECT_FALSE(hasColor(dull, Qt::white));
@@ -50,19 +50,16 @@ TEST_F(StepListTest, ABadgeIsGreyUntilItsTurnAndHasAWhiteNumberOnPink) {
 TEST_F(StepListTest, OnlyTheFirstStepKeepsItsContentWhenComplete) {
     list.show(1, false, true);
     list.show(2, false, true);
-    EXPECT_TRUE(shows<Picture>(list, "Step 1, done"));
-    EXPECT_TRUE(shows<Picture>(list, "Step 2, done"));
+    EXPECT_TRUE(showsPicture(list, "Step 1, done"));
+    EXPECT_TRUE(showsPicture(list, "Step 2, done"));
     EXPECT_TRUE(first->isVisible());
     EXPECT_FALSE(second->isVisible());
     EXPECT_EQ(colorOf(text(list, "Second")), Theme::current().colors().primary);
 }
 
 TEST_F(StepListTest, TheConnectorLightsUpWhenTheUpperStepIsComplete) {
-    Connector* connector = nullptr;
-    for (QWidget* child : list.findChildren<QWidget*>()) {
-        if (auto* candidate = dynamic_cast<Connector*>(child)) connector = candidate;
-    }
-    ASSERT_NE(connector, nullptr);
+    ASSERT_EQ(list.layout()->count(), 3) << "a step, the connector, a step";
+    QWidget* connector = list.layout()->itemAt(1)->widget();
     EXPECT_EQ(connector->height(), 22 + 2 * 6);
     const QColor ground = list.palette().color(QPalette::Window);
     list.show(1, true, false);
