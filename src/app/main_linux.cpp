@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
     case SingleInstance::Place::taken:
         return 0;
     case SingleInstance::Place::unanswered:
-        std::fputs("quiverly: Quiverly is running already, but does not respond.\n", stderr);
+        std::fputs("quiverly: Quiverly is already running but does not respond.\n", stderr);
         return 1;
     }
 

@@ -5,8 +5,8 @@
 
 using namespace quiverly;
 
-// The program outlives its window, which comes back when the user turns to the program again. The system itself keeps a
-// second copy from being started, and supplies the menu bar.
+// The program outlives its window, which is shown again when the user activates the program. The system prevents a
+// second copy from running, and supplies the menu bar.
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     describeProgram();

@@ -10,7 +10,7 @@ void describeProgram() {
     QApplication::setApplicationName("quiverly");
     QApplication::setApplicationDisplayName("Quiverly");
     QApplication::setApplicationVersion(identity::version);
-    QApplication::setLayoutDirection(Qt::LeftToRight); // that of its texts, which are English everywhere
+    QApplication::setLayoutDirection(Qt::LeftToRight); // its texts are always English
     QApplication::setDesktopFileName(identity::identifier);
 }
 

@@ -2,8 +2,7 @@
 
 namespace quiverly {
 
-// Tells the toolkit, and through it the desktop, which program this is and how it reads. After the QApplication is
-// made.
+// Tells the toolkit, and through it the desktop, which program this is. Call it once the QApplication exists.
 void describeProgram();
 
 } // namespace quiverly

@@ -4,7 +4,8 @@
 
 namespace quiverly {
 
-// The application's image for the main view's header and for the welcome: the first of its files that loads, or null.
+// The application's logo for the header of the main view, and for the welcome: the first of its files that can be
+// loaded, or null.
 QImage headerLogo();
 QImage welcomeLogo();
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include <QPainter>
 #include <QVBoxLayout>
 
 #include "ui/AppImages.h"
-#include "ui/controls/Divider.h"
 #include "ui/controls/Label.h"
 #include "ui/controls/Logo.h"
 #include "ui/controls/MonospacedDigits.h"
@@ -31,6 +31,15 @@ QStringList packTitles() {
 int indexOf(SoundPack pack) {
     return static_cast<int>(std::ranges::find(SoundPack::allCases, pack) - SoundPack::allCases.begin());
 }
+
+// The line below the header.
+class Divider : public QWidget {
+public:
+    Divider() { setFixedHeight(1); }
+
+private:
+    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), Theme::current().colors().divider); }
+};
 
 } // namespace
 

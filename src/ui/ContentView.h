@@ -15,9 +15,9 @@ class SegmentedPicker;
 class Slider;
 class StatusPill;
 
-// The main view: start and stop, the choice of the pack, the sensitivity, and what the engine is at.
+// The main view: start and stop, the choice of the pack, the sensitivity, and what the engine is doing.
 //
-// Keeps no state of its own: it shows what it reads from the engine and writes what the user chooses straight into it.
+// Keeps no state of its own: shows what it reads from the engine, and writes what the user chooses straight into it.
 class ContentView : public View {
 public:
     explicit ContentView(BonkoEngine& engine); // the engine outlives the view

@@ -12,13 +12,13 @@ namespace {
 
 constexpr double largestOrdinarySystemFont = 15.0; // pixels: 11 points, the largest default of a desktop
 
-struct Facts {
+struct Design {
     double size; // pixels
     QFont::Weight weight;
     bool rounded = false;
 };
 
-Facts facts(FontRole role) {
+Design designOf(FontRole role) {
     switch (role) {
     case FontRole::caption2:
         return {10, QFont::Medium};
@@ -53,7 +53,7 @@ const QStringList& roundedFamilies() {
     return families;
 }
 
-// For a system without fonts: has a glyph for every character of the window.
+// Has a glyph for every character of the window, even on a system without fonts.
 const QStringList& plainFamilies() {
     static const QStringList families = familiesIn(":/fonts/Text-Regular.otf");
     return families;
@@ -66,13 +66,13 @@ double fontScale() {
 }
 
 QFont fontFor(FontRole role) {
-    const Facts wanted = facts(role);
+    const Design design = designOf(role);
     QFont font = QApplication::font();
     const QStringList system = font.families() << QFontInfo(font).family(); // the first may be an alias such as Sans
     const QStringList plain = system + plainFamilies();
-    font.setFamilies(wanted.rounded ? roundedFamilies() + plain : plain);
-    font.setPixelSize(qRound(wanted.size * fontScale()));
-    font.setWeight(wanted.weight);
+    font.setFamilies(design.rounded ? roundedFamilies() + plain : plain);
+    font.setPixelSize(qRound(design.size * fontScale()));
+    font.setWeight(design.weight);
     return font;
 }
 

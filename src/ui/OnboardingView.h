@@ -17,14 +17,14 @@ namespace quiverly {
 class PushButton;
 class StepList;
 
-// What a new user sees first: a welcome, and a check that the sensor delivers and feels one test slap.
+// What a new user sees first: a welcome, and a check that the sensor works and feels one test slap.
 //
 // Appearing begins the check anew; disappearing ends it and stops the engine.
 class OnboardingView : public View {
 public:
     explicit OnboardingView(BonkoEngine& engine); // the engine outlives the view
 
-    std::function<void()> onContinue; // the check is complete and the user goes on
+    std::function<void()> onContinue; // called when the check is complete and the user continues
 
 private:
     QWidget* welcomeAndSteps();
@@ -45,7 +45,7 @@ private:
     bool accelOK = false;
     bool slapOK = false;
     bool waitingForSlap = true;
-    std::shared_ptr<const bool> check; // lives as long as the check that is under way
+    std::shared_ptr<const bool> check; // lives as long as the current check
 
     std::array<StatusLine*, 4> lines{};
     StepList* steps;

@@ -9,9 +9,9 @@ namespace quiverly {
 
 enum class Tone { primary, secondary, tertiary, red, orange, green };
 
-// Every colour of the window, light and dark. Follows the system while the program runs: changed() is emitted when the
-// colours or the system's font have become others. Who keeps a colour or a font listens; what only paints is repainted
-// by the toolkit, for the system's palette has changed. One for the application, made when it is first asked for.
+// Every colour of the window, light and dark. Follows the system while the program runs and emits changed() when the
+// colours or the system's font have changed. Widgets that store a colour or a font listen to it; those that only paint
+// need not, because the toolkit repaints the window. There is one for the application.
 class Theme : public QObject {
     Q_OBJECT
 
@@ -37,7 +37,7 @@ public:
     bool isDark() const { return darkness; }
     const Colors& colors() const { return darkness ? dark : light; }
     QColor color(Tone tone) const;
-    QPalette palette() const; // for what the system's style paints: scroll bars and the window itself
+    QPalette palette() const; // for what the system's style paints, such as the window itself
 
 signals:
     void changed();

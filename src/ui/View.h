@@ -6,8 +6,8 @@
 
 namespace quiverly {
 
-// What fills the window. Tells when it appears and disappears: when it is shown anew or taken away, not when the window
-// is merely minimised or covered. A view is hidden before it is deleted.
+// What fills the window. Tells when it appears and disappears: when it is shown or taken away, not when the window is
+// merely minimised or covered. Hide a view before deleting it, or it does not disappear.
 class View : public QWidget {
 public:
     using QWidget::QWidget;

@@ -13,7 +13,8 @@ namespace quiverly {
 inline QStringList activity(QWidget& window) {
     auto* const dispatcher = QAbstractEventDispatcher::instance();
     QObjectList objects;
-    for (QObject* root : {static_cast<QObject*>(&window), static_cast<QObject*>(qApp), static_cast<QObject*>(dispatcher)}) {
+    for (QObject* root :
+         {static_cast<QObject*>(&window), static_cast<QObject*>(qApp), static_cast<QObject*>(dispatcher)}) {
         objects << root << root->findChildren<QObject*>();
     }
     QStringList busy;

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int duration = 250; // milliseconds
 
-// A picture over the widget; gone when it has faded or the widget is hidden.
+// What the widget looked like, over the widget. Deletes itself when it has faded, or when the widget is hidden.
 class FadingPicture : public QWidget {
 public:
     explicit FadingPicture(QWidget& widget)

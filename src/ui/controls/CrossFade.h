@@ -4,7 +4,7 @@ class QWidget;
 
 namespace quiverly {
 
-// Lets what a widget shows now fade, in a quarter of a second, into what it shows next. Call before the change.
+// Makes a visible change of a widget fade in, for a quarter of a second. Call it before the change.
 void crossFade(QWidget& widget);
 
 } // namespace quiverly

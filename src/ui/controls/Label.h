@@ -15,7 +15,7 @@ public:
     void setTone(Tone tone);
     void setTracking(double pixels); // extra space between letters
 
-    // Goes on on further lines rather than being cut.
+    // Lets the text continue on further lines.
     void wrap(Qt::Alignment alignment = Qt::AlignLeft);
 
 private:

@@ -7,14 +7,15 @@
 
 #include "ui/Theme.h"
 #include "ui/controls/Symbol.h"
+#include "ui/controls/accessibility.h"
 #include "ui/controls/painting.h"
 
 namespace quiverly {
 
 namespace {
 
-// A soft pink shadow of a rounded square, as sharp or blurred on every screen: laid on in shells, each as opaque as
-// what it has to add to those outside it.
+// A soft pink shadow of a rounded square, equally blurred on every screen. It is painted as shells from the outside in,
+// each as opaque as what it has to add to those before it.
 class Shadow : public QGraphicsEffect {
 public:
     explicit Shadow(double radius) : radius(radius) {}
@@ -24,17 +25,17 @@ public:
     }
 
 private:
-    // Of the shadow, so far outside its edge: that of a straight edge blurred by a Gaussian.
+    // The opacity of the shadow at a distance outside its edge: that of a straight edge blurred by a Gaussian.
     static double opacityAt(double distance) { return 0.5 * strength * std::erfc(distance / (blur / 2.0) / M_SQRT2); }
 
     void draw(QPainter* painter) override {
         const QRectF square = sourceBoundingRect().translated(0, drop);
-        double laidOn = 0.0;
+        double painted = 0.0;
         for (int distance = blur; distance >= -drop; --distance) {
             const double opacity = opacityAt(distance);
             QColor shell = Theme::primaryPink;
-            shell.setAlphaF(static_cast<float>((opacity - laidOn) / (1 - laidOn)));
-            laidOn = opacity;
+            shell.setAlphaF(static_cast<float>((opacity - painted) / (1 - painted)));
+            painted = opacity;
             fillRounded(*painter, square.adjusted(-distance, -distance, distance, distance), radius + distance, shell);
         }
         drawSource(painter);
@@ -50,7 +51,7 @@ private:
 } // namespace
 
 Logo::Logo(const QImage& image, const Style& style) : image(image), style(style) {
-    setAccessibleName("Quiverly");
+    describeAs(*this, QAccessible::Graphic, "Quiverly");
     setFixedSize(style.size, style.size);
     if (style.shadow && !image.isNull()) setGraphicsEffect(new Shadow(style.radius));
 }

@@ -1,13 +1,12 @@
 #pragma once
 
 #include <QImage>
-
-#include "ui/controls/Picture.h"
+#include <QWidget>
 
 namespace quiverly {
 
-// The application's image in a rounded square, or the hand in its place where there is no image.
-class Logo : public Picture {
+// The application's logo: an image in a rounded square, or the hand when there is no image.
+class Logo : public QWidget {
 public:
     struct Style {
         int size;            // pixels, of the square
@@ -21,7 +20,7 @@ public:
 private:
     void paintEvent(QPaintEvent* event) override;
 
-    QImage image; // null: none
+    QImage image; // may be null
     Style style;
 };
 

@@ -4,7 +4,7 @@
 
 namespace quiverly {
 
-// A number at the right edge of its place. Every digit is as wide as the widest, so that nothing moves while it
+// A right-aligned number. Every digit takes the width of the widest, so that the others stay where they are when one
 // changes.
 class MonospacedDigits : public Label {
 public:

@@ -4,7 +4,7 @@
 
 namespace quiverly {
 
-// The prominent button: as wide as it may be, filled with its tint, its label in white.
+// The prominent button: as wide as its layout allows, filled with its tint, with a white label.
 class PushButton : public QPushButton {
 public:
     explicit PushButton(const QString& label);

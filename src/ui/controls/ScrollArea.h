@@ -4,8 +4,8 @@
 
 namespace quiverly {
 
-// Shows a content at least as wide as it needs, scrolled up and down where there is more of it. The keyboard reaches
-// the area, and scrolls it, while it can be scrolled.
+// Scrolls a content vertically; horizontally it always has the room it needs. The keyboard reaches the area, and
+// scrolls it, whenever there is something to scroll.
 class ScrollArea : public QScrollArea {
 public:
     explicit ScrollArea(QWidget* content); // takes the content over

@@ -63,8 +63,7 @@ private:
 } // namespace
 
 SegmentedPicker::SegmentedPicker(const QString& name, const QStringList& titles) {
-    describeControlsToScreenReaders();
-    setAccessibleName(name);
+    describeAs(*this, QAccessible::Grouping, name);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);

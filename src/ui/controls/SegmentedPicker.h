@@ -9,13 +9,13 @@ class QRadioButton;
 
 namespace quiverly {
 
-// A choice of one among a few, side by side: radio buttons that look like one control.
+// A choice of one among a few: radio buttons side by side that look like one control.
 class SegmentedPicker : public QWidget {
 public:
-    // `name` is what a screen reader calls the choice.
+    // `name` is for screen readers.
     SegmentedPicker(const QString& name, const QStringList& titles);
 
-    void select(int index); // shows a choice, without calling onChoice
+    void select(int index); // shows a choice without calling onChoice
 
     std::function<void(int index)> onChoice; // the user has chosen
 

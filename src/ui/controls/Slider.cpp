@@ -3,24 +3,70 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QAccessibleWidget>
 #include <QMouseEvent>
 
 #include "ui/Theme.h"
-#include "ui/controls/accessibility.h"
 #include "ui/controls/painting.h"
 
 namespace quiverly {
 
 namespace {
+
 constexpr double handleRadius = 9.5; // pixels, as are all lengths here
 constexpr double focusGap = 4.5;     // from the edge of the handle's place to the handle inside the focus ring
 constexpr double grooveHeight = 4;
 constexpr double grooveInset = 2;
 constexpr int controlHeight = 22;
+
+// What a screen reader sees: the value in its own unit, not the position in hundredths.
+class AccessibleSlider : public QAccessibleWidget, public QAccessibleValueInterface {
+public:
+    explicit AccessibleSlider(Slider& slider) : QAccessibleWidget(&slider, QAccessible::Slider), slider(slider) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+        return QAccessibleWidget::interface_cast(type);
+    }
+
+    QString text(QAccessible::Text kind) const override {
+        if (kind == QAccessible::Value) return QString::asprintf("%.2f", slider.shown());
+        return QAccessibleWidget::text(kind);
+    }
+
+    QVariant currentValue() const override { return slider.shown(); }
+    void setCurrentValue(const QVariant& value) override { slider.choose(value.toDouble()); }
+    QVariant minimumValue() const override { return slider.minimum() / 100.0; }
+    QVariant maximumValue() const override { return slider.maximum() / 100.0; }
+    QVariant minimumStepSize() const override { return slider.singleStep() / 100.0; }
+
+    QStringList actionNames() const override {
+        return QStringList{increaseAction(), decreaseAction()} + QAccessibleWidget::actionNames();
+    }
+
+    void doAction(const QString& name) override {
+        if (name == increaseAction()) {
+            slider.triggerAction(QAbstractSlider::SliderSingleStepAdd);
+        } else if (name == decreaseAction()) {
+            slider.triggerAction(QAbstractSlider::SliderSingleStepSub);
+        } else {
+            QAccessibleWidget::doAction(name);
+        }
+    }
+
+private:
+    Slider& slider;
+};
+
+QAccessibleInterface* describeSlider(const QString&, QObject* object) {
+    auto* slider = dynamic_cast<Slider*>(object);
+    return slider ? new AccessibleSlider(*slider) : nullptr;
+}
+
 } // namespace
 
 Slider::Slider(const QString& name, int minimum, int maximum) : QSlider(Qt::Horizontal), shownValue(minimum / 100.0) {
-    describeControlsToScreenReaders();
+    QAccessible::installFactory(describeSlider); // of no effect when it is installed already
     setAccessibleName(name);
     setAttribute(Qt::WA_LayoutUsesWidgetRect);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -70,7 +116,7 @@ QPointF Slider::handleCentre() const {
     return {handleRadius + travel * fraction, height() / 2.0};
 }
 
-// The nearest that the slider has; the lowest for what is no number.
+// The nearest position; the lowest for a value that is not a number.
 int Slider::positionOf(double value) const {
     if (std::isnan(value)) return minimum();
     return int(std::lround(std::clamp(value * 100, double(minimum()), double(maximum()))));
@@ -82,7 +128,7 @@ int Slider::positionAt(double x) const {
     return minimum() + int(std::lround(fraction * (maximum() - minimum())));
 }
 
-// A mouse that does not get as far as another step chooses nothing.
+// A mouse that does not reach another step chooses nothing.
 void Slider::moveHandle(double x) {
     const int position = positionAt(x);
     if (position != sliderPosition()) choose(position / 100.0);
@@ -105,7 +151,7 @@ void Slider::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) setSliderDown(false);
 }
 
-// The wheel scrolls the view; a threshold should not change because the pointer happened to rest here.
+// The wheel scrolls the view: a threshold must not change because the pointer happens to be here.
 void Slider::wheelEvent(QWheelEvent* event) {
     event->ignore();
 }

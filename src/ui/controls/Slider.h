@@ -6,17 +6,17 @@
 
 namespace quiverly {
 
-// A slider over hundredths. It shows any value, the nearest end standing for what lies outside its range, and showing
-// never writes: onMove is called with what the user chooses, n/100, and with nothing else.
+// A slider in steps of a hundredth. It shows any value, at the nearer end of its range if the value lies outside.
+// onMove is called with what the user chooses, n/100, and never because a value is shown.
 class Slider : public QSlider {
 public:
-    // `name` is what a screen reader calls it; range in hundredths.
+    // `name` is for screen readers; the range is in hundredths.
     Slider(const QString& name, int minimum, int maximum);
 
     void show(double value);
-    double shown() const; // as it was given, or as the user chose it
+    double shown() const; // the value given to show(), or what the user has chosen since
 
-    void choose(double value); // as if the user had moved there: into the range, to the nearest step
+    void choose(double value); // does as if the user had moved the handle there: to the nearest step in the range
 
     std::function<void(double value)> onMove;
 

@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "ui/Theme.h"
+#include "ui/controls/accessibility.h"
 
 namespace quiverly {
 
@@ -12,7 +13,7 @@ constexpr int stepTime = 120; // milliseconds
 } // namespace
 
 Spinner::Spinner() {
-    setAccessibleName("Working");
+    describeAs(*this, QAccessible::Graphic, "Working");
 }
 
 void Spinner::showEvent(QShowEvent*) {

@@ -1,13 +1,12 @@
 #pragma once
 
 #include <QBasicTimer>
-
-#include "ui/controls/Picture.h"
+#include <QWidget>
 
 namespace quiverly {
 
-// Turns for as long as it can be seen, one step in 120 milliseconds; costs nothing otherwise. As large as its place.
-class Spinner : public Picture {
+// Turns one step every 120 milliseconds while it is visible, and costs nothing otherwise. Fills its geometry.
+class Spinner : public QWidget {
 public:
     Spinner();
 

@@ -6,20 +6,21 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
-#include "ui/controls/Picture.h"
 #include "ui/controls/Spinner.h"
 #include "ui/controls/Symbol.h"
+#include "ui/controls/accessibility.h"
 
 namespace quiverly {
 
-// A symbol, or the spinner where there is none.
-class StatusLine::Icon : public Picture {
+// A symbol, or the spinner if there is none.
+class StatusLine::Icon : public QWidget {
 public:
     Icon() : spinner(new Spinner) {
         auto* box = new QHBoxLayout(this);
         box->setContentsMargins(0, 0, 0, 0);
         box->addWidget(spinner);
         connect(&Theme::current(), &Theme::changed, this, &Icon::resizeWithTexts);
+        describeAs(*this, QAccessible::Graphic, meaning());
         resizeWithTexts();
     }
 
@@ -27,7 +28,7 @@ public:
         spinner->setVisible(!next);
         if (next == symbol) return;
         symbol = next;
-        setAccessibleName(meaning());
+        describeAs(*this, QAccessible::Graphic, meaning());
         update();
     }
 
@@ -38,7 +39,7 @@ private:
     }
 
     QString meaning() const {
-        if (!symbol) return {}; // the spinner speaks for itself
+        if (!symbol) return {}; // the spinner has a name of its own
         switch (*symbol) {
         case Symbol::hand:
             return "Slap now";
@@ -82,7 +83,7 @@ StatusLine::StatusLine() : icon(new Icon), text(new Label(FontRole::callout, Ton
     alignWithIcon();
 }
 
-// The icon stands beside the middle of the first line.
+// Centres the first line of the text on the icon.
 void StatusLine::alignWithIcon() {
     const int slack = icon->height() - text->fontMetrics().height();
     text->setContentsMargins(0, std::max(0, (slack + 1) / 2), 0, 0);

@@ -6,13 +6,13 @@
 
 namespace quiverly {
 
-// One line of a step's progress: an icon that says done, working, warning or slap now, and a text that wraps.
+// One line of a step's progress: an icon for done, working, warning or slap now, and a text that wraps.
 class StatusLine : public QWidget {
 public:
     struct Status {
         bool ok = false;
         QString text;
-        bool warning = false; // warns unless ok
+        bool warning = false; // ignored if ok
         bool forceWarning = false;
         bool hand = false;
     };

@@ -4,7 +4,7 @@
 
 namespace quiverly {
 
-// A word in a capsule of its own colour, thinned.
+// A word in a capsule filled with a tint of its own colour.
 class StatusPill : public Label {
 public:
     StatusPill();

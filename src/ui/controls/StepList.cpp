@@ -1,11 +1,38 @@
 #include "ui/controls/StepList.h"
 
+#include <QPainter>
 #include <QVBoxLayout>
 
-#include "ui/controls/Connector.h"
+#include "ui/Theme.h"
 #include "ui/controls/StepRow.h"
 
 namespace quiverly {
+
+// The bar between the badges of two steps; lit when the upper one is complete.
+class StepList::Connector : public QWidget {
+public:
+    Connector() { setFixedHeight(barHeight + 2 * padding); }
+
+    void show(bool isComplete) {
+        if (isComplete == complete) return;
+        complete = isComplete;
+        update();
+    }
+
+private:
+    void paintEvent(QPaintEvent*) override {
+        QColor color = complete ? Theme::primaryPink : Theme::current().color(Tone::secondary);
+        color.setAlphaF(complete ? 0.7F : 0.25F);
+        QPainter(this).fillRect(barInset, padding, barWidth, barHeight, color);
+    }
+
+    static constexpr int barInset = 13; // pixels, as are all lengths here: under the centre of the badge
+    static constexpr int barWidth = 2;
+    static constexpr int barHeight = 22;
+    static constexpr int padding = 6; // above and below
+
+    bool complete = false;
+};
 
 StepList::StepList() : column(new QVBoxLayout(this)) {
     column->setContentsMargins(0, 0, 0, 0);

@@ -8,10 +8,9 @@ class QVBoxLayout;
 
 namespace quiverly {
 
-class Connector;
 class StepRow;
 
-// Steps to be taken one after the other, numbered from 1, with connectors between them.
+// Steps numbered from 1, with connectors between them.
 class StepList : public QWidget {
 public:
     StepList();
@@ -20,6 +19,8 @@ public:
     void show(int step, bool active, bool complete);
 
 private:
+    class Connector;
+
     QVBoxLayout* column;
     std::vector<StepRow*> rows;
     std::vector<Connector*> connectors; // each below the row of the same index

@@ -3,13 +3,13 @@
 #include <QHBoxLayout>
 
 #include "ui/controls/Label.h"
-#include "ui/controls/Picture.h"
 #include "ui/controls/Symbol.h"
+#include "ui/controls/accessibility.h"
 #include "ui/controls/painting.h"
 
 namespace quiverly {
 
-class StepRow::Badge : public Picture {
+class StepRow::Badge : public QWidget {
 public:
     explicit Badge(int number) : number(number) {
         describe();
@@ -25,7 +25,10 @@ public:
     }
 
 private:
-    void describe() { setAccessibleName(QString(complete && !active ? "Step %1, done" : "Step %1").arg(number)); }
+    void describe() {
+        const QString name = complete && !active ? "Step %1, done" : "Step %1";
+        describeAs(*this, QAccessible::Graphic, name.arg(number));
+    }
 
     void paintEvent(QPaintEvent*) override {
         const bool lit = active || complete;

@@ -6,8 +6,8 @@ namespace quiverly {
 
 class Label;
 
-// One step of a numbered list: its badge, its title, and its content while it is active. The first step keeps its
-// content when it is complete.
+// One step of a numbered list: its badge, its title, and its content while it is active. The first step still shows
+// its content when it is complete.
 class StepRow : public QWidget {
 public:
     StepRow(int number, const QString& title, QWidget* content); // takes the content over

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <QAccessible>
+
+class QString;
+class QWidget;
+
 namespace quiverly {
 
-// Teaches screen readers what the painted controls are where their base classes do not say so: a slider over
-// hundredths, a group of choices, pictures. Called by those controls.
-void describeControlsToScreenReaders();
+// Tells screen readers what a widget is and what it is called, where its class does not say so.
+void describeAs(QWidget& widget, QAccessible::Role role, const QString& name);
 
 } // namespace quiverly
