@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "tools/recording/Decimal.h"
+#include "tools/recording/numbers.h"
 
 namespace quiverly::command {
 
@@ -31,7 +31,7 @@ struct Range {
 };
 
 tl::expected<double, std::string> read(std::string_view word, const Range& range) {
-    const auto value = Decimal::finiteNumber(word);
+    const auto value = decimalNumber(word);
     if (value && *value > range.least && *value <= range.most) return *value;
     const auto text = [](double bound) { return std::to_string(static_cast<int>(bound)); };
     return tl::unexpected(std::string(range.name) + " is a number above " + text(range.least) + " and up to " +
@@ -61,9 +61,9 @@ Result tilt(Words words) {
     const auto usage =
         tl::make_unexpected("usage: tilt X Y Z, the direction in which a sensor at rest feels its 1 g, not all zero");
     if (words.size() != 3) return usage;
-    const auto x = Decimal::finiteNumber(words[0]);
-    const auto y = Decimal::finiteNumber(words[1]);
-    const auto z = Decimal::finiteNumber(words[2]);
+    const auto x = decimalNumber(words[0]);
+    const auto y = decimalNumber(words[1]);
+    const auto z = decimalNumber(words[2]);
     if (!x || !y || !z) return usage;
     const double length = std::hypot(*x, *y, *z);
     if (length < 1e-9 || length > 1e9) return usage;
@@ -91,7 +91,7 @@ constexpr Entry entries[] = {
 
 const std::string_view help = R"(Commands:
   slap PEAK [FREQUENCY [DECAY]]  slap: g, Hz (18), seconds (0.05)
-  type, walk                     is typed on; is carried; until rest
+  type, walk                     taps of keys; steps of a walk; until rest
   rest                           lies still
   tilt X Y Z                     lies turned, with its 1 g in that direction
   sleep, wake                    stays connected but reports nothing; reports again

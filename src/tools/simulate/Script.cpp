@@ -7,7 +7,7 @@
 #include <system_error>
 #include <utility>
 
-#include "tools/recording/Decimal.h"
+#include "tools/recording/numbers.h"
 
 namespace quiverly {
 
@@ -31,7 +31,7 @@ tl::expected<TimedCommand, std::string> TimedCommand::parse(std::string_view lin
     constexpr double longest = 1e9; // seconds
     const auto begin = std::min(line.find_first_not_of(command::blanks), line.size());
     const auto end = std::min(line.find_first_of(command::blanks, begin), line.size());
-    const auto seconds = Decimal::finiteNumber(line.substr(begin, end - begin));
+    const auto seconds = decimalNumber(line.substr(begin, end - begin));
     if (!seconds || *seconds < 0.0 || *seconds > longest) {
         return tl::make_unexpected("a line begins with the time of its command, in seconds");
     }
