@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <exception>
 #include <functional>
 
 namespace quiverly {
@@ -15,10 +16,7 @@ public:
     explicit OtherProcess(const std::function<void()>& actions) {
         std::fflush(nullptr);
         process = ::fork();
-        if (process != 0) return;
-        actions();
-        std::fflush(nullptr);
-        ::_exit(testing::Test::HasFailure() ? 1 : 0); // what is left is of threads that a copy does not have
+        if (process == 0) ::_exit(statusOf(actions)); // what is left is of threads that a copy does not have
     }
     ~OtherProcess() {
         int status = 0;
@@ -29,6 +27,22 @@ public:
     OtherProcess& operator=(const OtherProcess&) = delete;
 
 private:
+    // 0 when nothing fails during the actions; what failed before them, in the process that was copied, does not count.
+    static int statusOf(const std::function<void()>& actions) {
+        const auto& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
+        int part = result.total_part_count();
+        try {
+            actions();
+        } catch (const std::exception& exception) {
+            ADD_FAILURE() << exception.what();
+        }
+        std::fflush(nullptr);
+        while (part < result.total_part_count()) {
+            if (result.GetTestPartResult(part++).failed()) return 1;
+        }
+        return 0;
+    }
+
     pid_t process;
 };
 

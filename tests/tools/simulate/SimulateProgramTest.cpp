@@ -9,6 +9,7 @@
 #include <sstream>
 #include <vector>
 
+#include "sockets/input.h"
 #include "sockets/user_socket.h"
 #include "support/ChildProcess.h"
 #include "support/Listener.h"
@@ -36,9 +37,15 @@ public:
     void endInput() { in.writeEnd.reset(); }
     void closeOutput() { out.readEnd.reset(); }
 
+    // The next line of its output; cut at the end of the output.
     std::string readLine() const {
         std::string line;
-        for (char byte = 0; byte != '\n' && ::read(out.readEnd.get(), &byte, 1) == 1;) line += byte;
+        pollfd input = inputOf(out.readEnd.get());
+        for (char byte = 0; byte != '\n';) {
+            EXPECT_TRUE(waitForInput({&input, 1}, std::chrono::minutes(1)));
+            if (input.revents == 0 || ::read(input.fd, &byte, 1) != 1) break;
+            line += byte;
+        }
         return line;
     }
 
@@ -240,7 +247,7 @@ TEST(SimulateProgramTest, PlaysARecordingAndThenSleeps) {
     program.readLine();
     const StartedListener listener;
     for (std::string line = "-"; line != "the recording has ended\n"; line = program.readLine()) ASSERT_NE(line, "");
-    EXPECT_TRUE(waitUntil([&] { return listener.samples.count() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return listener.samples.count() == 2; }));
     EXPECT_EQ(listener.samples.all()[0].x, 2.0);
     EXPECT_EQ(listener.samples.all()[1].x, 0.5);
     program.tell("wake\n");
@@ -255,7 +262,7 @@ TEST(SimulateProgramTest, WhatARecordingHoldsWhileTheLaptopSleepsIsLost) {
     Program program({"--recording", recording.string(), "--script", script.string()});
     program.readLine();
     const StartedListener listener;
-    EXPECT_TRUE(waitUntil([&] { return listener.samples.count() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return listener.samples.count() == 2; }));
     EXPECT_EQ(listener.samples.all()[0].x, 2.0);
     EXPECT_EQ(listener.samples.all()[1].x, 0.5);
 }
@@ -308,7 +315,7 @@ TEST(SimulateProgramTest, UnusableOptionsEndItWithStatus2) {
         Program program(arguments);
         EXPECT_EQ(program.status(), 2) << arguments[0];
         EXPECT_EQ(program.output(), "") << arguments[0];
-        EXPECT_NE(program.errors(), "") << arguments[0];
+        EXPECT_TRUE(program.errors().starts_with("quiverly-simulate: ")) << arguments[0];
     }
 }
 

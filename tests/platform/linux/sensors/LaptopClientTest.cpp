@@ -230,11 +230,11 @@ TEST(LaptopClientTest, ReportsOfEveryLengthArriveCutToTheBuffer) {
     const FakeLaptop laptop(reporting(packets));
     OpenSensor sensor;
     ASSERT_EQ(sensor.opened, hid::success);
-    waitUntil([&] {
+    ASSERT_TRUE(waitUntil([&] {
         hid::runLoop(0.25);
         return sensor.reports.size() == packets.size();
-    });
-    for (std::size_t length = 0; length < sensor.reports.size(); ++length) {
+    }));
+    for (std::size_t length = 0; length < packets.size(); ++length) {
         const std::vector<std::uint8_t> expected(std::min<std::size_t>(length, 256), static_cast<std::uint8_t>(length));
         EXPECT_EQ(sensor.reports[length], expected) << length;
     }
@@ -249,8 +249,7 @@ TEST(LaptopClientTest, WhatIsNoReportIsDroppedAmongReports) {
         hid::runLoop(0.25);
         return sensor.reports.size() == 2;
     });
-    EXPECT_EQ(sensor.reports[0], std::vector<std::uint8_t>{1});
-    EXPECT_EQ(sensor.reports[1], std::vector<std::uint8_t>{2});
+    EXPECT_EQ(sensor.reports, (std::vector<std::vector<std::uint8_t>>{{1}, {2}}));
 }
 
 TEST(LaptopClientTest, DescriptorsThatAPeerHandsOverAreNotKept) {

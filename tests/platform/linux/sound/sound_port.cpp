@@ -1,5 +1,5 @@
-// Makes the calls of the sound port that its standard input asks for, a line each, and answers each with a line once the
-// call has returned:
+// Makes the calls of the sound port that its standard input asks for, a line each, and answers each with a line once
+// the call has returned:
 //
 //   create NAME FILE      answers "null" when there is no player
 //   volume NAME VOLUME
