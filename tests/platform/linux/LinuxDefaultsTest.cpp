@@ -1,8 +1,11 @@
 #include "platform/defaults.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -17,7 +20,9 @@
 
 #include <QCoreApplication>
 #include <QJsonDocument>
+#include <QJsonObject>
 
+#include "sockets/FileDescriptor.h"
 #include "support/AnotherUser.h"
 #include "support/Environment.h"
 #include "support/Files.h"
@@ -53,6 +58,20 @@ protected:
         another_user::give(home.path());
         another_user::act(application(actions));
     }
+
+    // The lock of a process that stores. Processes that are started keep it too: release it by LOCK_UN.
+    FileDescriptor lockAsAnotherProcess() const {
+        FileDescriptor folder(::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        EXPECT_EQ(::flock(folder.get(), LOCK_EX | LOCK_NB), 0);
+        return folder;
+    }
+
+    std::optional<std::string> packInFile() const {
+        const auto pack = QJsonDocument::fromJson(QByteArray::fromStdString(bytesOf(file))).object()["bonko.pack"];
+        return pack.isString() ? std::optional(pack.toString().toStdString()) : std::nullopt;
+    }
+
+    static unsigned modeOf(const fs::path& path) { return static_cast<unsigned>(fs::status(path).permissions()); }
 
     void store(const std::string& content) const { home.addFile("quiverly/settings.json", content); }
 
@@ -231,6 +250,7 @@ TEST_F(LinuxDefaultsTest, AFileThatMayNotBeReadStaysAndTheRunKeepsItsValues) {
         QCoreApplication::processEvents();
         expectHalo();
     });
+    fs::permissions(file, fs::perms::owner_read);
     EXPECT_EQ(bytesOf(file), R"({"bonko.pack": "pain"})");
 }
 
@@ -245,6 +265,25 @@ TEST_F(LinuxDefaultsTest, AFolderThatMayNotBeWrittenStaysAndTheRunKeepsItsValues
         });
         EXPECT_EQ(bytesOf(file), content);
         EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), {}), 1);
+        fs::permissions(file.parent_path(), fs::perms::owner_all);
+    }
+}
+
+TEST_F(LinuxDefaultsTest, WhatAFolderDidNotTakeIsStoredWithTheNextChangeOrAtTheEnd) {
+    store("{}");
+    fs::permissions(file.parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
+    for (const bool changesAgain : {true, false}) {
+        inAProcessOfAnOrdinaryUser([&] {
+            fs::permissions(file.parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
+            defaults::setText("bonko.pack", changesAgain ? "halo" : "pain");
+            QCoreApplication::processEvents();
+            fs::permissions(file.parent_path(), fs::perms::owner_all);
+            if (!changesAgain) return;
+            defaults::setNumber("bonko.threshold", 0.3);
+            QCoreApplication::processEvents();
+            EXPECT_EQ(packInFile(), "halo");
+        });
+        EXPECT_EQ(packInFile(), changesAgain ? "halo" : "pain");
     }
 }
 
@@ -337,14 +376,20 @@ TEST_F(LinuxDefaultsTest, TwoProcessesKeepEachOthersValues) {
 }
 
 TEST_F(LinuxDefaultsTest, ManyProcessesAtOnceLoseNothing) {
+    store("{}");
     {
         std::list<OtherProcess> processes;
         for (int process = 0; process < 4; ++process) {
-            processes.emplace_back(application([process] {
+            processes.emplace_back(application([this, process] {
                 for (int write = 0; write < 20; ++write) {
                     defaults::setNumber((std::to_string(process) + '.' + std::to_string(write)).c_str(), write);
                     QCoreApplication::processEvents();
                 }
+                const std::string last = '"' + std::to_string(process) + ".19\"";
+                waitUntil([&] {
+                    QCoreApplication::processEvents();
+                    return bytesOf(file).find(last) != std::string::npos;
+                });
             }));
         }
     }
@@ -355,6 +400,97 @@ TEST_F(LinuxDefaultsTest, ManyProcessesAtOnceLoseNothing) {
             }
         }
     });
+}
+
+TEST_F(LinuxDefaultsTest, WhatIsInTheFileAlreadyIsNotWrittenAgain) {
+    store(R"({"bonko.pack": "halo", "bonko.threshold": 0.3})");
+    const fs::path link = home.path() / "link";
+    fs::create_hard_link(file, link);
+    inAProcess([] {
+        writeHalo();
+        defaults::setNumber("bonko.threshold", 0.3);
+    });
+    EXPECT_TRUE(fs::equivalent(file, link)) << "the file was replaced";
+    inAProcess([] { defaults::setNumber("bonko.threshold", 0.31); });
+    EXPECT_FALSE(fs::equivalent(file, link));
+}
+
+TEST_F(LinuxDefaultsTest, WhileAnotherProcessStoresAChangeWaitsAndTheProcessDoesNot) {
+    store(R"({"bonko.pack": "pain"})");
+    const FileDescriptor lock = lockAsAnotherProcess();
+    const OtherProcess process(application([&] {
+        EXPECT_EQ(defaults::text("bonko.pack"), "pain");
+        writeHalo();
+        QCoreApplication::processEvents();
+        expectHalo();
+        EXPECT_EQ(packInFile(), "pain");
+        home.addFile("asked");
+        waitUntil([&] {
+            QCoreApplication::processEvents();
+            return packInFile() == "halo";
+        });
+    }));
+    waitUntil([&] { return fs::exists(home.path() / "asked"); });
+    EXPECT_EQ(::flock(lock.get(), LOCK_UN), 0);
+}
+
+TEST_F(LinuxDefaultsTest, AProcessThatNeverEndsStoringKeepsNoOtherFromEnding) {
+    store(R"({"bonko.pack": "pain"})");
+    const FileDescriptor lock = lockAsAnotherProcess();
+    inAProcess(writeHalo);
+    EXPECT_EQ(packInFile(), "pain");
+}
+
+TEST_F(LinuxDefaultsTest, ALockFileThatAnotherProgramLeftHoldsNothingUp) {
+    store("{}");
+    const fs::path lock = home.addFile("quiverly/settings.json.lock");
+    const OtherProcess process(application(writeHalo));
+    waitUntil([&] {
+        fs::last_write_time(lock, fs::file_time_type::clock::now()); // never old enough to be broken
+        return packInFile() == "halo";
+    });
+}
+
+TEST_F(LinuxDefaultsTest, AProcessKilledWhileItStoresLeavesAllSettingsAndHoldsNothingUp) {
+    store(R"({"bonko.pack": "halo", "count": 0})");
+    for (int kill = 0; kill < 50; ++kill) {
+        const std::string before = bytesOf(file);
+        const pid_t process = ::fork();
+        if (process == 0) {
+            application([] {
+                for (double count = *number("count");;) {
+                    defaults::setNumber("count", ++count);
+                    QCoreApplication::processEvents();
+                }
+            })();
+        }
+        waitUntil([&] { return bytesOf(file) != before; });
+        ASSERT_EQ(::kill(process, SIGKILL), 0);
+        ASSERT_EQ(::waitpid(process, nullptr, 0), process);
+        const std::string left = bytesOf(file);
+        inAProcess([] {
+            expectHalo();
+            EXPECT_GT(number("count").value_or(0), 0);
+            defaults::setNumber("count", 0);
+            QCoreApplication::processEvents();
+        });
+        EXPECT_NE(bytesOf(file), left) << "not stored at once";
+        EXPECT_FALSE(fs::exists(aside));
+    }
+}
+
+TEST_F(LinuxDefaultsTest, FolderAndFileAreClosedToOthers) {
+    const mode_t former = ::umask(0);
+    inAProcess(writeHalo);
+    EXPECT_EQ(modeOf(file.parent_path()), 0700U);
+    EXPECT_EQ(modeOf(file), 0600U);
+
+    fs::permissions(file, fs::perms(0644));
+    fs::permissions(file.parent_path(), fs::perms(0755));
+    inAProcess([] { defaults::setText("bonko.pack", "pain"); });
+    EXPECT_EQ(modeOf(file.parent_path()), 0700U);
+    EXPECT_EQ(modeOf(file), 0600U);
+    ::umask(former);
 }
 
 TEST_F(LinuxDefaultsTest, WithoutAConfigurationFolderTheUsersOwnIsTaken) {
