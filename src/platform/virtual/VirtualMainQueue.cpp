@@ -20,6 +20,13 @@ void VirtualMainQueue::drain() {
     }
 }
 
+bool VirtualMainQueue::runTurn() {
+    if (std::exchange(running, true)) return false;
+    const bool ran = jobs.runTurn();
+    running = false;
+    return ran;
+}
+
 void VirtualMainQueue::advance(double seconds) {
     const auto target = clock + nanoseconds(seconds);
     drain();

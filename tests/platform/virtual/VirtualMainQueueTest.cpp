@@ -42,6 +42,20 @@ TEST_F(VirtualMainQueueTest, DrainingRunsWhatJobsPostToo) {
     EXPECT_EQ(marks, (Marks{2, 1}));
 }
 
+TEST_F(VirtualMainQueueTest, AJobThatDrainsOrAdvancesTheQueueRunsNoOtherJob) {
+    postMarkAfter(1, 4);
+    mainQueue::post([this] {
+        postMark(3);
+        EXPECT_FALSE(queue.runTurn());
+        queue.drain();
+        queue.advance(1);
+        marks.push_back(1);
+    });
+    postMark(2);
+    queue.drain();
+    EXPECT_EQ(marks, (Marks{1, 2, 3, 4}));
+}
+
 TEST_F(VirtualMainQueueTest, ADelayedJobRunsAtItsTimeAndNotBefore) {
     postMarkAfter(1.5, 1);
     queue.drain();
