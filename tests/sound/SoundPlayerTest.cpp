@@ -28,7 +28,7 @@ class SoundPlayerTest : public testing::Test {
 protected:
     SoundPlayerTest() {
         platform.resources.folders = {resources.path()};
-        platform.audio.onPlay = [this](const VirtualAudio::Clip& clip) { played.push_back(clip); };
+        platform.audio.onPlay = [this](const VirtualAudio::PlayedClip& clip) { played.push_back(clip); };
     }
 
     void addClips(SoundPack pack, const Names& names) {
@@ -80,7 +80,7 @@ protected:
 
     TemporaryFolder resources;
     VirtualPlatform platform;
-    std::vector<VirtualAudio::Clip> played;
+    std::vector<VirtualAudio::PlayedClip> played;
     SoundPlayer player;
 };
 
@@ -314,7 +314,9 @@ TEST_F(SoundPlayerTest, ANewClipStartsThenCutsOffTheOneBefore) {
     load(SoundPack::sexy, 30);
     slap();
     std::size_t soundingAtStart = 0;
-    platform.audio.onPlay = [&](const VirtualAudio::Clip&) { soundingAtStart = platform.audio.sounding().size(); };
+    platform.audio.onPlay = [&](const VirtualAudio::PlayedClip&) {
+        soundingAtStart = platform.audio.sounding().size();
+    };
     slap();
     EXPECT_EQ(soundingAtStart, 2U);
     EXPECT_EQ(sounding(), "4.mp3");

@@ -28,7 +28,7 @@ protected:
         addClip(SoundPack::sexy, "28.mp3");
         platform.resources.folders = {resources.path()};
         connectSensor();
-        platform.audio.onPlay = [this](const VirtualAudio::Clip& clip) {
+        platform.audio.onPlay = [this](const VirtualAudio::PlayedClip& clip) {
             played.push_back(clip.file.parent_path().filename() / clip.file.filename());
         };
         platform.workspace.onOpen = [this](const std::string& url) { openedPages.push_back(url); };

@@ -32,7 +32,7 @@ public:
         }
         resources.addFile(std::filesystem::path("audio") / SoundPack(SoundPack::sexy).folder() / "28.mp3");
         stage.platform.resources.folders = {resources.path()};
-        stage.platform.audio.onPlay = [this](const VirtualAudio::Clip& clip) {
+        stage.platform.audio.onPlay = [this](const VirtualAudio::PlayedClip& clip) {
             played.push_back(clip.file.parent_path().filename() / clip.file.filename());
         };
         app.emplace();

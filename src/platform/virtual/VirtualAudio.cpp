@@ -15,11 +15,11 @@ struct audio::Player {
     Player(const Player&) = delete;
     Player& operator=(const Player&) = delete;
 
-    VirtualAudio::Clip clip;
+    VirtualAudio::PlayedClip clip;
 };
 
-std::vector<VirtualAudio::Clip> VirtualAudio::sounding() const {
-    std::vector<Clip> clips;
+std::vector<VirtualAudio::PlayedClip> VirtualAudio::sounding() const {
+    std::vector<PlayedClip> clips;
     for (const audio::Player* player : players) {
         if (player->clip.playing) clips.push_back(player->clip);
     }

@@ -12,8 +12,8 @@ namespace quiverly {
 // The sound system of the virtual platform: opens no file, makes no sound, and tells what would be heard.
 class VirtualAudio {
 public:
-    // One player as it was asked to sound.
-    struct Clip {
+    // What one player was asked to do.
+    struct PlayedClip {
         std::filesystem::path file;
         float volume = 1.0F;
         std::vector<std::string> calls = {}; // of the port, since it was created
@@ -21,10 +21,10 @@ public:
     };
 
     std::function<bool(const std::filesystem::path& file)> canOpen; // absent: every file can be opened
-    std::function<void(const Clip& clip)> onPlay;
+    std::function<void(const PlayedClip& clip)> onPlay;
 
     // The clips that sound at this moment, the oldest first.
-    std::vector<Clip> sounding() const;
+    std::vector<PlayedClip> sounding() const;
 
     std::size_t lentPlayers() const { return players.size(); }
 

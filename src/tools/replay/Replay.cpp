@@ -49,7 +49,7 @@ void Replay::watchState() {
 }
 
 void Replay::watchPlatform() {
-    platform.audio.onPlay = [this](const VirtualAudio::Clip& clip) {
+    platform.audio.onPlay = [this](const VirtualAudio::PlayedClip& clip) {
         ++clips;
         printChanges();
         events.clip(clip.file, clip.volume);
