@@ -9,13 +9,13 @@
 #include <array>
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <string>
 
 #include "sound/SoundPlayer.h"
-#include "support/Environment.h"
-#include "support/TemporaryFolder.h"
 
 namespace quiverly {
 namespace {
@@ -26,19 +26,28 @@ constexpr int clipCount = 500;
 class OwnPack {
 public:
     OwnPack() {
+        std::string name = std::filesystem::temp_directory_path() / "quiverly-bench-XXXXXX";
+        if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("Cannot make a folder like " + name);
+        data = name;
+        std::filesystem::create_directories(folder());
         for (int number = 1; number <= clipCount; ++number) {
-            data.addFile("quiverly/audio/pain/" + std::to_string(number) + ".mp3");
+            const auto clip = folder() / (std::to_string(number) + ".mp3");
+            if (!std::ofstream(clip)) throw std::runtime_error("Cannot write " + clip.string());
         }
-        setVariable("XDG_DATA_HOME", data.path().c_str());
+        ::setenv("XDG_DATA_HOME", data.c_str(), 1); // NOLINT(concurrency-mt-unsafe): there is one thread
     }
-    ~OwnPack() { setVariable("XDG_DATA_HOME", nullptr); }
+    ~OwnPack() {
+        ::unsetenv("XDG_DATA_HOME"); // NOLINT(concurrency-mt-unsafe): there is one thread
+        std::error_code forbidden;
+        std::filesystem::remove_all(data, forbidden);
+    }
     OwnPack(const OwnPack&) = delete;
     OwnPack& operator=(const OwnPack&) = delete;
 
-    std::string folder() const { return data.path() / "quiverly/audio/pain"; }
+    std::filesystem::path folder() const { return data / "quiverly/audio/pain"; }
 
 private:
-    TemporaryFolder data;
+    std::filesystem::path data;
 };
 
 void load() {
@@ -47,9 +56,9 @@ void load() {
     benchmark::DoNotOptimize(player);
 }
 
-void walk(const std::string& folder) {
+void walk(const std::filesystem::path& folder) {
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(folder.c_str()), ::closedir);
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody else reads this stream
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread reads this stream
     while (const dirent* entry = ::readdir(entries.get())) benchmark::DoNotOptimize(entry);
 }
 
@@ -93,7 +102,7 @@ BENCHMARK(everyFurtherLoad)->Name("load")->Unit(benchmark::kMicrosecond)->UseRea
 
 void bareWalk(benchmark::State& state) {
     const OwnPack pack;
-    const std::string folder = pack.folder();
+    const std::filesystem::path folder = pack.folder();
     while (state.KeepRunning()) walk(folder);
     state.SetItemsProcessed(state.iterations());
 }

@@ -3,76 +3,62 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <random>
 #include <vector>
 
-#include "engine/Inspector.h"
+#include "engine/BonkoEngine.h"
 #include "platform/virtual/VirtualPlatform.h"
-#include "support/Reports.h"
-#include "support/Sample.h"
+#include "platform/virtual/sensor_report.h"
 
 namespace quiverly {
 namespace {
 
 constexpr int blockSize = 1024; // items of one iteration
 
-// Reports of a device at rest, with the noise of its sensor.
-std::vector<std::vector<std::uint8_t>> blockOfReports() {
+struct Sample {
+    double x; // g
+    double y;
+    double z;
+};
+
+// What a device at rest measures, with the noise of its sensor.
+std::vector<Sample> blockOfSamples() {
     std::mt19937_64 generator{1};
     std::normal_distribution<double> noise{0.0, 0.003};
-    std::vector<std::vector<std::uint8_t>> reports;
-    while (reports.size() < blockSize) {
-        reports.push_back(report(noise(generator), noise(generator), 1.0 + noise(generator)));
-    }
-    return reports;
-}
-
-Sample decode(const std::vector<std::uint8_t>& report) {
-    std::array<std::int32_t, 3> raw;
-    std::memcpy(raw.data(), report.data() + 6, sizeof raw);
-    return {raw[0] / 65536.0, raw[1] / 65536.0, raw[2] / 65536.0};
-}
-
-std::vector<Sample> blockOfSamples() {
-    std::vector<Sample> samples;
-    for (const auto& report : blockOfReports()) samples.push_back(decode(report));
+    std::vector<Sample> samples(blockSize);
+    for (Sample& sample : samples) sample = {noise(generator), noise(generator), 1.0 + noise(generator)};
     return samples;
 }
 
-double magnitude(const Sample& sample) {
-    return std::sqrt(sample.x * sample.x + sample.y * sample.y + sample.z * sample.z);
+std::vector<std::vector<std::uint8_t>> blockOfReports() {
+    std::vector<std::vector<std::uint8_t>> reports;
+    for (const auto& [x, y, z] : blockOfSamples()) reports.push_back(sensorReport(x, y, z));
+    return reports;
 }
 
-// The detector's arithmetic without its decisions.
-struct Scorer {
-    double baseline = 1.0;
-    double previous = 1.0;
+// Calls what the reader registered for the reports of its device, without a device between.
+class Driver {
+public:
+    explicit Driver(const VirtualPlatform& platform) : reader(platform.registry.lastRegistration) {}
 
-    double score(const Sample& sample) {
-        const double now = magnitude(sample);
-        baseline = baseline * 0.995 + now * 0.005;
-        const double score = std::max(std::abs(now - baseline), std::abs(now - previous));
-        previous = now;
-        return score;
+    void report(std::vector<std::uint8_t>& bytes) const {
+        reader.callback(reader.context, hid::success, nullptr, 0, 0, bytes.data(), std::ssize(bytes));
     }
+
+private:
+    VirtualRegistry::Registration reader;
 };
 
-void deliver(AccelerometerReader& reader, std::vector<std::uint8_t>& report) {
-    Inspector::inputReportCallback(&reader, hid::success, nullptr, 0, 0, report.data(), std::ssize(report));
-}
-
-// The same after so many other reports. The compiler is to know neither their number nor what becomes of it.
-void deliverAfter(std::int64_t others, AccelerometerReader& reader, std::vector<std::uint8_t>& report) {
-    std::int64_t& counter = Inspector::decimationCounter(reader);
-    counter = others;
-    benchmark::DoNotOptimize(counter);
-    deliver(reader, report);
-    benchmark::DoNotOptimize(counter);
+// The sum of the raw axes of a report.
+std::int64_t sumOf(const std::vector<std::uint8_t>& report) {
+    std::array<std::int32_t, 3> axes;
+    std::memcpy(axes.data(), report.data() + 6, sizeof axes);
+    return std::int64_t{axes[0]} + axes[1] + axes[2];
 }
 
 // Measures what `block` does, which is work on that many items.
@@ -82,57 +68,37 @@ void measure(benchmark::State& state, int items, Block block) {
     state.SetItemsProcessed(state.iterations() * items);
 }
 
-// A report that the decimation passes over.
+// Eight reports, of which one becomes a sample for a receiver that adds it up.
 
-void skippedReport(benchmark::State& state) {
+void reportsToSample(benchmark::State& state) {
     auto reports = blockOfReports();
-    AccelerometerReader reader;
-    measure(state, blockSize, [&] {
-        for (auto& report : reports) deliverAfter(0, reader, report);
-    });
-}
-BENCHMARK(skippedReport)->Name("skipped report");
-
-void skippedReportFloor(benchmark::State& state) {
-    const auto reports = blockOfReports();
-    std::int64_t received = 0;
-    measure(state, blockSize, [&] {
-        for (const auto& report : reports) {
-            const auto* bytes = report.data();
-            benchmark::DoNotOptimize(bytes);
-            benchmark::DoNotOptimize(++received);
-        }
-    });
-}
-BENCHMARK(skippedReportFloor)->Name("skipped report/floor");
-
-// A report that becomes a sample for a receiver that adds it up.
-
-void decodedReport(benchmark::State& state) {
-    auto reports = blockOfReports();
+    VirtualPlatform platform;
+    platform.registry.connectAccelerometer();
     AccelerometerReader reader;
     double sum = 0;
     reader.onSample = [&sum](double x, double y, double z) { sum += x + y + z; };
-    measure(state, blockSize, [&] {
-        for (auto& report : reports) deliverAfter(7, reader, report);
+    reader.start();
+    const Driver driver(platform);
+    measure(state, blockSize / 8, [&] {
+        for (auto& report : reports) driver.report(report);
         benchmark::DoNotOptimize(sum);
     });
 }
-BENCHMARK(decodedReport)->Name("decoded report");
+BENCHMARK(reportsToSample)->Name("reports to sample");
 
-void decodedReportFloor(benchmark::State& state) {
+void reportsToSampleFloor(benchmark::State& state) {
     const auto reports = blockOfReports();
-    double sum = 0;
-    measure(state, blockSize, [&] {
+    std::int64_t received = 0;
+    std::int64_t sum = 0;
+    measure(state, blockSize / 8, [&] {
         for (const auto& report : reports) {
-            const Sample sample = decode(report);
-            const double size = magnitude(sample);
-            if (0.2 < size && size < 25.0) sum += sample.x + sample.y + sample.z;
+            benchmark::DoNotOptimize(++received);
+            if (received % 8 == 0) sum += sumOf(report);
         }
         benchmark::DoNotOptimize(sum);
     });
 }
-BENCHMARK(decodedReportFloor)->Name("decoded report/floor");
+BENCHMARK(reportsToSampleFloor)->Name("reports to sample/floor");
 
 // A sample that is no slap.
 
@@ -141,17 +107,16 @@ void process(benchmark::State& state) {
     const VirtualPlatform platform;
     SlapDetector detector;
     measure(state, blockSize, [&] {
-        for (const Sample& sample : samples) detector.process(sample.x, sample.y, sample.z);
+        for (const auto& [x, y, z] : samples) detector.process(x, y, z);
     });
 }
 BENCHMARK(process)->Name("process");
 
 void processFloor(benchmark::State& state) {
     const auto samples = blockOfSamples();
-    Scorer scorer;
     double sum = 0;
     measure(state, blockSize, [&] {
-        for (const Sample& sample : samples) sum += scorer.score(sample);
+        for (const auto& [x, y, z] : samples) sum += std::sqrt(x * x + y * y + z * z);
         benchmark::DoNotOptimize(sum);
     });
 }
@@ -159,32 +124,23 @@ BENCHMARK(processFloor)->Name("process/floor");
 
 // Eight reports, of which one becomes a sample, which becomes a job of the main queue, which feeds the detector.
 
-void reportToDetector(benchmark::State& state) {
+void reportsToDetector(benchmark::State& state) {
     auto reports = blockOfReports();
     VirtualPlatform platform;
+    platform.registry.connectAccelerometer();
     BonkoEngine engine;
-    AccelerometerReader& reader = Inspector::reader(engine);
-    measure(state, blockSize / 8, [&] {
-        for (auto& report : reports) {
-            deliver(reader, report);
-            if (Inspector::decimationCounter(reader) % 8 == 0) platform.mainQueue.runTurn();
-        }
-    });
-}
-BENCHMARK(reportToDetector)->Name("report to detector");
-
-void reportToDetectorFloor(benchmark::State& state) {
-    const auto reports = blockOfReports();
-    Scorer scorer;
+    engine.start();
+    const Driver driver(platform);
     std::int64_t received = 0;
     measure(state, blockSize / 8, [&] {
-        for (const auto& report : reports) {
-            benchmark::DoNotOptimize(++received);
-            if (received % 8 == 0) benchmark::DoNotOptimize(scorer.score(decode(report)));
+        for (auto& report : reports) {
+            driver.report(report);
+            if (++received % 8 == 0) platform.mainQueue.runTurn();
         }
     });
 }
-BENCHMARK(reportToDetectorFloor)->Name("report to detector/floor");
+BENCHMARK(reportsToDetector)->Name("reports to detector");
+BENCHMARK(reportsToSampleFloor)->Name("reports to detector/floor");
 
 } // namespace
 } // namespace quiverly

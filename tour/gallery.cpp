@@ -1,17 +1,24 @@
 // Writes a picture of every state of the window, light and dark, into the folder given.
 
+#include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QPainter>
+#include <QPalette>
+#include <QTest>
 #include <QVariantAnimation>
 
-#include "support/Stage.h"
-#include "support/SystemLooks.h"
+#include "engine/BonkoEngine.h"
+#include "platform/virtual/VirtualPlatform.h"
+#include "platform/virtual/sensor_report.h"
 #include "ui/ContentView.h"
 #include "ui/OnboardingView.h"
 #include "ui/Theme.h"
@@ -20,6 +27,48 @@ namespace quiverly {
 namespace {
 
 std::filesystem::path folder;
+
+// A virtual laptop, and what happens to it and to the window on it.
+class Laptop {
+public:
+    VirtualPlatform platform;
+
+    Laptop() { platform.registry.connectAccelerometer(); }
+
+    void removeSensor() { platform.registry.services = {VirtualService::driver()}; }
+
+    // Runs the jobs and events that wait, until none is left.
+    void settle() {
+        do platform.mainQueue.drain();
+        while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents));
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    void pass(double seconds) {
+        platform.calendar.advance(std::chrono::nanoseconds(std::llround(seconds * 1e9)));
+        platform.mainQueue.advance(seconds);
+        settle();
+    }
+
+    // The first sample of all is a slap of 1 g.
+    void rest() {
+        feel(1.0);
+        settle();
+    }
+
+    void hit(double amplitude) { // g
+        pass(1.0);
+        feel(1.0 + amplitude);
+        feel(1.0);
+        settle();
+    }
+
+private:
+    // One sample, from the eight reports of which the reader keeps one.
+    void feel(double magnitude) {
+        for (int count = 0; count < 8; ++count) platform.registry.deliver(sensorReport(0, 0, magnitude));
+    }
+};
 
 void save(const QImage& image, const std::filesystem::path& file) {
     if (!image.save(QString::fromStdString(file.string())))
@@ -37,29 +86,29 @@ void awaitEndOfAnimation(const QWidget& view) {
     if (!QTest::qWaitFor(ended, 60'000)) throw std::runtime_error("an animation does not end");
 }
 
-void mainView(const std::string& name, const std::function<void(Stage&, BonkoEngine&)>& act, bool logo = true) {
-    Stage stage;
-    if (logo) stage.platform.resources.folders = {QUIVERLY_IMAGES};
+void mainView(const std::string& name, const std::function<void(Laptop&, BonkoEngine&)>& act, bool logo = true) {
+    Laptop laptop;
+    if (logo) laptop.platform.resources.folders = {QUIVERLY_IMAGES};
     BonkoEngine engine;
     engine.soundEnabled = true;
     ContentView view(engine);
     view.resize(420, 560);
     view.show();
-    act(stage, engine);
-    stage.settle();
+    act(laptop, engine);
+    laptop.settle();
     picture(view, name);
 }
 
-void onboarding(const std::string& name, const std::function<void(Stage&, BonkoEngine&)>& act, bool logo = true,
+void onboarding(const std::string& name, const std::function<void(Laptop&, BonkoEngine&)>& act, bool logo = true,
                 bool sensor = true) {
-    Stage stage;
-    if (logo) stage.platform.resources.folders = {QUIVERLY_IMAGES};
-    if (!sensor) stage.removeSensor();
+    Laptop laptop;
+    if (logo) laptop.platform.resources.folders = {QUIVERLY_IMAGES};
+    if (!sensor) laptop.removeSensor();
     BonkoEngine engine;
     OnboardingView view(engine);
     view.show();
-    act(stage, engine);
-    stage.settle();
+    act(laptop, engine);
+    laptop.settle();
     awaitEndOfAnimation(view);
     picture(view, name);
     view.hide();
@@ -85,42 +134,42 @@ void summary() {
 }
 
 void everyState() {
-    mainView("main-idle", [](Stage&, BonkoEngine&) {});
-    mainView("main-listening", [](Stage& stage, BonkoEngine& engine) {
+    mainView("main-idle", [](Laptop&, BonkoEngine&) {});
+    mainView("main-listening", [](Laptop& laptop, BonkoEngine& engine) {
         engine.pack = SoundPack::halo;
         engine.start();
-        stage.rest(); // counts as a slap
-        for (const double amplitude : {0.4, 0.2567}) stage.slap(amplitude);
+        laptop.rest();
+        for (const double amplitude : {0.4, 0.2567}) laptop.hit(amplitude);
     });
-    mainView("main-error", [](Stage& stage, BonkoEngine& engine) {
-        stage.removeSensor();
+    mainView("main-error", [](Laptop& laptop, BonkoEngine& engine) {
+        laptop.removeSensor();
         engine.start();
     });
-    mainView("main-long-error", [](Stage& stage, BonkoEngine& engine) {
-        stage.platform.registry.services.back().openResult = hid::notPermitted;
+    mainView("main-long-error", [](Laptop& laptop, BonkoEngine& engine) {
+        laptop.platform.registry.services.back().openResult = hid::notPermitted;
         engine.start();
     });
-    mainView("main-picker-disabled", [](Stage&, BonkoEngine& engine) { engine.soundEnabled = false; });
+    mainView("main-picker-disabled", [](Laptop&, BonkoEngine& engine) { engine.soundEnabled = false; });
     mainView(
-        "main-no-logo", [](Stage&, BonkoEngine&) {}, false);
+        "main-no-logo", [](Laptop&, BonkoEngine&) {}, false);
 
-    onboarding("onboarding-checking", [](Stage&, BonkoEngine&) {});
-    onboarding("onboarding-waiting", [](Stage& stage, BonkoEngine&) { stage.pass(0.6); });
+    onboarding("onboarding-checking", [](Laptop&, BonkoEngine&) {});
+    onboarding("onboarding-waiting", [](Laptop& laptop, BonkoEngine&) { laptop.pass(0.6); });
     onboarding(
-        "onboarding-failed", [](Stage& stage, BonkoEngine&) { stage.pass(0.6); }, true, false);
-    onboarding("onboarding-complete", [](Stage& stage, BonkoEngine&) {
-        stage.rest();
-        stage.pass(2.0);
-        stage.slap(0.5);
+        "onboarding-failed", [](Laptop& laptop, BonkoEngine&) { laptop.pass(0.6); }, true, false);
+    onboarding("onboarding-complete", [](Laptop& laptop, BonkoEngine&) {
+        laptop.rest();
+        laptop.pass(2.0);
+        laptop.hit(0.5);
     });
     onboarding(
-        "onboarding-no-logo", [](Stage&, BonkoEngine&) {}, false);
+        "onboarding-no-logo", [](Laptop&, BonkoEngine&) {}, false);
 }
 
 void everyPicture() {
     std::filesystem::create_directories(folder);
     for (const bool dark : {false, true}) {
-        setSystemDark(dark);
+        QApplication::setPalette(QPalette(dark ? QColor(40, 40, 40) : QColor(240, 240, 240)));
         everyState();
     }
     summary();

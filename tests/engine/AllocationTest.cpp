@@ -6,7 +6,7 @@
 
 #include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
-#include "support/Reports.h"
+#include "platform/virtual/sensor_report.h"
 #include "support/counted_allocations.h"
 
 namespace quiverly {
@@ -29,7 +29,7 @@ protected:
     }
 
     static constexpr int burst = 10; // samples that wait together at most
-    const std::vector<std::uint8_t> atRest = report(0, 0, 1);
+    const std::vector<std::uint8_t> atRest = sensorReport(0, 0, 1);
     VirtualPlatform platform;
     BonkoEngine engine;
     AccelerometerReader& reader = Inspector::reader(engine);
@@ -52,7 +52,7 @@ TEST_F(AllocationTest, ADecodedReportWithoutAReceiverAllocatesNothing) {
 }
 
 TEST_F(AllocationTest, ADroppedSampleAllocatesNothing) {
-    const auto tooMuch = report(25, 0, 0);
+    const auto tooMuch = sensorReport(25, 0, 0);
     EXPECT_EQ(allocationsDuring([&] {
                   for (int count = 0; count < 80; ++count) platform.registry.deliver(tooMuch);
               }),

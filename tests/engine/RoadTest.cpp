@@ -2,7 +2,7 @@
 
 #include "engine/BonkoEngine.h"
 #include "platform/virtual/VirtualPlatform.h"
-#include "support/Reports.h"
+#include "platform/virtual/sensor_report.h"
 #include "support/TemporaryFolder.h"
 
 namespace quiverly {
@@ -19,7 +19,7 @@ TEST(RoadTest, AReportBecomesASoundingClip) {
     engine.soundEnabled = true;
     engine.start();
     ASSERT_TRUE(engine.isRunning());
-    for (int count = 0; count < 8; ++count) EXPECT_TRUE(platform.registry.deliver(report(0, 0, 1.0)));
+    for (int count = 0; count < 8; ++count) EXPECT_TRUE(platform.registry.deliver(sensorReport(0, 0, 1.0)));
     platform.mainQueue.drain();
 
     EXPECT_EQ(engine.slapCount, 1);

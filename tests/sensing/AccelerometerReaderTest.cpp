@@ -11,7 +11,7 @@
 
 #include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
-#include "support/Reports.h"
+#include "platform/virtual/sensor_report.h"
 #include "support/Sample.h"
 
 namespace quiverly {
@@ -43,7 +43,7 @@ protected:
     VirtualService& accelerometer() { return platform.registry.services.at(1); }
 
     void deliver(int reports) {
-        for (int count = 0; count < reports; ++count) ASSERT_TRUE(platform.registry.deliver(report(0, 0, 1)));
+        for (int count = 0; count < reports; ++count) ASSERT_TRUE(platform.registry.deliver(sensorReport(0, 0, 1)));
     }
 
     // Lets the sensor thread notice a stop.
@@ -242,7 +242,7 @@ TEST_F(AccelerometerReaderTest, StopClearsThreadAndDeviceAndLeavesBufferCounterR
     EXPECT_EQ(Inspector::decimationCounter(reader), 8);
     EXPECT_EQ(reader.lastOpenError(), std::nullopt);
 
-    for (int count = 0; count < 8; ++count) Inspector::handleReport(reader, report(0, 0, 1).data(), 18);
+    for (int count = 0; count < 8; ++count) Inspector::handleReport(reader, sensorReport(0, 0, 1).data(), 18);
     EXPECT_EQ(samples.size(), 2U);
 }
 
@@ -300,7 +300,7 @@ TEST_F(AccelerometerReaderTest, ReportsArriveOnTheSensorThread) {
 
 TEST_F(AccelerometerReaderTest, ReportsArriveInTheReadersOwnBuffer) {
     ASSERT_TRUE(reader.start());
-    const auto bytes = report(1, 2, 3, 300);
+    const auto bytes = sensorReport(1, 2, 3, 300);
     ASSERT_TRUE(platform.registry.deliver(bytes));
     EXPECT_TRUE(std::equal(bytes.begin(), bytes.begin() + 256, Inspector::reportBuffer(reader)));
 }
@@ -309,13 +309,13 @@ TEST_F(AccelerometerReaderTest, NoReportIsDeliveredAfterTheStop) {
     ASSERT_TRUE(reader.start());
     deliver(7);
     reader.stop();
-    EXPECT_FALSE(platform.registry.deliver(report(0, 0, 1)));
+    EXPECT_FALSE(platform.registry.deliver(sensorReport(0, 0, 1)));
     EXPECT_TRUE(samples.empty());
     EXPECT_EQ(Inspector::decimationCounter(reader), 7);
 }
 
 TEST_F(AccelerometerReaderTest, ACallbackWithoutContextDoesNothing) {
-    auto bytes = report(0, 0, 1);
+    auto bytes = sensorReport(0, 0, 1);
     for (int count = 0; count < 8; ++count) {
         Inspector::inputReportCallback(nullptr, hid::success, nullptr, 0, 0, bytes.data(), std::ssize(bytes));
     }
@@ -324,7 +324,7 @@ TEST_F(AccelerometerReaderTest, ACallbackWithoutContextDoesNothing) {
 }
 
 TEST_F(AccelerometerReaderTest, TheCallbackIgnoresResultSenderReportTypeAndReportID) {
-    auto bytes = report(0, 0, 1);
+    auto bytes = sensorReport(0, 0, 1);
     for (std::uint32_t count = 1; count <= 8; ++count) {
         Inspector::inputReportCallback(&reader, hid::noDevice, bytes.data(), count, ~count, bytes.data(), 18);
     }

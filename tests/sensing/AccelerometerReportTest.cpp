@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "engine/Inspector.h"
-#include "support/Reports.h"
+#include "platform/virtual/sensor_report.h"
 #include "support/Sample.h"
 
 namespace quiverly {
@@ -33,7 +33,7 @@ protected:
         receive(eighth);
     }
 
-    const Bytes atRest = report(0, 0, 1);
+    const Bytes atRest = sensorReport(0, 0, 1);
     AccelerometerReader reader;
     std::vector<Sample> samples;
 };
@@ -46,18 +46,18 @@ TEST_F(AccelerometerReportTest, TheFirstSevenReportsYieldNothingAndTheEighthTheF
 }
 
 TEST_F(AccelerometerReportTest, OneReportInEightBecomesASample) {
-    for (int number = 1; number <= 31; ++number) receive(report(number, 0, 0));
+    for (int number = 1; number <= 31; ++number) receive(sensorReport(number, 0, 0));
     EXPECT_EQ(samples, (std::vector<Sample>{{8, 0, 0}, {16, 0, 0}, {24, 0, 0}}));
     EXPECT_EQ(Inspector::decimationCounter(reader), 31);
 }
 
 TEST_F(AccelerometerReportTest, AnEighteenByteReportIsDecoded) {
-    receiveAsEighth(report(0.5, -0.25, 2, 18));
+    receiveAsEighth(sensorReport(0.5, -0.25, 2, 18));
     EXPECT_EQ(samples, (std::vector<Sample>{{0.5, -0.25, 2}}));
 }
 
 TEST_F(AccelerometerReportTest, ASeventeenByteReportUsesUpItsTurnAndTheNextSampleComesEightReportsLater) {
-    receiveAsEighth(report(0, 0, 1, 17));
+    receiveAsEighth(sensorReport(0, 0, 1, 17));
     for (int count = 0; count < 7; ++count) receive(atRest);
     EXPECT_TRUE(samples.empty());
     receive(atRest);
@@ -77,7 +77,7 @@ TEST_F(AccelerometerReportTest, AxesAreLittleEndianAtOffsetsSixTenAndFourteen) {
 
 TEST_F(AccelerometerReportTest, HeaderAndTailMeanNothing) {
     for (const std::uint8_t filler : Bytes{0x00, 0x7F, 0xFF}) {
-        Bytes bytes = report(0, 0, 1, 256);
+        Bytes bytes = sensorReport(0, 0, 1, 256);
         std::fill_n(bytes.begin(), 6, filler);
         std::fill(bytes.begin() + 18, bytes.end(), filler);
         receiveAsEighth(bytes);
@@ -86,41 +86,41 @@ TEST_F(AccelerometerReportTest, HeaderAndTailMeanNothing) {
 }
 
 TEST_F(AccelerometerReportTest, AllZeroAccelerationIsDropped) {
-    receiveAsEighth(rawReport(0, 0, 0));
+    receiveAsEighth(rawSensorReport(0, 0, 0));
     EXPECT_TRUE(samples.empty());
 }
 
 // Raw values cannot give a magnitude of 0.2 to the bit; these are the nearest sums of squares on either side.
 TEST_F(AccelerometerReportTest, AMagnitudeOfPointTwoIsDroppedAndTheNextAboveItPasses) {
-    receiveAsEighth(rawReport(13107, 61, 39)); // 0.1999999995
+    receiveAsEighth(rawSensorReport(13107, 61, 39)); // 0.1999999995
     EXPECT_TRUE(samples.empty());
-    receiveAsEighth(rawReport(13104, 280, 74)); // 0.2000000001
+    receiveAsEighth(rawSensorReport(13104, 280, 74)); // 0.2000000001
     EXPECT_EQ(samples.size(), 1U);
-    receiveAsEighth(rawReport(13096, 412, 352)); // 0.2000001
+    receiveAsEighth(rawSensorReport(13096, 412, 352)); // 0.2000001
     EXPECT_EQ(samples.size(), 2U);
 }
 
 TEST_F(AccelerometerReportTest, AMagnitudeOfExactlyTwentyFiveIsDroppedAndTheNextBelowItPasses) {
-    receiveAsEighth(rawReport(25 * 65536, 0, 0));
-    receiveAsEighth(rawReport(0, 0, -25 * 65536));
-    receiveAsEighth(rawReport(0, 25 * 65536, 1));
+    receiveAsEighth(rawSensorReport(25 * 65536, 0, 0));
+    receiveAsEighth(rawSensorReport(0, 0, -25 * 65536));
+    receiveAsEighth(rawSensorReport(0, 25 * 65536, 1));
     EXPECT_TRUE(samples.empty());
-    receiveAsEighth(rawReport(1638399, 646, 1691)); // 24.99999999999
+    receiveAsEighth(rawSensorReport(1638399, 646, 1691)); // 24.99999999999
     EXPECT_EQ(samples.size(), 1U);
-    receiveAsEighth(report(24.9999, 0, 0));
+    receiveAsEighth(sensorReport(24.9999, 0, 0));
     EXPECT_EQ(samples.size(), 2U);
 }
 
 TEST_F(AccelerometerReportTest, TheLargestRawValuesAreDropped) {
     constexpr auto least = std::numeric_limits<std::int32_t>::min();
     constexpr auto most = std::numeric_limits<std::int32_t>::max();
-    receiveAsEighth(rawReport(least, least, least));
-    receiveAsEighth(rawReport(most, most, most));
+    receiveAsEighth(rawSensorReport(least, least, least));
+    receiveAsEighth(rawSensorReport(most, most, most));
     EXPECT_TRUE(samples.empty());
 }
 
 TEST_F(AccelerometerReportTest, ADeviceAtRestPasses) {
-    receiveAsEighth(report(0.6, 0, -0.8));
+    receiveAsEighth(sensorReport(0.6, 0, -0.8));
     ASSERT_EQ(samples.size(), 1U);
     EXPECT_NEAR(std::hypot(samples[0].x, samples[0].y, samples[0].z), 1.0, 1e-5);
 }
@@ -157,7 +157,7 @@ TEST_F(AccelerometerReportTest, AReceiverMayReplaceItselfInsideItsOwnCall) {
 }
 
 TEST_F(AccelerometerReportTest, ReadingPastTheEndYieldsZero) {
-    const Bytes bytes = rawReport(1, 2, -3, 18);
+    const Bytes bytes = rawSensorReport(1, 2, -3, 18);
     EXPECT_EQ(Inspector::readInt32LE(bytes, 14), -3);
     EXPECT_EQ(Inspector::readInt32LE(std::span(bytes).first(17), 14), 0);
     EXPECT_EQ(Inspector::readInt32LE(std::span(bytes).first(14), 14), 0);
@@ -244,7 +244,7 @@ TEST_F(AccelerometerReportModelTest, ReportsOfEveryLengthAndContentAreDecodedAli
         int delivered = 0;
         for (int number = 0; number < 8 * 64; ++number) {
             Bytes bytes = randomBytes(length);
-            const Bytes axes = rawReport(randomAxis(), randomAxis(), randomAxis());
+            const Bytes axes = rawSensorReport(randomAxis(), randomAxis(), randomAxis());
             if (number % 16 > 7 && length >= 18) std::copy(axes.begin() + 6, axes.end(), bytes.begin() + 6);
             const auto expected = model.receive(bytes);
             ASSERT_EQ(answerTo(bytes), expected) << "length " << length;
@@ -258,7 +258,7 @@ TEST_F(AccelerometerReportModelTest, ReportsOfEveryLengthAndContentAreDecodedAli
 TEST_F(AccelerometerReportModelTest, RandomAccelerationsAreDecodedAlike) {
     int delivered = 0;
     for (int number = 0; number < 400'000; ++number) {
-        const Bytes bytes = rawReport(randomAxis(), randomAxis(), randomAxis(), 16 + generator() % 8);
+        const Bytes bytes = rawSensorReport(randomAxis(), randomAxis(), randomAxis(), 16 + generator() % 8);
         const auto expected = model.receive(bytes);
         ASSERT_EQ(answerTo(bytes), expected) << "report " << number;
         delivered += expected ? 1 : 0;

@@ -8,7 +8,7 @@
 
 #include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
-#include "support/Reports.h"
+#include "platform/virtual/sensor_report.h"
 #include "support/Waiting.h"
 
 namespace quiverly {
@@ -36,7 +36,7 @@ protected:
         if (source.joinable()) source.join();
     }
 
-    const std::vector<std::uint8_t> atRest = report(0, 0, 1);
+    const std::vector<std::uint8_t> atRest = sensorReport(0, 0, 1);
     VirtualPlatform platform;
     AccelerometerReader reader;
 

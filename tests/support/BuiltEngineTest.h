@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "engine/Inspector.h"
+#include "platform/virtual/sensor_report.h"
 #include "support/EngineTest.h"
-#include "support/Reports.h"
 
 namespace quiverly {
 
@@ -15,7 +15,7 @@ protected:
 
     // Eight reports, so that one sample arrives at the main queue.
     void feelSample(double magnitude) {
-        for (int count = 0; count < 8; ++count) ASSERT_TRUE(platform.registry.deliver(report(0, 0, magnitude)));
+        for (int count = 0; count < 8; ++count) ASSERT_TRUE(platform.registry.deliver(sensorReport(0, 0, magnitude)));
     }
 
     // A slap as the detector tells it, handled at once.

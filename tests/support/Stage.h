@@ -10,7 +10,7 @@
 
 #include "platform/hid.h"
 #include "platform/virtual/VirtualPlatform.h"
-#include "support/Reports.h"
+#include "platform/virtual/sensor_report.h"
 
 namespace quiverly {
 
@@ -63,7 +63,7 @@ public:
 
     // One kept sample, as eight reports of the sensor.
     void sample(double x, double y, double z) {
-        for (int count = 0; count < 8; ++count) platform.registry.deliver(report(x, y, z));
+        for (int count = 0; count < 8; ++count) platform.registry.deliver(sensorReport(x, y, z));
     }
 
     // The laptop lies still. To a detector that has never seen a sample the first one is a slap of 1 g.

@@ -41,8 +41,7 @@ void VirtualDevice::close() {
     registry().didClose(*this);
 }
 
-void VirtualDevice::registerReceiver(std::uint8_t* newBuffer, std::ptrdiff_t newSize,
-                                     std::function<void(std::ptrdiff_t)> newReceive) {
+void VirtualDevice::registerReceiver(std::uint8_t* newBuffer, std::ptrdiff_t newSize, Receiver newReceive) {
     registry().tell("register " + name + ' ' + std::to_string(newSize));
     buffer = newBuffer;
     size = newSize;

@@ -22,8 +22,10 @@ public:
     hid::ReturnCode open();
     void close();
 
-    // `receive` is called on the sensor thread with the length of each report that has been put into the buffer.
-    void registerReceiver(std::uint8_t* buffer, std::ptrdiff_t size, std::function<void(std::ptrdiff_t)> receive);
+    // Calls `receive` on the sensor thread with each report. Reports are put at the end of the buffer, so that reading
+    // past a report leaves the buffer.
+    using Receiver = std::function<void(std::uint8_t* report, std::ptrdiff_t length)>;
+    void registerReceiver(std::uint8_t* buffer, std::ptrdiff_t size, Receiver receive);
 
     void schedule();
     void unschedule();
@@ -38,7 +40,7 @@ private:
     const Thread* thread = nullptr; // on whose run loop it is scheduled
     std::uint8_t* buffer = nullptr;
     std::ptrdiff_t size = 0;
-    std::function<void(std::ptrdiff_t)> receive;
+    Receiver receive;
 };
 
 } // namespace quiverly

@@ -30,7 +30,8 @@ bool VirtualRegistry::deliver(std::span<const std::uint8_t> report) {
     if (threads.real) {
         changed.notify_all();
         const auto settled = [this] { return !pending || openDevices.empty(); };
-        if (!changed.wait_for(lock, std::chrono::seconds(30), settled)) VirtualPlatform::fault("nobody takes a report");
+        if (!changed.wait_for(lock, std::chrono::seconds(30), settled))
+            VirtualPlatform::fault("no thread takes the report");
     } else {
         lock.unlock();
         threads.turn();
@@ -77,12 +78,13 @@ bool VirtualRegistry::runLoop(double seconds) {
 
     const VirtualDevice& device = **found;
     const std::ptrdiff_t length = std::min(std::ssize(*pending), device.size);
-    std::copy_n(pending->begin(), length, device.buffer);
+    std::uint8_t* const report = device.buffer + (device.size - length);
+    std::copy_n(pending->begin(), length, report);
     pending.reset();
     ++delivered;
     lock.unlock();
     changed.notify_all();
-    device.receive(length);
+    device.receive(report, length);
     return true;
 }
 

@@ -40,7 +40,7 @@ struct VirtualService {
 class VirtualRegistry {
 public:
     std::vector<VirtualService> services; // in the order in which a walk meets them
-    std::set<std::string> unbuildable;    // classes for which no wish can be built
+    std::set<std::string> unbuildable;    // classes for which no query can be built
     std::set<std::string> unsearchable;   // classes whose lookup fails
 
     // Has a driver (service 0) and the accelerometer (service 1), and nothing else.
@@ -57,6 +57,15 @@ public:
     std::int64_t reportsDelivered() const { return delivered; }
     double lastSlice() const { return slice; } // seconds for which the run loop was run last
     bool deviceIsOpen() const;
+
+    // The arguments with which the port was last asked to register a callback, for whoever wants to play the device.
+    struct Registration {
+        std::uint8_t* buffer = nullptr;
+        std::ptrdiff_t size = 0; // bytes
+        hid::InputReportCallback callback = nullptr;
+        void* context = nullptr;
+    };
+    Registration lastRegistration;
 
     // Handles that the port has given out and not got back.
     std::int64_t lentObjects() const { return lent; }

@@ -126,8 +126,9 @@ void hid::close(Device& device) {
 
 void hid::registerInputReportCallback(Device& device, std::uint8_t* buffer, std::ptrdiff_t size,
                                       InputReportCallback callback, void* context) {
-    device.device.registerReceiver(buffer, size, [callback, context, buffer](std::ptrdiff_t length) {
-        callback(context, success, nullptr, 0, 0, buffer, length);
+    registry().lastRegistration = {buffer, size, callback, context};
+    device.device.registerReceiver(buffer, size, [callback, context](std::uint8_t* report, std::ptrdiff_t length) {
+        callback(context, success, nullptr, 0, 0, report, length);
     });
 }
 

@@ -7,8 +7,8 @@
 
 #include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
+#include "platform/virtual/sensor_report.h"
 #include "sensing/AccelerometerReader.h"
-#include "support/Reports.h"
 #include "support/apple/AppleFrameworks.h"
 
 namespace quiverly {
@@ -171,7 +171,7 @@ TEST_F(HidTest, AReportReachesTheCallbackWithBufferAndContext) {
                                                      hid::unschedule(*device);
                                                      hid::close(*device);
                                                  }});
-    const auto sent = report(0.1, -0.2, 1.0, 30);
+    const auto sent = sensorReport(0.1, -0.2, 1.0, 30);
     EXPECT_TRUE(platform.registry.deliver(sent));
     EXPECT_EQ(receiver.received, std::vector(sent.begin(), sent.begin() + 20));
 }
@@ -180,7 +180,7 @@ TEST_F(HidTest, TheSensorThreadWaitsInTheDefaultModeUntilAReportCameOrAQuarterOf
     platform.registry.services = {VirtualService::driver(), VirtualService::accelerometer()};
     AccelerometerReader reader;
     ASSERT_TRUE(reader.start());
-    EXPECT_TRUE(platform.registry.deliver(report(0, 0, 1.0)));
+    EXPECT_TRUE(platform.registry.deliver(sensorReport(0, 0, 1.0)));
     EXPECT_EQ(apple.lastRun(), (RunLoopRun{"kCFRunLoopDefaultMode", 0.25, true}));
 }
 
@@ -188,8 +188,8 @@ TEST_F(HidTest, AReportAfterUnschedulingIsDropped) {
     platform.registry.connectAccelerometer();
     AccelerometerReader reader;
     ASSERT_TRUE(reader.start());
-    EXPECT_TRUE(platform.registry.deliver(report(0, 0, 1.0)));
-    apple.delayedReport = report(0, 0, 1.0);
+    EXPECT_TRUE(platform.registry.deliver(sensorReport(0, 0, 1.0)));
+    apple.delayedReport = sensorReport(0, 0, 1.0);
     reader.stop();
     platform.threads.turn();
     EXPECT_FALSE(platform.registry.deviceIsOpen());
@@ -208,7 +208,7 @@ TEST_F(HidTest, PermissionRefusedAtFirstAndGrantedLaterLetsTheReaderStart) {
     platform.registry.services[1].openResult = hid::success;
     EXPECT_TRUE(reader.start());
     EXPECT_EQ(reader.lastOpenError(), std::nullopt);
-    EXPECT_TRUE(platform.registry.deliver(report(0, 0, 1.0)));
+    EXPECT_TRUE(platform.registry.deliver(sensorReport(0, 0, 1.0)));
     EXPECT_EQ(platform.registry.lentObjects(), 1); // the device
 }
 
@@ -225,7 +225,7 @@ TEST_F(HidTest, ADeviceThatGoesAwayWhileListeningIsClosedAllTheSame) {
     platform.threads.real = true;
     AccelerometerReader reader;
     ASSERT_TRUE(reader.start());
-    EXPECT_TRUE(platform.registry.deliver(report(0, 0, 1.0)));
+    EXPECT_TRUE(platform.registry.deliver(sensorReport(0, 0, 1.0)));
     apple.deviceIsGone = true;
     reader.stop();
     EXPECT_TRUE(reader.start());
@@ -238,7 +238,7 @@ TEST_F(HidTest, PeriodsThatFollowEachOtherAtOnceShareNothing) {
     AccelerometerReader reader;
     for (int period = 0; period < 3; ++period) {
         ASSERT_TRUE(reader.start());
-        EXPECT_TRUE(platform.registry.deliver(report(0, 0, 1.0)));
+        EXPECT_TRUE(platform.registry.deliver(sensorReport(0, 0, 1.0)));
         EXPECT_EQ(platform.registry.lentObjects(), 1);
         reader.stop();
     }

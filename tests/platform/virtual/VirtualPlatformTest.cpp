@@ -8,8 +8,8 @@
 #include "platform/audio.h"
 #include "platform/random.h"
 #include "platform/virtual/VirtualPlatform.h"
+#include "platform/virtual/sensor_report.h"
 #include "sensing/AccelerometerReader.h"
-#include "support/Reports.h"
 
 namespace quiverly {
 namespace {
@@ -146,11 +146,11 @@ TEST(VirtualRegistryTest, AReportIsDeliveredOnlyWhileADeviceIsOpenAndItsThreadLi
     VirtualPlatform platform;
     platform.registry.connectAccelerometer();
     AccelerometerReader reader;
-    EXPECT_FALSE(platform.registry.deliver(report(0, 0, 1)));
+    EXPECT_FALSE(platform.registry.deliver(sensorReport(0, 0, 1)));
     ASSERT_TRUE(reader.start());
-    EXPECT_TRUE(platform.registry.deliver(report(0, 0, 1)));
+    EXPECT_TRUE(platform.registry.deliver(sensorReport(0, 0, 1)));
     reader.stop(); // the device is still open
-    EXPECT_FALSE(platform.registry.deliver(report(0, 0, 1)));
+    EXPECT_FALSE(platform.registry.deliver(sensorReport(0, 0, 1)));
     EXPECT_EQ(platform.registry.reportsDelivered(), 1);
 }
 

@@ -1,7 +1,6 @@
 #include <IOKit/hid/IOHIDDevice.h>
 
 #include <algorithm>
-#include <functional>
 
 #include "platform/virtual/VirtualDevice.h"
 #include "support/apple/AppleFrameworks.h"
@@ -17,7 +16,7 @@ struct __IOHIDDevice : AppleObject {
     quiverly::VirtualDevice hardware;
     std::uint8_t* buffer = nullptr;
     CFIndex size = 0;
-    std::function<void(CFIndex length)> receive;
+    quiverly::VirtualDevice::Receiver receive;
 };
 
 namespace {
@@ -29,7 +28,7 @@ void deliverDelayedReport(const __IOHIDDevice& device) {
     if (report.empty()) return;
     const CFIndex length = std::min(std::ssize(report), device.size);
     std::copy_n(report.begin(), length, device.buffer);
-    device.receive(length);
+    device.receive(device.buffer, length);
 }
 
 void checkRunLoop(CFRunLoopRef runLoop, CFStringRef mode) {
@@ -65,8 +64,8 @@ void IOHIDDeviceRegisterInputReportCallback(IOHIDDeviceRef device, std::uint8_t*
                                             IOHIDReportCallback callback, void* context) {
     device->buffer = report;
     device->size = reportLength;
-    device->receive = [device, report, callback, context](CFIndex length) {
-        callback(context, kIOReturnSuccess, device, kIOHIDReportTypeInput, reportID, report, length);
+    device->receive = [device, callback, context](std::uint8_t* bytes, CFIndex length) {
+        callback(context, kIOReturnSuccess, device, kIOHIDReportTypeInput, reportID, bytes, length);
     };
     device->hardware.registerReceiver(report, reportLength, device->receive);
 }

@@ -6,11 +6,12 @@
 
 namespace quiverly {
 
-// Input reports of the sensor: header and tail filled with bytes that mean nothing, in a heap buffer of exactly the
-// report's size. A report that is too short holds what fits.
+// What the virtual platform's sensor sends: a header and a tail of bytes that mean nothing, and between them, from byte
+// 6, the three accelerations as little-endian 32-bit integers. A report that is too short for them holds what fits.
 
-// x, y, z as on the wire: 65536 is 1 g.
-inline std::vector<std::uint8_t> rawReport(std::int32_t x, std::int32_t y, std::int32_t z, std::size_t length = 18) {
+// x, y, z in 1/65536 g.
+inline std::vector<std::uint8_t> rawSensorReport(std::int32_t x, std::int32_t y, std::int32_t z,
+                                                 std::size_t length = 18) {
     std::vector<std::uint8_t> bytes(length, 0xA5);
     std::size_t offset = 6;
     for (const std::int32_t axis : {x, y, z}) {
@@ -23,9 +24,9 @@ inline std::vector<std::uint8_t> rawReport(std::int32_t x, std::int32_t y, std::
 }
 
 // x, y, z in g.
-inline std::vector<std::uint8_t> report(double x, double y, double z, std::size_t length = 18) {
+inline std::vector<std::uint8_t> sensorReport(double x, double y, double z, std::size_t length = 18) {
     const auto raw = [](double axis) { return static_cast<std::int32_t>(std::lround(axis * 65536.0)); };
-    return rawReport(raw(x), raw(y), raw(z), length);
+    return rawSensorReport(raw(x), raw(y), raw(z), length);
 }
 
 } // namespace quiverly
