@@ -57,9 +57,14 @@ void BonkoEngine::installCallbacks() {
     };
     reader.onSample = [this, life](double x, double y, double z) {
         mainQueue::post([this, life, x, y, z] {
-            if (!life.expired()) detector.process(x, y, z);
+            if (!life.expired()) handleSample(x, y, z);
         });
     };
+}
+
+void BonkoEngine::handleSample(double x, double y, double z) {
+    detector.process(x, y, z);
+    if (const auto watcher = onSample) watcher(x, y, z); // a copy: the watcher may end the engine
 }
 
 void BonkoEngine::handleSlap(double amplitude) {

@@ -40,6 +40,9 @@ public:
     Published<SoundPack> pack{objectWillChange, SoundPack::sexy, [this] { packDidChange(); }};
     Published<double> threshold{objectWillChange, 0.12, [this] { thresholdDidChange(); }}; // in g
 
+    // Told of each sample, in g, when the detector has seen it; for those who watch the road. On the main thread.
+    std::function<void(double x, double y, double z)> onSample;
+
     BonkoEngine();
     BonkoEngine(const BonkoEngine&) = delete;
     BonkoEngine& operator=(const BonkoEngine&) = delete;
@@ -62,6 +65,7 @@ private:
     void packDidChange();
     void thresholdDidChange();
     void installCallbacks();
+    void handleSample(double x, double y, double z);
     void handleSlap(double amplitude);
     void leaveHardwareCheck();
     static void openInputMonitoringSettingsIfNeeded();

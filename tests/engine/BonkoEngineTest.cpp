@@ -1,8 +1,11 @@
 #include <chrono>
+#include <memory>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "support/BuiltEngineTest.h"
+#include "support/Sample.h"
 
 namespace quiverly {
 namespace {
@@ -90,6 +93,35 @@ TEST_F(BonkoEngineTest, TheDetectorSeesTheAxesInTheirOrder) {
     (*Inspector::reader(*engine).onSample.copy())(1, 1, 1e8);
     platform.mainQueue.drain();
     EXPECT_GT(Inspector::prevMag(detector()), 1e8);
+}
+
+TEST_F(BonkoEngineTest, TheWatcherIsToldEachSampleOnTheMainThreadBeforeItsSlapIsHandled) {
+    std::vector<Sample> samples;
+    engine->onSample = [&](double x, double y, double z) {
+        samples.push_back({x, y, z});
+        EXPECT_EQ(engine->slapCount, 0);
+    };
+    engine->start();
+    for (int count = 0; count < 8; ++count) platform.registry.deliver(sensorReport(0.25, -0.5, 2));
+    EXPECT_EQ(samples, std::vector<Sample>{});
+    platform.mainQueue.drain();
+    EXPECT_EQ(samples, (std::vector<Sample>{{0.25, -0.5, 2}}));
+    EXPECT_EQ(engine->slapCount, 1);
+}
+
+TEST_F(BonkoEngineTest, TheWatcherOfSamplesMayDestroyTheEngine) {
+    auto held = std::make_shared<int>(1);
+    const std::weak_ptr<int> watcherLives = held;
+    engine->onSample = [&, held = std::move(held)](double, double, double) {
+        const auto& lives = watcherLives;
+        engine.reset();
+        EXPECT_FALSE(lives.expired());
+    };
+    engine->start();
+    feelSample(1.0);
+    platform.mainQueue.drain();
+    EXPECT_EQ(engine, std::nullopt);
+    EXPECT_TRUE(watcherLives.expired());
 }
 
 TEST_F(BonkoEngineTest, ASlapIsHandledInALaterTurnAfterTheSamplesAlreadyQueued) {

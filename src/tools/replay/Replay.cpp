@@ -3,8 +3,6 @@
 #include <utility>
 #include <variant>
 
-#include "engine/Inspector.h"
-
 namespace quiverly {
 
 namespace {
@@ -34,11 +32,9 @@ Replay::Replay(VirtualPlatform& platform, EventPrinter& events, Samples samples)
 }
 
 void Replay::watchSamples(Samples printing) {
-    auto& onSample = Inspector::reader(engine).onSample;
-    onSample = [this, printing, engineReceives = onSample.copy()](double x, double y, double z) {
+    engine.onSample = [this, printing](double x, double y, double z) {
         ++samples;
         if (printing == Samples::printed) events.sample(x, y, z);
-        (*engineReceives)(x, y, z);
     };
 }
 
