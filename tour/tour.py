@@ -31,6 +31,12 @@ TOLERANCE = 0.02  # of the volume expected
 CERTAINTY = 0.98  # least likeness at which a clip counts as recognised
 
 
+def resources_of(programs: Path) -> Path:
+    """Where the programs of a build or of an installation find their resources."""
+    built, installed = programs.parent / "resources", programs.parent / "share" / "quiverly"
+    return built if built.exists() else installed
+
+
 @dataclass(frozen=True)
 class Slap:
     """A slap that the application has counted."""
@@ -42,7 +48,7 @@ class Slap:
 
 class Tour:
     def __init__(self, programs: Path, output: Path, desktop: Desktop, transcript: Transcript) -> None:
-        audio = programs.parent / "resources" / "audio"
+        audio = resources_of(programs) / "audio"
         self._clips = {str(file.relative_to(audio)): read_clip(file) for file in sorted(audio.glob("*/*.mp3"))}
         self._output = output
         self._desktop = desktop
