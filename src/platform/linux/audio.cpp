@@ -1,6 +1,9 @@
 #include "platform/audio.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <utility>
 
 #include "platform/linux/sound/SoundOutput.h"
 
@@ -18,11 +21,11 @@ SoundOutput& output() {
 struct audio::Player {
     std::shared_ptr<const Clip> clip;
     float volume = 1.0F;
-    std::shared_ptr<const Playback> playback = nullptr; // started last
+    std::uint64_t playback = 0; // the last one; 0 before the first
 };
 
 void audio::Release::operator()(Player* player) const noexcept {
-    if (player->playback) output().end(player->playback);
+    output().end(player->playback);
     delete player;
 }
 
@@ -38,8 +41,7 @@ void audio::setVolume(Player& player, float volume) {
 void audio::prepareToPlay(Player&) {} // create() has decoded the clip, and play() connects to the server
 
 void audio::play(Player& player) {
-    player.playback = std::make_shared<const Playback>(Playback{player.clip, player.volume});
-    output().play(player.playback);
+    player.playback = output().play(std::make_unique<Playback>(Playback{player.clip, player.volume}));
 }
 
 } // namespace quiverly

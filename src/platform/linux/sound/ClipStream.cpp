@@ -27,7 +27,7 @@ void ClipStream::Cancel::operator()(pa_operation* operation) const {
     pa_operation_unref(operation);
 }
 
-ClipStream::ClipStream(pa_context& context, std::shared_ptr<const Playback> playback, std::function<void()> onChange)
+ClipStream::ClipStream(pa_context& context, std::unique_ptr<Playback> playback, std::function<void()> onChange)
     : current(std::move(playback)), onChange(std::move(onChange)) {
     const Clip& clip = *current->clip;
     const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, clip.rate, clip.channels};

@@ -21,13 +21,12 @@ public:
     enum class State { starting, sounding, finished };
 
     // The context is ready. onChange is called at each change of state; it may destroy the stream.
-    ClipStream(pa_context& context, std::shared_ptr<const Playback> playback, std::function<void()> onChange);
+    ClipStream(pa_context& context, std::unique_ptr<Playback> playback, std::function<void()> onChange);
     ~ClipStream();
     ClipStream(const ClipStream&) = delete;
     ClipStream& operator=(const ClipStream&) = delete;
 
     State state() const { return currentState; }
-    const std::shared_ptr<const Playback>& playback() const { return current; }
 
 private:
     struct Disconnect {
@@ -47,7 +46,7 @@ private:
     static void dataWanted(pa_stream*, std::size_t bytes, void* self);
     static void drained(pa_stream*, int, void* self);
 
-    std::shared_ptr<const Playback> current;
+    std::unique_ptr<Playback> current;
     std::function<void()> onChange;
     std::unique_ptr<pa_stream, Disconnect> stream;
     std::unique_ptr<pa_operation, Cancel> draining;

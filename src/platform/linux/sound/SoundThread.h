@@ -1,46 +1,52 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
+#include <mutex>
 
-#include <pulse/thread-mainloop.h>
+#include <pthread.h>
+#include <pulse/mainloop-api.h>
 
-#include "platform/shared/JobQueue.h"
+#include "platform/linux/sound/Playback.h"
 #include "sockets/FileDescriptor.h"
 
 namespace quiverly {
 
-// The thread that alone talks to the sound server. It sleeps until the server says something or a job is posted.
+class ServerConnection;
+
+// The thread that alone talks to the sound server. It sleeps until the server says something or play() is called.
+//
+// Only the last playback asked for waits for it, so that a thread that gets nowhere fills no memory.
 class SoundThread {
 public:
-    using Job = mainQueue::Job;
-
     SoundThread();
-    ~SoundThread(); // ends the thread; jobs still waiting are dropped
+    ~SoundThread(); // cuts off what plays
     SoundThread(const SoundThread&) = delete;
     SoundThread& operator=(const SoundThread&) = delete;
 
-    // The thread that made this object; never waits. Jobs run on the sound thread, one at a time, in order. If the
-    // thread could not be started, they are dropped.
-    void post(Job job);
+    // False once the thread has ended, or when it could not be started.
+    bool isRunning() const { return running; }
 
-    // Ends the thread, after which the caller may do what only the sound thread did.
-    void stop();
-
-    // What connections to the server are made with. Sound thread.
-    pa_mainloop_api* api() const { return pa_threaded_mainloop_get_api(loop.get()); }
+    // Plays in place of what plays or waits; null for silence. Any thread; never waits.
+    void play(std::unique_ptr<Playback> playback);
 
 private:
-    struct FreeLoop {
-        void operator()(pa_threaded_mainloop* loop) const { pa_threaded_mainloop_free(loop); }
-    };
+    static void* run(void* self);
+    void runLoop();
+    void wake() const;
+    static void woken(pa_mainloop_api* api, pa_io_event*, int descriptor, pa_io_event_flags_t, void* self);
 
-    // The library's own lock is never taken: the sound thread holds it for as long as a call into the library lasts.
-    static void wake(pa_mainloop_api*, pa_io_event*, int descriptor, pa_io_event_flags_t, void* self);
-
-    JobQueue jobs;
     FileDescriptor wakes;
-    std::unique_ptr<pa_threaded_mainloop, FreeLoop> loop;
-    bool running = false;
+    std::atomic<bool> running = false;
+    std::atomic<bool> stopping = false;
+
+    std::mutex mutex;
+    bool asked = false;               // for another playback, or silence
+    std::unique_ptr<Playback> wanted; // until the thread takes it
+
+    ServerConnection* connection = nullptr; // of the sound thread
+    pthread_t thread = {};
+    bool started = false;
 };
 
 } // namespace quiverly

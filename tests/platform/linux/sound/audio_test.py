@@ -1,10 +1,13 @@
 """The sound port, heard through a sound server."""
 
 import os
+import resource
 import time
 import unittest
+from contextlib import contextmanager
 from pathlib import Path
 from subprocess import PIPE
+from typing import Iterator
 
 from harness.analysis import Note, notes
 from harness.clips import TONE_PEAK, write_tone
@@ -47,13 +50,31 @@ class SoundPort:
         self._process.stdout.close()
         return self._process.wait(100)
 
+    @contextmanager
+    def without_waiting(self) -> Iterator[None]:
+        """Has the system refuse this program to wait for descriptors, or to open any."""
+        usual = resource.prlimit(self._process.pid, resource.RLIMIT_NOFILE)
+        resource.prlimit(self._process.pid, resource.RLIMIT_NOFILE, (1, usual[1]))
+        yield
+        resource.prlimit(self._process.pid, resource.RLIMIT_NOFILE, usual)
+
+    def sound_thread(self) -> dict[str, str] | None:
+        """What the system tells of the thread that plays, if there is one."""
+        for thread in Path(f"/proc/{self._process.pid}/task").iterdir():
+            try:
+                lines = (thread / "status").read_text().splitlines()
+            except (FileNotFoundError, ProcessLookupError):
+                continue  # ended while it was looked for
+            status = dict(line.split(":\t", 1) for line in lines)
+            if status["Name"] == "quiverly-sound":
+                return status
+        return None
+
     def wakes_of_sound_thread(self) -> int:
         """How often the thread that plays has begun to wait so far."""
-        for thread in Path(f"/proc/{self._process.pid}/task").iterdir():
-            status = dict(line.split(":\t", 1) for line in (thread / "status").read_text().splitlines())
-            if status["Name"] == "quiverly-sound":
-                return int(status["voluntary_ctxt_switches"])
-        raise AssertionError("there is no thread that plays")
+        status = self.sound_thread()
+        assert status, "there is no thread that plays"
+        return int(status["voluntary_ctxt_switches"])
 
 
 class Player:
@@ -397,6 +418,30 @@ class AudioTest(unittest.TestCase):
         self.play(1000)
         self.server.thaw()
         self.wait_for_tone(1000)
+
+    # A system that refuses what playing needs.
+
+    def test_a_thread_that_cannot_wait_any_more_is_replaced_for_the_next_clip(self) -> None:
+        self.start_server()
+        self.play_to_its_end(500)
+        silent = self.port.create(self.tone(1000))
+        assert silent
+        with self.port.without_waiting():
+            silent.play()
+            wait_until(lambda: self.port.sound_thread() is None, "the thread to end")
+        self.listen_to_what_follows()
+        self.play_to_its_end(2000)
+        self.assertEqual(self.pitches(), [500, 2000])
+
+    def test_a_thread_that_cannot_start_is_started_for_the_next_clip(self) -> None:
+        self.start_server()
+        player = self.port.create(self.tone(1000))
+        assert player
+        with self.port.without_waiting():
+            player.play()
+            self.assertIsNone(self.port.sound_thread())
+        self.play_to_its_end(2000)
+        self.assertEqual(self.pitches(), [2000])
 
     def play_too_early(self, pitch: int) -> None:
         """Plays a tone, and thaws the server when it is too late for it."""
