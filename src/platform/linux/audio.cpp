@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <memory>
 #include <utility>
 
 #include "platform/linux/sound/SoundOutput.h"
@@ -19,7 +18,8 @@ SoundOutput& output() {
 } // namespace
 
 struct audio::Player {
-    std::shared_ptr<const Clip> clip;
+    std::filesystem::path file;
+    std::unique_ptr<ClipDecoder> clip; // for the next play(); the first one has what create() opened
     float volume = 1.0F;
     std::uint64_t playback = 0; // the last one; 0 before the first
 };
@@ -30,18 +30,20 @@ void audio::Release::operator()(Player* player) const noexcept {
 }
 
 audio::PlayerHandle audio::create(const std::filesystem::path& file) {
-    auto clip = Clip::decode(file);
-    return PlayerHandle(clip ? new Player{std::move(clip)} : nullptr);
+    auto clip = ClipDecoder::open(file);
+    return PlayerHandle(clip ? new Player{file, std::move(clip)} : nullptr);
 }
 
 void audio::setVolume(Player& player, float volume) {
     player.volume = std::max(volume, 0.0F);
 }
 
-void audio::prepareToPlay(Player&) {} // create() has decoded the clip, and play() connects to the server
+void audio::prepareToPlay(Player&) {} // create() has decoded how the clip begins, and play() connects to the server
 
 void audio::play(Player& player) {
-    player.playback = output().play(std::make_unique<Playback>(Playback{player.clip, player.volume}));
+    if (!player.clip) player.clip = ClipDecoder::open(player.file);
+    if (!player.clip) return;
+    player.playback = output().play(std::make_unique<Playback>(Playback{std::move(player.clip), player.volume}));
 }
 
 } // namespace quiverly

@@ -4,14 +4,16 @@
 #include <cstdint>
 #include <utility>
 
-#include <pulse/channelmap.h>
+#include <pulse/rtclock.h>
 #include <pulse/sample.h>
+#include <pulse/timeval.h>
 
 namespace quiverly {
 
 namespace {
 
 constexpr auto serverChoice = static_cast<std::uint32_t>(-1);
+constexpr pa_usec_t firstFill = 100 * PA_USEC_PER_MSEC; // what the server has when it starts, or the whole clip
 
 } // namespace
 
@@ -27,22 +29,23 @@ void ClipStream::Cancel::operator()(pa_operation* operation) const {
     pa_operation_unref(operation);
 }
 
-ClipStream::ClipStream(pa_context& context, std::unique_ptr<Playback> playback, std::function<void()> onChange)
-    : current(std::move(playback)), onChange(std::move(onChange)) {
-    const Clip& clip = *current->clip;
-    const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, clip.rate, clip.channels};
-    pa_channel_map channels;
-    pa_channel_map_init_extend(&channels, clip.channels, PA_CHANNEL_MAP_DEFAULT);
-    stream.reset(pa_stream_new(&context, "Slap", &format, &channels));
+ClipStream::ClipStream(pa_mainloop_api& api, pa_context& context, std::unique_ptr<Playback> ownPlayback,
+                       std::function<void()> onChange)
+    : context(context),
+      playback(std::move(ownPlayback)),
+      onChange(std::move(onChange)),
+      nextPiece(pa_context_rttime_new(&context, PA_USEC_INVALID, nextPieceIsDue, this), FreeTimer{&api}) {
+    const ClipDecoder& clip = *playback->clip;
+    const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, clip.rate(), clip.channels()};
+    stream.reset(pa_stream_new(&context, "Slap", &format, nullptr));
     if (!stream || !connect()) currentState = State::finished;
 }
 
 ClipStream::~ClipStream() = default;
 
-// Sound starts with the first frame the server has. With no frame at all to wait for, draining would never end.
 bool ClipStream::connect() {
-    const auto frame = static_cast<std::uint32_t>(pa_frame_size(pa_stream_get_sample_spec(stream.get())));
-    const pa_buffer_attr buffer{serverChoice, serverChoice, frame, serverChoice, serverChoice};
+    const auto fill = static_cast<std::uint32_t>(pa_usec_to_bytes(firstFill, pa_stream_get_sample_spec(stream.get())));
+    const pa_buffer_attr buffer{serverChoice, serverChoice, fill, serverChoice, serverChoice};
     if (pa_stream_connect_playback(stream.get(), nullptr, &buffer, PA_STREAM_NOFLAGS, nullptr, nullptr) < 0)
         return false;
     pa_stream_set_state_callback(stream.get(), stateChanged, this);
@@ -56,37 +59,41 @@ void ClipStream::stateChanged(pa_stream* stream, void* self) {
     if (!PA_STREAM_IS_GOOD(state)) {
         clipStream.become(State::finished);
     } else if (state == PA_STREAM_READY) {
-        clipStream.become(clipStream.current->isStale() ? State::finished : State::sounding);
+        clipStream.become(clipStream.playback->isStale() ? State::finished : State::sounding);
     }
 }
 
-void ClipStream::dataWanted(pa_stream*, std::size_t bytes, void* self) {
-    static_cast<ClipStream*>(self)->feed(bytes);
+void ClipStream::dataWanted(pa_stream*, std::size_t, void* self) {
+    static_cast<ClipStream*>(self)->feed();
 }
 
-void ClipStream::feed(std::size_t bytes) {
-    while (bytes > 0 && position < current->clip->samples.size()) {
-        const std::size_t written = write(bytes);
-        if (written == 0) return become(State::finished);
-        bytes -= written;
-    }
-    if (position == current->clip->samples.size() && !draining) drain();
+void ClipStream::nextPieceIsDue(pa_mainloop_api*, pa_time_event*, const timeval*, void* self) {
+    static_cast<ClipStream*>(self)->feed();
 }
 
-// Writes samples, at most that many bytes of them. How many bytes; 0 on failure.
-std::size_t ClipStream::write(std::size_t bytes) {
-    const std::size_t left = (current->clip->samples.size() - position) * sizeof(float);
-    std::size_t size = std::min(bytes, left);
+// Writes a piece of the clip, as far as the server wants it.
+void ClipStream::feed() {
+    if (draining) return;
+    ClipDecoder& clip = *playback->clip;
+    const std::span<const float> samples = clip.samples();
+    if (samples.empty()) return drain();
+    const std::size_t wanted = pa_stream_writable_size(stream.get());
+    if (wanted == static_cast<std::size_t>(-1)) return become(State::finished);
+    const std::size_t wantedFrames = wanted / pa_frame_size(pa_stream_get_sample_spec(stream.get()));
+    const std::size_t count = std::min(samples.size(), wantedFrames * clip.channels());
+    if (count == 0) return; // until the server wants more
+    if (!write(samples.first(count))) return become(State::finished);
+    clip.take(count);
+    pa_context_rttime_restart(&context, nextPiece.get(), pa_rtclock_now());
+}
+
+bool ClipStream::write(std::span<const float> samples) {
     void* memory = nullptr;
-    if (pa_stream_begin_write(stream.get(), &memory, &size) < 0) return 0;
-    size = std::min({size, bytes, left});
-    const auto first = current->clip->samples.begin() + static_cast<std::ptrdiff_t>(position);
-    const auto count = static_cast<std::ptrdiff_t>(size / sizeof(float));
-    std::transform(first, first + count, static_cast<float*>(memory),
-                   [volume = current->volume](float sample) { return sample * volume; });
-    if (pa_stream_write(stream.get(), memory, size, nullptr, 0, PA_SEEK_RELATIVE) < 0) return 0;
-    position += static_cast<std::size_t>(count);
-    return size;
+    std::size_t size = samples.size_bytes();
+    if (pa_stream_begin_write(stream.get(), &memory, &size) < 0 || size < samples.size_bytes()) return false;
+    std::ranges::transform(samples, static_cast<float*>(memory),
+                           [volume = playback->volume](float sample) { return sample * volume; });
+    return pa_stream_write(stream.get(), memory, samples.size_bytes(), nullptr, 0, PA_SEEK_RELATIVE) == 0;
 }
 
 void ClipStream::drain() {

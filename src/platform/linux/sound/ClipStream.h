@@ -3,8 +3,10 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <span>
 
 #include <pulse/context.h>
+#include <pulse/mainloop-api.h>
 #include <pulse/operation.h>
 #include <pulse/stream.h>
 
@@ -14,14 +16,17 @@ namespace quiverly {
 
 // A stream of the sound server that plays one clip once, on the default sink. Sound thread.
 //
+// The clip is decoded as the server asks for it, piece by piece; between two pieces the loop looks at everything else.
 // A stream that the server grants too late plays nothing. Destroying one that is past its start ends its sound; while
 // it is starting the server cannot be told to end it, so its owner waits for the answer.
 class ClipStream {
 public:
     enum class State { starting, sounding, finished };
 
-    // The context is ready. onChange is called at each change of state; it may destroy the stream.
-    ClipStream(pa_context& context, std::unique_ptr<Playback> playback, std::function<void()> onChange);
+    // The context is ready and outlives the stream. onChange is called at each change of state; it may destroy the
+    // stream.
+    ClipStream(pa_mainloop_api& api, pa_context& context, std::unique_ptr<Playback> playback,
+               std::function<void()> onChange);
     ~ClipStream();
     ClipStream(const ClipStream&) = delete;
     ClipStream& operator=(const ClipStream&) = delete;
@@ -36,21 +41,28 @@ private:
         void operator()(pa_operation* operation) const;
     };
 
+    struct FreeTimer {
+        pa_mainloop_api* api;
+        void operator()(pa_time_event* timer) const { api->time_free(timer); }
+    };
+
     bool connect();
-    void feed(std::size_t bytes);
-    std::size_t write(std::size_t bytes);
+    void feed();
+    bool write(std::span<const float> samples);
     void drain();
     void become(State state);
 
     static void stateChanged(pa_stream* stream, void* self);
     static void dataWanted(pa_stream*, std::size_t bytes, void* self);
+    static void nextPieceIsDue(pa_mainloop_api*, pa_time_event*, const timeval*, void* self);
     static void drained(pa_stream*, int, void* self);
 
-    std::unique_ptr<Playback> current;
+    pa_context& context;
+    const std::unique_ptr<Playback> playback;
     std::function<void()> onChange;
     std::unique_ptr<pa_stream, Disconnect> stream;
+    std::unique_ptr<pa_time_event, FreeTimer> nextPiece;
     std::unique_ptr<pa_operation, Cancel> draining;
-    std::size_t position = 0; // of the next sample to write
     State currentState = State::starting;
 };
 

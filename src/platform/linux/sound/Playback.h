@@ -3,7 +3,7 @@
 #include <chrono>
 #include <memory>
 
-#include "platform/linux/sound/Clip.h"
+#include "platform/linux/sound/ClipDecoder.h"
 
 namespace quiverly {
 
@@ -11,7 +11,7 @@ namespace quiverly {
 struct Playback {
     using Clock = std::chrono::steady_clock;
 
-    std::shared_ptr<const Clip> clip;
+    std::unique_ptr<ClipDecoder> clip;
     float volume; // 1 plays the clip as it is, 0 is silence
     Clock::time_point since = Clock::now();
 

@@ -47,7 +47,7 @@ void ServerConnection::settle() {
     connect();
     if (!context || pa_context_get_state(context.get()) != PA_CONTEXT_READY) return;
     cutOff = false;
-    stream = std::make_unique<ClipStream>(*context, std::move(wanted), [this] { settle(); });
+    stream = std::make_unique<ClipStream>(api, *context, std::move(wanted), [this] { settle(); });
     if (stream->state() == ClipStream::State::finished) stream.reset(); // could not even ask the server
 }
 

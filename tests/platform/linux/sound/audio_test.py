@@ -4,7 +4,7 @@ import os
 import resource
 import time
 import unittest
-from contextlib import contextmanager
+from contextlib import contextmanager, suppress
 from pathlib import Path
 from subprocess import PIPE
 from typing import Iterator
@@ -49,6 +49,14 @@ class SoundPort:
         self._process.stdin.close()
         self._process.stdout.close()
         return self._process.wait(100)
+
+    def open_clips(self) -> int:
+        """How many clips are open at this moment: those that play or wait to be played."""
+        count = 0
+        for file in Path(f"/proc/{self._process.pid}/fd").iterdir():
+            with suppress(FileNotFoundError):  # closed while it was looked at
+                count += file.readlink().suffix == ".mp3"
+        return count
 
     @contextmanager
     def without_waiting(self) -> Iterator[None]:
@@ -291,6 +299,17 @@ class AudioTest(unittest.TestCase):
         self.wait_for_silence()
         self.expect_whole(self.heard()[-1], 2000, 0.5)
 
+    def test_a_clip_that_is_cut_off_or_over_is_not_decoded_any_further(self) -> None:
+        self.start_server()
+        self.play(500, seconds=8)
+        self.wait_for_tone(500)
+        self.assertEqual(self.port.open_clips(), 1)
+        self.play(2000)
+        self.wait_for_tone(2000)
+        self.assertEqual(self.port.open_clips(), 1)
+        self.wait_for_streams(0)
+        wait_until(lambda: self.port.open_clips() == 0, "the clip to be closed")
+
     def test_releasing_the_player_ends_its_sound(self) -> None:
         self.start_server()
         player = self.play(1000, seconds=8)
@@ -378,6 +397,7 @@ class AudioTest(unittest.TestCase):
         self.start_server()
         self.server.freeze()
         self.play_and_release(1000, count=200, seconds=0.1)
+        self.assertLessEqual(self.port.open_clips(), 2, "only the last one waits for the server")
         self.server.thaw()
         self.play_to_its_end(2000)
         self.assertEqual(self.pitches(), [2000])
