@@ -7,10 +7,10 @@
 
 namespace quiverly::clips {
 
-// Many throats singing in the manner of one: every key (of the piano, 69 the tuning A) by several singers, each a
-// little out of tune and of time with the others and in a place of its own. The manner's pitch is a factor on each
-// key's, so 1 holds the note.
-void singTogether(Stage& stage, const std::vector<double>& keys, const Voice& manner, double at, double gain,
-                  Random& random);
+// A choir: every key (as keyPitch() counts them) is sung by several singers, each a little out of tune and out of time
+// with the others and in a place of its own. All of them sing like the model, whose pitch is a factor on that of the
+// key: 1 holds the note.
+void singTogether(Stage& stage, const std::vector<double>& keys, const Voice& model, double at, double gain,
+                  RandomNumbers& random);
 
 } // namespace quiverly::clips

@@ -1,22 +1,22 @@
 #pragma once
 
-#include "clips/synthesis/Random.h"
+#include "clips/synthesis/RandomNumbers.h"
 #include "clips/synthesis/Signal.h"
 
 namespace quiverly::clips {
 
-// What cold-blooded things say without vocal folds like ours, each with a peak of 1.
+// The sounds of cold-blooded animals, each with a peak of 1.
 
-// A throat sac that knocks so many times a second and rings at a pitch, both in hertz.
-Signal croak(double seconds, const Gesture& knocks, const Gesture& pitch, Random& random);
+// A throat sac: `knocks` a second that ring at a pitch in hertz.
+Signal croak(double seconds, const Curve& knocks, const Curve& pitch, RandomNumbers& random);
 
-// Air through the teeth; the brighter, the narrower the gap, in hertz.
-Signal hissed(double seconds, const Gesture& brightness, const Gesture& loudness, Random& random);
+// Air through the teeth; the brightness is the middle of its noise in hertz.
+Signal hissed(double seconds, const Curve& brightness, const Curve& loudness, RandomNumbers& random);
 
-// Dry beads or claws: single clicks, so many a second.
-Signal rattled(double seconds, const Gesture& clicks, double brightness, const Gesture& loudness, Random& random);
+// Dry beads or claws: single clicks, `clicks` a second; the brightness is their pitch in hertz.
+Signal rattled(double seconds, const Curve& clicks, double brightness, const Curve& loudness, RandomNumbers& random);
 
-// Something wet that is pulled in or let go: a resonance that slides through a gesture in hertz.
-Signal slurp(double seconds, const Gesture& pitch, Random& random);
+// A wet tongue or lip, pulled in or let go: noise through a resonance that follows a pitch in hertz.
+Signal slurp(double seconds, const Curve& pitch, RandomNumbers& random);
 
 } // namespace quiverly::clips

@@ -10,20 +10,20 @@ namespace quiverly::clips {
 
 namespace {
 
-constexpr double damperSeconds = 0.03; // in which a hand silences the string
+constexpr double damperSeconds = 0.03; // a hand takes so long to silence the string
 
 } // namespace
 
-Signal plucked(double hertz, double seconds, double brightness, Random& random) {
+Signal plucked(double hertz, double seconds, double brightness, RandomNumbers& random) {
     const double period = sampleRate / hertz;
     const auto whole = static_cast<std::size_t>(period - 0.5);
-    const double part = period - 0.5 - static_cast<double>(whole); // half a sample is the averaging's own delay
+    const double part = period - 0.5 - static_cast<double>(whole); // the averaging itself delays by half a sample
     Signal string =
-        lowPassed(hiss((static_cast<double>(whole) + 1.5) / sampleRate, random), hertz * (3 + 40 * brightness));
+        lowPassed(whiteNoise((static_cast<double>(whole) + 1.5) / sampleRate, random), hertz * (3 + 40 * brightness));
     const double ringing = std::pow(10, -3 / (hertz * (0.5 + 2.5 * std::exp(-hertz / 500))));
     std::size_t position = 0;
     double averaged = 0;
-    Signal out = shaped(seconds, [&](double) {
+    Signal out = generated(seconds, [&](double) {
         const double oldest = string[position];
         const double next = string[(position + 1) % string.size()];
         const double delayed = next + part * (oldest - next);

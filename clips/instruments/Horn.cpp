@@ -13,9 +13,9 @@ constexpr double air = 0.05;        // share of breath noise
 
 } // namespace
 
-Signal blown(const Horn& horn, Random& random) {
+Signal blown(const Horn& horn, RandomNumbers& random) {
     Signal buzz = saw(horn.seconds, horn.pitch, {horn.vibrato, vibratoRate});
-    add(buzz, hiss(horn.seconds, random), 0, air);
+    add(buzz, whiteNoise(horn.seconds, random), 0, air);
     buzz = fluttered(std::move(buzz), growlRate, 0.7 * horn.growl);
     Signal sound = lowPassed(buzz, horn.openness, 1.2);
     add(sound, bandPassed(buzz, horn.body, 2.5), 0, 0.8);

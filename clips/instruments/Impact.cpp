@@ -9,23 +9,23 @@
 namespace quiverly::clips {
 
 Signal thump(double hertz, double seconds) {
-    const Gesture fall{{0, 2.2 * hertz}, {0.15, hertz}, {1, 0.7 * hertz}};
+    const Curve fall{{0, 2.2 * hertz}, {0.15, hertz}, {1, 0.7 * hertz}};
     return normalised(faded(saturated(sine(seconds, fall), 1.5), {{0, 0}, {0.01, 1}, {0.25, 0.5}, {1, 0}}));
 }
 
-Signal smack(double hertz, double seconds, Random& random) {
-    return normalised(faded(bandPassed(hiss(seconds, random), {{0, 1.6 * hertz}, {1, 0.7 * hertz}}, 1.2),
+Signal smack(double hertz, double seconds, RandomNumbers& random) {
+    return normalised(faded(bandPassed(whiteNoise(seconds, random), {{0, 1.6 * hertz}, {1, 0.7 * hertz}}, 1.2),
                             {{0, 1}, {0.2, 0.35}, {0.5, 0.1}, {1, 0}}));
 }
 
-Signal pop(Random& random) {
+Signal pop(RandomNumbers& random) {
     Signal sound = faded(sine(0.06, {{0, 320}, {0.3, 900}, {1, 1300}}), {{0, 0.6}, {0.15, 1}, {1, 0}});
     add(sound, smack(1100, 0.05, random), 0, 0.6);
     return normalised(std::move(sound));
 }
 
-Signal crash(double seconds, double brightness, Random& random) {
-    const Signal shimmer = highPassed(hiss(seconds, random), brightness);
+Signal crash(double seconds, double brightness, RandomNumbers& random) {
+    const Signal shimmer = highPassed(whiteNoise(seconds, random), brightness);
     Signal sound = faded(shimmer, {{0, 1}, {0.06, 0.55}, {0.3, 0.22}, {1, 0}});
     for (int mode = 0; mode < 24; ++mode) {
         const double hertz = brightness * random.between(0.35, 2.4);
@@ -34,9 +34,9 @@ Signal crash(double seconds, double brightness, Random& random) {
     return normalised(std::move(sound));
 }
 
-Signal squeak(double seconds, const Gesture& hertz, Random& random) {
+Signal squeak(double seconds, const Curve& hertz, RandomNumbers& random) {
     Signal reed = saw(seconds, hertz, {0.25, 24});
-    add(reed, hiss(seconds, random), 0, 0.12);
+    add(reed, whiteNoise(seconds, random), 0, 0.12);
     Signal sound = bandPassed(reed, hertz * 2, 2);
     add(sound, bandPassed(reed, 3200, 2.5), 0, 0.7);
     return normalised(faded(saturated(std::move(sound), 1.5), {{0, 0.4}, {0.08, 1}, {0.5, 0.8}, {0.9, 0.6}, {1, 0}}));
@@ -45,7 +45,7 @@ Signal squeak(double seconds, const Gesture& hertz, Random& random) {
 Signal boing(double hertz, double seconds) {
     double carrier = 0;
     double wobble = 0;
-    return normalised(shaped(seconds, [&](double along) {
+    return normalised(generated(seconds, [&](double along) {
         wobble += (14 + 22 * along) / sampleRate;
         const double swing = 0.45 * std::exp(-3 * along) * std::sin(2 * std::numbers::pi * wobble);
         carrier += hertz * (1 + swing) * (1 - 0.25 * along) / sampleRate;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "clips/synthesis/Random.h"
+#include "clips/synthesis/RandomNumbers.h"
 #include "clips/synthesis/Signal.h"
 
 namespace quiverly::clips {
@@ -11,16 +11,16 @@ namespace quiverly::clips {
 Signal thump(double hertz, double seconds);
 
 // A short slap of noise around a frequency.
-Signal smack(double hertz, double seconds, Random& random);
+Signal smack(double hertz, double seconds, RandomNumbers& random);
 
 // A cork leaving its bottle.
-Signal pop(Random& random);
+Signal pop(RandomNumbers& random);
 
 // A cymbal struck; brightness in hertz is where its noise begins.
-Signal crash(double seconds, double brightness, Random& random);
+Signal crash(double seconds, double brightness, RandomNumbers& random);
 
 // Squeezed rubber: a reed that squeaks up and, let go, down again.
-Signal squeak(double seconds, const Gesture& hertz, Random& random);
+Signal squeak(double seconds, const Curve& hertz, RandomNumbers& random);
 
 // A steel spring let go: a pitch that wobbles around hertz ever faster and less.
 Signal boing(double hertz, double seconds);

@@ -16,13 +16,13 @@ constexpr Rank brightRanks[] = {{3, 0.6}, {4, 0.7}, {6, 0.45}, {8, 0.4}, {12, 0.
 
 } // namespace
 
-Signal piped(const std::vector<double>& keys, double seconds, const Gesture& swell) {
+Signal piped(const std::vector<double>& keys, double seconds, const Curve& swell) {
     Signal soft;
     Signal bright;
     for (const double key : keys) {
         for (const Rank& rank : softRanks) add(soft, sine(seconds, rank.ratio * keyPitch(key)), 0, rank.gain);
         for (const Rank& rank : brightRanks) {
-            // A hundredth of a semitone apart per rank, as pipes are, so that the ranks shimmer.
+            // The higher the rank, the further out of tune, as in an organ: the ranks shimmer.
             add(bright, sine(seconds, rank.ratio * keyPitch(key + 0.01 * rank.ratio)), 0, rank.gain);
         }
     }

@@ -1,39 +1,38 @@
 #include "clips/instruments/Speech.h"
 
-#include <stdexcept>
+#include <sndfile.hh>
+
 #include <vector>
 
-#include <QByteArray>
 #include <QProcess>
 #include <QString>
-#include <QtEndian>
+#include <QTemporaryDir>
 #include <samplerate.h>
 
 namespace quiverly::clips {
 
 namespace {
 
-constexpr int longestAnswer = 30'000; // milliseconds
+constexpr int longestWait = 30'000; // milliseconds
 
-// The program's WAV, always 16 bits mono: a header of 44 bytes, in it the sample rate, then the samples.
-constexpr int headerBytes = 44;
-constexpr int rateAt = 24;
+using Samples = std::vector<float>;
 
-QByteArray wavOf(const std::string& words, const Manner& manner) {
-    const QString markup = QString("<prosody range='%1%'>%2</prosody>").arg(manner.range).arg(words.c_str());
+tl::expected<void, std::string> speakIntoFile(const QString& file, const std::string& words, const SpeechStyle& style) {
+    const QString markup = QString("<prosody range='%1%'>%2</prosody>").arg(style.range).arg(words.c_str());
     QProcess program;
-    program.start("espeak-ng", {"--stdout", "-m", "-v", "en-gb", "-s", QString::number(manner.wordsPerMinute), "-p",
-                                QString::number(manner.pitch), markup});
-    if (!program.waitForFinished(longestAnswer) || program.exitCode() != 0) {
-        throw std::runtime_error("espeak-ng: " + program.errorString().toStdString());
+    program.start("espeak-ng", {"-w", file, "-m", "-v", "en-gb", "-s", QString::number(style.wordsPerMinute), "-p",
+                                QString::number(style.pitch), markup});
+    if (!program.waitForFinished(longestWait)) {
+        return tl::unexpected("espeak-ng: " + program.errorString().toStdString());
     }
-    QByteArray wav = program.readAllStandardOutput();
-    if (wav.size() <= headerBytes) throw std::runtime_error("espeak-ng did not speak.");
-    return wav;
+    if (program.exitStatus() != QProcess::NormalExit || program.exitCode() != 0) {
+        return tl::unexpected("espeak-ng failed: " + program.readAllStandardError().trimmed().toStdString());
+    }
+    return {};
 }
 
-std::vector<float> resampled(const std::vector<float>& samples, double ratio) {
-    std::vector<float> out(static_cast<std::size_t>(static_cast<double>(samples.size()) * ratio));
+tl::expected<Samples, std::string> resampled(const Samples& samples, double ratio) {
+    Samples out(static_cast<std::size_t>(static_cast<double>(samples.size()) * ratio));
     SRC_DATA job{};
     job.data_in = samples.data();
     job.input_frames = static_cast<long>(samples.size());
@@ -41,22 +40,29 @@ std::vector<float> resampled(const std::vector<float>& samples, double ratio) {
     job.output_frames = static_cast<long>(out.size());
     job.src_ratio = ratio;
     if (const int error = src_simple(&job, SRC_SINC_MEDIUM_QUALITY, 1); error != 0) {
-        throw std::runtime_error(src_strerror(error));
+        return tl::unexpected<std::string>(src_strerror(error));
     }
     out.resize(static_cast<std::size_t>(job.output_frames_gen));
     return out;
 }
 
+tl::expected<Samples, std::string> readMono(const std::string& file) {
+    SndfileHandle in(file);
+    if (!in) return tl::unexpected<std::string>(in.strError());
+    if (in.channels() != 1 || in.frames() == 0) return tl::unexpected<std::string>("espeak-ng did not speak.");
+    Samples samples(static_cast<std::size_t>(in.frames()));
+    samples.resize(static_cast<std::size_t>(in.readf(samples.data(), in.frames())));
+    return resampled(samples, sampleRate / in.samplerate());
+}
+
 } // namespace
 
-Signal spoken(const std::string& words, const Manner& manner) {
-    const QByteArray wav = wavOf(words, manner);
-    std::vector<float> samples(static_cast<std::size_t>(wav.size() - headerBytes) / sizeof(qint16));
-    for (std::size_t index = 0; index < samples.size(); ++index) {
-        samples[index] = qFromLittleEndian<qint16>(wav.constData() + headerBytes + index * sizeof(qint16));
-    }
-    samples = resampled(samples, sampleRate / qFromLittleEndian<quint32>(wav.constData() + rateAt));
-    return normalised(Signal(samples.begin(), samples.end()));
+tl::expected<Signal, std::string> spoken(const std::string& words, const SpeechStyle& style) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("spoken.wav");
+    return speakIntoFile(file, words, style)
+        .and_then([&] { return readMono(file.toStdString()); })
+        .map([](const Samples& samples) { return normalised(Signal(samples.begin(), samples.end())); });
 }
 
 } // namespace quiverly::clips

@@ -19,12 +19,12 @@ const Body drum{{0.85, 0.5, 0.3}, {1, 1, 1.2}, {1.5, 0.6, 0.8}, {1.98, 0.4, 0.6}
 
 namespace {
 
-constexpr double strikeSeconds = 0.001; // in which the stick leaves the body
+constexpr double strikeSeconds = 0.001; // that the stick touches the body
 
 Signal ringing(double hertz, double seconds) {
     const double fading = std::pow(10, -3 / (seconds * sampleRate)); // in one sample
     double strength = 1;
-    return shaped(seconds, [&](double along) {
+    return generated(seconds, [&](double along) {
         const double time = along * seconds;
         strength *= fading;
         return strength * std::min(1.0, time / strikeSeconds) * std::sin(2 * std::numbers::pi * hertz * time);
@@ -35,7 +35,7 @@ Signal ringing(double hertz, double seconds) {
 
 Signal struck(const Body& body, double hertz, double hardness, double length) {
     Signal sum;
-    for (const Mode& mode : body) {
+    for (const VibrationMode& mode : body) {
         const double frequency = mode.ratio * hertz;
         if (frequency > 0.45 * sampleRate) continue;
         const double gain = mode.gain * std::pow(mode.ratio, 1.6 * (hardness - 0.5));

@@ -13,14 +13,14 @@ namespace quiverly::clips {
 
 namespace {
 
-constexpr std::size_t retuneEvery = 32; // samples between two positions of the mouth
-constexpr double edgeHertz = 1400;      // above which a shout is stronger than speech,
-constexpr double edgeAtMost = 7;        // by so much at full tension
+constexpr std::size_t retuneEvery = 32; // samples
+constexpr double edgeHertz = 1400;      // tension brings out what lies above,
+constexpr double edgeAtMost = 7;        // with this gain at full tension
 
 // The vocal folds: one pulse of air flow per period, as its derivative, which is what the lips radiate.
 class Folds {
 public:
-    Folds(double roughness, Random& random) : roughness(roughness), random(random) {}
+    Folds(double roughness, RandomNumbers& random) : roughness(roughness), random(random) {}
 
     // The next sample; openness() then tells how far the folds are apart.
     double operator()(double hertz, double tension) {
@@ -50,7 +50,7 @@ private:
     }
 
     double roughness;
-    Random& random;
+    RandomNumbers& random;
     double phase = 0;
     double timing = 1;
     double strength = 1;
@@ -58,7 +58,8 @@ private:
     bool weak = false;
 };
 
-// A pole pair with gain 1 at 0 Hz, so that a row of them makes the loudnesses of the resonances by itself.
+// A pair of poles with gain 1 at 0 Hz, so that resonances in a row get their natural loudness without gains of their
+// own.
 class Resonance {
 public:
     void tune(double hertz, double width) {
@@ -90,10 +91,10 @@ public:
     // Sundberg, "The Science of the Singing Voice", 1987).
     void shape(const std::array<double, 3>& formants, double pitch) {
         for (std::size_t index = 0; index < resonances.size(); ++index) {
-            // Above the third, resonances are a tube's: one every thousand hertz.
+            // Above the third they are those of a plain tube: one every 1000 Hz.
             const double hertz = scale * (index < 3 ? formants[index] : 500 + 1000 * static_cast<double>(index));
             const double least = index == 0 ? pitch : 0;
-            const double opened = hertz < least ? 3 : 1; // a mouth this wide rings less
+            const double opened = hertz < least ? 3 : 1; // a mouth this wide open rings less
             const double width = scale * 50 + 0.03 * hertz + 8e-6 * hertz * hertz / scale;
             resonances[index].tune(std::clamp(hertz, least, 0.48 * sampleRate), opened * width);
         }
@@ -109,21 +110,22 @@ private:
     std::array<Resonance, 9> resonances;
 };
 
-std::array<double, 3> formantsAt(const std::vector<Voice::Mouth>& mouth, double along) {
-    const auto next = std::find_if(mouth.begin(), mouth.end(), [along](const auto& shape) { return shape.at > along; });
-    if (next == mouth.begin()) return mouth.front().vowel.formants;
-    const Voice::Mouth& before = *(next - 1);
-    if (next == mouth.end()) return before.vowel.formants;
+std::array<double, 3> formantsAt(const std::vector<Voice::MouthPosition>& mouth, double along) {
+    const auto next =
+        std::find_if(mouth.begin(), mouth.end(), [along](const auto& position) { return position.at > along; });
+    if (next == mouth.begin()) return mouth.front().shape.formants;
+    const Voice::MouthPosition& before = *(next - 1);
+    if (next == mouth.end()) return before.shape.formants;
     std::array<double, 3> formants{};
     for (std::size_t index = 0; index < formants.size(); ++index) {
-        const Gesture move{{before.at, before.vowel.formants[index]}, {next->at, next->vowel.formants[index]}};
+        const Curve move{{before.at, before.shape.formants[index]}, {next->at, next->shape.formants[index]}};
         formants[index] = move(along);
     }
     return formants;
 }
 
-// A singer's own evening out: whatever vowel and pitch do to the loudness, most of it is taken back, so that the
-// gesture of loudness is what one hears.
+// Takes back most of what vowel and pitch do to the loudness, as singers do, so that the sound follows the curve of
+// loudness that is applied next.
 Signal evened(Signal sound) {
     constexpr double followHertz = 12;
     constexpr double share = 0.6;
@@ -139,7 +141,7 @@ Signal evened(Signal sound) {
 
 } // namespace
 
-Signal sing(const Voice& voice, Random& random) {
+Signal sing(const Voice& voice, RandomNumbers& random) {
     Folds folds(voice.roughness, random);
     Tract tract(voice.tract);
     Filter tilt;
@@ -147,7 +149,7 @@ Signal sing(const Voice& voice, Random& random) {
     edge.tune(edgeHertz, 0.6);
     std::size_t sampleIndex = 0;
     Vibrato vibrato(voice.vibrato, voice.vibratoRate);
-    Signal sound = shaped(voice.seconds, [&](double along) {
+    Signal sound = generated(voice.seconds, [&](double along) {
         const double tension = voice.tension(along);
         if (sampleIndex++ % retuneEvery == 0) {
             tract.shape(formantsAt(voice.mouth, along), voice.pitch(along));

@@ -4,7 +4,7 @@
 
 namespace quiverly::clips {
 
-// Greatest momentary loudness (400 ms windows, ITU-R BS.1770) in LUFS; a shorter sound counts as followed by silence.
+// Greatest momentary loudness (400 ms windows, ITU-R BS.1770) in LUFS; silence follows a shorter sound.
 double momentaryLoudness(const Stereo& sound);
 
 // Greatest true peak of both channels (ITU-R BS.1770) in dBTP.

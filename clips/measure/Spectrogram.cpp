@@ -25,16 +25,16 @@ double hertzOf(double mels) {
 }
 
 // The lower edge of a band; the edge after the last band is highestHertz.
-double edge(double band) {
+double bandEdge(double band) {
     return hertzOf(mel(lowestHertz) + (mel(highestHertz) - mel(lowestHertz)) * band / spectrumBands);
 }
 
-struct Release {
+struct PlanRelease {
     void operator()(kiss_fftr_cfg plan) const { kiss_fftr_free(plan); }
 };
-using Plan = std::unique_ptr<std::remove_pointer_t<kiss_fftr_cfg>, Release>;
+using Plan = std::unique_ptr<std::remove_pointer_t<kiss_fftr_cfg>, PlanRelease>;
 
-std::vector<float> window() {
+std::vector<float> hannWindow() {
     std::vector<float> hann(windowLength);
     for (int index = 0; index < windowLength; ++index) {
         hann[static_cast<std::size_t>(index)] =
@@ -49,7 +49,7 @@ std::vector<std::size_t> bandOfBins() {
     for (std::size_t bin = 0; bin < bandOfBin.size(); ++bin) {
         const double hertz = static_cast<double>(bin) * sampleRate / windowLength;
         for (std::size_t band = 0; band < spectrumBands; ++band) {
-            if (hertz >= edge(static_cast<double>(band)) && hertz < edge(static_cast<double>(band) + 1)) {
+            if (hertz >= bandEdge(static_cast<double>(band)) && hertz < bandEdge(static_cast<double>(band) + 1)) {
                 bandOfBin[bin] = band;
             }
         }
@@ -59,7 +59,7 @@ std::vector<std::size_t> bandOfBins() {
 
 // The middle of both channels from a sample on, silence after their end, shaped by the window.
 std::vector<float> momentAt(const Stereo& sound, std::size_t start) {
-    static const std::vector<float> hann = window();
+    static const std::vector<float> hann = hannWindow();
     std::vector<float> moment(windowLength);
     const std::size_t length = std::min(moment.size(), sound.left.size() - start);
     for (std::size_t index = 0; index < length; ++index) {
@@ -69,7 +69,7 @@ std::vector<float> momentAt(const Stereo& sound, std::size_t start) {
     return moment;
 }
 
-Spectrum gathered(const std::vector<kiss_fft_cpx>& bins) {
+Spectrum spectrumOf(const std::vector<kiss_fft_cpx>& bins) {
     static const std::vector<std::size_t> bandOfBin = bandOfBins();
     Spectrum spectrum{};
     for (std::size_t bin = 0; bin < bins.size(); ++bin) {
@@ -89,20 +89,20 @@ std::vector<Spectrum> spectrogram(const Stereo& sound) {
     std::vector<kiss_fft_cpx> bins(windowLength / 2 + 1);
     for (std::size_t start = 0; start < sound.left.size(); start += hop) {
         kiss_fftr(plan.get(), momentAt(sound, start).data(), bins.data());
-        columns.push_back(gathered(bins));
+        columns.push_back(spectrumOf(bins));
     }
     return columns;
 }
 
-double bandHertz(std::size_t band) {
-    return edge(static_cast<double>(band) + 0.5);
+double bandCentre(std::size_t band) {
+    return bandEdge(static_cast<double>(band) + 0.5);
 }
 
 double decibels(double power) {
     return 10 * std::log10(std::max(power, leastPower));
 }
 
-double distanceBetween(const std::vector<Spectrum>& one, const std::vector<Spectrum>& other) {
+double spectralDistance(const std::vector<Spectrum>& one, const std::vector<Spectrum>& other) {
     const std::size_t length = std::max(one.size(), other.size());
     const auto level = [](const std::vector<Spectrum>& columns, std::size_t moment, std::size_t band) {
         return decibels(moment < columns.size() ? columns[moment][band] : 0);

@@ -18,13 +18,13 @@ using Spectrum = std::array<double, spectrumBands>;
 std::vector<Spectrum> spectrogram(const Stereo& sound);
 
 // The middle of a band in hertz.
-double bandHertz(std::size_t band);
+double bandCentre(std::size_t band);
 
 // A power in decibels, silence at -80.
 double decibels(double power);
 
-// How different two clips sound: the distance of their spectra in dB, as root mean square over bands and time from
-// the start of both to the end of the longer.
-double distanceBetween(const std::vector<Spectrum>& one, const std::vector<Spectrum>& other);
+// How different two clips sound: the root mean square, over bands and time, of the difference of their spectra in dB,
+// from the start of both to the end of the longer.
+double spectralDistance(const std::vector<Spectrum>& one, const std::vector<Spectrum>& other);
 
 } // namespace quiverly::clips

@@ -12,11 +12,11 @@ namespace quiverly::clips {
 namespace {
 
 constexpr double soundingBelowLoudest = 40; // dB below the loudest band of the clip in which a band still sounds
-constexpr double brightEnough = 1000;       // hertz: a sound that is brighter yet is thinner rather than stronger
-constexpr double lowShare = 0.1;            // of the pitches are left out below the range, and as many above
+constexpr double brightEnough = 1000;       // hertz: what is brighter yet is thinner rather than stronger
+constexpr double lowShare = 0.1;            // of the pitches are left out at either end of the range
 
-// The mean of the bands on the ear's scale of octaves, each weighed by the root of its power, which is nearer to how
-// loud it is heard than the power.
+// The mean of the bands on a scale of octaves, as the ear hears them, each weighted by the root of its power, which is
+// closer to how loud it sounds than the power itself.
 double brightnessOf(const std::vector<Spectrum>& columns) {
     double weights = 0;
     double sum = 0;
@@ -24,7 +24,7 @@ double brightnessOf(const std::vector<Spectrum>& columns) {
         for (std::size_t band = 0; band < spectrumBands; ++band) {
             const double weight = std::sqrt(column[band]);
             weights += weight;
-            sum += weight * std::log2(bandHertz(band));
+            sum += weight * std::log2(bandCentre(band));
         }
     }
     return weights > 0 ? std::exp2(sum / weights) : 0;
@@ -60,8 +60,8 @@ double Strength::points() const {
 
 Strength strengthOf(const Stereo& sound) {
     const std::vector<Spectrum> columns = spectrogram(sound);
-    return {static_cast<double>(sound.left.size()) / sampleRate, momentaryLoudness(sound), brightnessOf(columns),
-            densityOf(columns), rangeOf(pitchTrack(sound))};
+    return {secondsOf(sound), momentaryLoudness(sound), brightnessOf(columns), densityOf(columns),
+            rangeOf(pitchTrack(sound))};
 }
 
 } // namespace quiverly::clips

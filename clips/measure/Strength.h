@@ -12,7 +12,7 @@ struct Strength {
     double density;    // the mean number of bands (of 40, equally wide to the ear) that sound at a time
     double range;      // octaves over which its pitch travels; 0 when it has none
 
-    // All of them in one number, in which every part counts by its doublings. A clip is stronger by one when it is
+    // All of them in one number, on a logarithmic scale. A clip is stronger by one when it is
     // twice as long, fills four times as many bands, reaches four octaves further or is louder by 6 LU; by 0.3 when it
     // is twice as bright, up to 1000 Hz, beyond which a sound grows thinner rather than stronger.
     double points() const;

@@ -1,4 +1,4 @@
-#include "clips/Pack.h"
+#include "clips/PackRecipe.h"
 #include "clips/instruments/Choir.h"
 #include "clips/instruments/Harp.h"
 #include "clips/instruments/Horn.h"
@@ -6,13 +6,13 @@
 #include "clips/instruments/Organ.h"
 #include "clips/instruments/Strings.h"
 #include "clips/instruments/Struck.h"
-#include "clips/synthesis/Pitch.h"
+#include "clips/synthesis/Tuning.h"
 
 namespace quiverly::clips {
 
 namespace {
 
-using Keys = std::vector<double>; // of the piano: 60 is the middle C
+using Keys = std::vector<double>; // as keyPitch() counts them
 
 // A choir that swells from a hummed "oo" to an open "ah".
 Voice choir(double seconds) {
@@ -25,7 +25,7 @@ Voice choir(double seconds) {
             .vibrato = 0.25};
 }
 
-void harpRun(Stage& stage, const Keys& keys, double at, double step, double gain, Random& random) {
+void harpRun(Stage& stage, const Keys& keys, double at, double step, double gain, RandomNumbers& random) {
     double place = -0.6;
     for (const double key : keys) {
         stage.play(plucked(keyPitch(key), 1.3, 0.5, random), at, gain, place);
@@ -43,14 +43,14 @@ void ring(Stage& stage, const Body& body, const Keys& keys, double at, double st
     }
 }
 
-Stereo harpUp(Random& random) {
+Stereo harpUp(RandomNumbers& random) {
     Stage stage;
     harpRun(stage, {60, 64, 67, 71, 72, 76, 79, 83, 84, 88, 91}, 0, 0.06, 0.7, random);
     return stage.in(room::hall);
 }
 
 // Voice upon voice joins in, the last with a bell.
-Stereo gladChord(Random& random) {
+Stereo gladChord(RandomNumbers& random) {
     Stage stage;
     Voice glad = choir(0.9);
     glad.loudness = {{0, 0.4}, {0.1, 1}, {0.5, 0.6}, {1, 0}};
@@ -65,18 +65,18 @@ Stereo gladChord(Random& random) {
     return stage.in(room::cathedral);
 }
 
-Stereo oneBell(Random&) {
+Stereo oneBell(RandomNumbers&) {
     Stage stage;
     ring(stage, body::churchBell, {72}, 0, 0, 1, 0.6);
     return stage.in(room::cathedral);
 }
 
-Stereo amen(Random& random) {
+Stereo amen(RandomNumbers& random) {
     Stage stage;
     Voice ah = choir(0.85);
-    ah.mouth = {{0, vowel::ah}, {0.6, vowel::ah}, {1, vowel::m}};
+    ah.mouth = {{0, vowel::ah}, {0.6, vowel::ah}, {1, consonant::m}};
     Voice men = choir(1.5);
-    men.mouth = {{0, vowel::m}, {0.15, vowel::eh}, {0.5, vowel::eh}, {0.75, vowel::m}};
+    men.mouth = {{0, consonant::m}, {0.15, vowel::eh}, {0.5, vowel::eh}, {0.75, consonant::m}};
     singTogether(stage, {53, 57, 60, 65, 69}, ah, 0, 0.5, random);
     singTogether(stage, {48, 55, 60, 64, 67}, men, 0.75, 0.5, random);
     stage.play(piped({29, 41, 53}, 0.8, {{0, 0.5}, {0.3, 1}, {0.9, 0.7}, {1, 0}}), 0, 0.6);
@@ -84,42 +84,43 @@ Stereo amen(Random& random) {
     return stage.in(room::cathedral);
 }
 
-// Men hum low, a viola sighs above them, and a harp lets three tears fall.
-Stereo sadChord(Random& random) {
+// Men hum low, a viola sighs above them, and a harp drops three notes like tears.
+Stereo sadChord(RandomNumbers& random) {
     Stage stage;
     Voice humming = choir(1.7);
-    humming.mouth = {{0, vowel::m}, {0.5, vowel::oo}, {1, vowel::m}};
+    humming.mouth = {{0, consonant::m}, {0.5, vowel::oo}, {1, consonant::m}};
     humming.tension = 0.3;
     singTogether(stage, {45, 52, 57}, humming, 0, 0.4, random);
-    const Gesture sigh{{0, keyPitch(71)},    {0.3, keyPitch(72)},  {0.38, keyPitch(71)},
-                       {0.55, keyPitch(71)}, {0.63, keyPitch(69)}, {1, keyPitch(68.6)}};
+    const Curve sigh{{0, keyPitch(71)},    {0.3, keyPitch(72)},  {0.38, keyPitch(71)},
+                     {0.55, keyPitch(71)}, {0.63, keyPitch(69)}, {1, keyPitch(68.6)}};
     stage.play(bowed(1.7, sigh, {{0, 0.3}, {0.2, 1}, {0.45, 0.5}, {0.6, 0.9}, {1, 0}}, random), 0, 0.9, 0.3);
     harpRun(stage, {81, 76, 72}, 0.7, 0.32, 0.6, random);
     return stage.in(room::cathedral);
 }
 
-Stereo glassDrops(Random&) {
+Stereo glassDrops(RandomNumbers&) {
     Stage stage;
     ring(stage, body::glass, {84, 91, 88, 95, 93, 100}, 0, 0.11, 0.7, 0.5);
     return stage.in(room::hall);
 }
 
-Stereo harpDown(Random& random) {
+Stereo harpDown(RandomNumbers& random) {
     Stage stage;
     harpRun(stage, {93, 88, 86, 84, 81, 76, 74, 72, 69, 64, 62, 60, 57, 52, 50}, 0, 0.055, 0.7, random);
     return stage.in(room::hall);
 }
 
-Stereo doubtfulChord(Random& random) {
+Stereo doubtfulChord(RandomNumbers& random) {
     Stage stage;
     Voice wavering = choir(1.7);
-    wavering.pitch = {{0, 1}, {0.35, 1}, {0.6, semitones(-1.2)}, {0.8, semitones(0.3)}, {1, semitones(-0.6)}};
+    wavering.pitch = {
+        {0, 1}, {0.35, 1}, {0.6, semitoneRatio(-1.2)}, {0.8, semitoneRatio(0.3)}, {1, semitoneRatio(-0.6)}};
     wavering.mouth = {{0, vowel::oo}, {0.4, vowel::oo}, {0.7, vowel::eh}, {1, vowel::uh}};
     singTogether(stage, {50, 56, 59, 62, 65}, wavering, 0, 0.5, random);
     return stage.in(room::hall);
 }
 
-Stereo fanfare(Random& random) {
+Stereo fanfare(RandomNumbers& random) {
     Stage stage;
     const auto trumpets = [&](const Keys& keys, double at, double seconds) {
         for (const double key : keys) {
@@ -145,7 +146,7 @@ Stereo fanfare(Random& random) {
 }
 
 // A turn and a run high up, then the whole organ with its pedal.
-Stereo grandOrgan(Random&) {
+Stereo grandOrgan(RandomNumbers&) {
     Stage stage;
     const auto play = [&](const Keys& keys, double at, double seconds, double gain) {
         stage.play(piped(keys, seconds, {{0, 0.4}, {0.08, 1}, {0.8, 0.9}, {1, 0}}), at, gain);
@@ -163,7 +164,7 @@ Stereo grandOrgan(Random&) {
     return stage.in(room::cathedral);
 }
 
-Stereo peal(Random& random) {
+Stereo peal(RandomNumbers& random) {
     Stage stage;
     double at = 0;
     for (const double key : {79, 76, 74, 72, 67, 76, 72, 79}) {
@@ -173,7 +174,7 @@ Stereo peal(Random& random) {
     return stage.in(room::hall);
 }
 
-Stereo choirboy(Random& random) {
+Stereo choirboy(RandomNumbers& random) {
     const double high = keyPitch(84);
     const Voice boy{.seconds = 1.7,
                     .pitch = {{0, keyPitch(77)}, {0.2, keyPitch(77)}, {0.26, high}, {0.8, high}, {1, high}},
@@ -189,9 +190,9 @@ Stereo choirboy(Random& random) {
     return stage.in(room::cathedral);
 }
 
-Stereo dreamChord(Random& random) {
+Stereo dreamChord(RandomNumbers& random) {
     Stage stage;
-    const Gesture swell{{0, 0.3}, {0.35, 1}, {1, 0}};
+    const Curve swell{{0, 0.3}, {0.35, 1}, {1, 0}};
     for (const double key : {53, 60, 64, 67, 71, 74}) {
         const double place = random.between(-0.7, 0.7);
         stage.play(bowed(1.7, keyPitch(key), swell, random), 0, 0.4, place);
@@ -200,7 +201,7 @@ Stereo dreamChord(Random& random) {
     return stage.in(room::cathedral);
 }
 
-Stereo twinkle(Random& random) {
+Stereo twinkle(RandomNumbers& random) {
     Stage stage;
     double at = 0;
     for (const double key : {84, 88, 91, 96, 91, 96, 100, 103, 108}) {
@@ -210,10 +211,10 @@ Stereo twinkle(Random& random) {
     return stage.in(room::hall);
 }
 
-Stereo gatesOpen(Random& random) {
+Stereo gatesOpen(RandomNumbers& random) {
     Stage stage;
     Voice rising = choir(2);
-    rising.pitch = {{0, semitones(-12)}, {0.12, semitones(-12)}, {0.6, 1}, {1, 1}};
+    rising.pitch = {{0, semitoneRatio(-12)}, {0.12, semitoneRatio(-12)}, {0.6, 1}, {1, 1}};
     singTogether(stage, {48, 55, 64, 67, 72}, rising, 0, 0.4, random);
     harpRun(stage, {48, 52, 55, 60, 64, 67, 72, 76, 79, 84, 88, 91, 96}, 0.35, 0.06, 0.4, random);
     ring(stage, body::churchBell, {84}, 1.25, 0, 0.5, 0.5);
@@ -221,10 +222,10 @@ Stereo gatesOpen(Random& random) {
     return stage.in(room::cathedral);
 }
 
-Stereo haloSlips(Random& random) {
+Stereo haloSlips(RandomNumbers& random) {
     Stage stage;
     singTogether(stage, {60, 64, 67, 72}, choir(0.75), 0, 0.5, random);
-    const Gesture wobble{{0, keyPitch(88)}, {0.3, keyPitch(87)}, {0.6, keyPitch(88.6)}, {1, keyPitch(84)}};
+    const Curve wobble{{0, keyPitch(88)}, {0.3, keyPitch(87)}, {0.6, keyPitch(88.6)}, {1, keyPitch(84)}};
     stage.play(bowed(0.5, wobble, {{0, 0.4}, {0.3, 1}, {1, 0}}, random), 0.7, 0.7);
     double at = 1.15;
     for (const double gain : {1.0, 0.7, 0.5, 0.35, 0.25}) {
@@ -236,7 +237,7 @@ Stereo haloSlips(Random& random) {
 
 } // namespace
 
-Pack haloPack() {
+PackRecipe haloRecipe() {
     return {SoundPack::halo,
             {
                 {"A harp runs up", 31, harpUp},

@@ -1,4 +1,4 @@
-#include "clips/Pack.h"
+#include "clips/PackRecipe.h"
 #include "clips/instruments/Creature.h"
 #include "clips/instruments/Harp.h"
 #include "clips/instruments/Horn.h"
@@ -9,15 +9,15 @@
 #include "clips/instruments/Voice.h"
 #include "clips/synthesis/Filter.h"
 #include "clips/synthesis/Oscillator.h"
-#include "clips/synthesis/Pitch.h"
 #include "clips/synthesis/Stage.h"
+#include "clips/synthesis/Tuning.h"
 #include "clips/synthesis/Vocoder.h"
 
 namespace quiverly::clips {
 
 namespace {
 
-Stereo ow(Random& random) {
+Stereo ow(RandomNumbers& random) {
     const Voice man{.seconds = 0.62,
                     .pitch = {{0, 260}, {0.2, 400}, {1, 190}},
                     .loudness = {{0, 0.3}, {0.12, 1}, {0.6, 0.7}, {1, 0}},
@@ -27,7 +27,7 @@ Stereo ow(Random& random) {
     return Stage().play(smack(1800, 0.08, random), 0, 0.5).play(sing(man, random), 0.02).in(room::parlour);
 }
 
-Stereo bonk(Random& random) {
+Stereo bonk(RandomNumbers& random) {
     return Stage()
         .play(struck(body::wood, 420, 0.7))
         .play(thump(150, 0.18), 0, 0.8)
@@ -36,11 +36,11 @@ Stereo bonk(Random& random) {
         .in(room::parlour);
 }
 
-Stereo yowl(Random& random) {
+Stereo yowl(RandomNumbers& random) {
     const Voice cat{.seconds = 1.25,
                     .pitch = {{0, 300}, {0.18, 660}, {0.5, 560}, {1, 210}},
                     .loudness = {{0, 0.4}, {0.1, 1}, {0.7, 0.8}, {1, 0}},
-                    .mouth = {{0, vowel::y}, {0.12, vowel::ae}, {0.5, vowel::ah}, {1, vowel::oo}},
+                    .mouth = {{0, consonant::y}, {0.12, vowel::ae}, {0.5, vowel::ah}, {1, vowel::oo}},
                     .tract = 1.25,
                     .tension = {{0, 0.5}, {0.2, 1}, {1, 0.5}},
                     .vibrato = 0.7,
@@ -49,7 +49,7 @@ Stereo yowl(Random& random) {
     return Stage().play(sing(cat, random)).in(room::parlour);
 }
 
-Stereo fryingPan(Random& random) {
+Stereo fryingPan(RandomNumbers& random) {
     Stage stage;
     stage.play(struck(body::pan, 370, 0.9, 1.2)).play(smack(3000, 0.05, random), 0, 0.6).play(thump(120, 0.15), 0, 0.6);
     const Voice dazed{.seconds = 0.5,
@@ -61,37 +61,39 @@ Stereo fryingPan(Random& random) {
     stage.play(sing(dazed, random), 0.16, 0.7);
     for (int bird = 0; bird < 5; ++bird) {
         const double top = random.between(3200, 4200);
-        const Gesture tweet{{0, top}, {0.5, 0.7 * top}, {1, 1.1 * top}};
+        const Curve tweet{{0, top}, {0.5, 0.7 * top}, {1, 1.1 * top}};
         stage.play(whistle(0.09, tweet, {{0, 0.4}, {0.5, 1}, {1, 0}}, random), 0.5 + 0.14 * bird, 0.22,
                    bird % 2 == 0 ? -0.7 : 0.7);
     }
     return stage.in(room::parlour);
 }
 
-Stereo offendedGentleman(Random& random) {
+tl::expected<Stereo, std::string> offendedGentleman(RandomNumbers& random) {
     const Voice harrumph{.seconds = 0.34,
                          .pitch = {{0, 120}, {0.4, 150}, {1, 95}},
                          .loudness = {{0, 0.4}, {0.3, 1}, {1, 0}},
-                         .mouth = {{0, vowel::er}, {0.6, vowel::uh}, {1, vowel::m}},
+                         .mouth = {{0, vowel::er}, {0.6, vowel::uh}, {1, consonant::m}},
                          .breath = {{0, 0.6}, {0.3, 0.1}, {1, 0.3}},
                          .roughness = 0.5};
-    const Signal words = spoken("How dare you, sir!", {.wordsPerMinute = 190, .pitch = 42, .range = 190});
-    return Stage().play(sing(harrumph, random), 0, 0.8).play(words, 0.26).in(room::parlour);
+    const auto words = spoken("How dare you, sir!", {.wordsPerMinute = 190, .pitch = 42, .range = 190});
+    if (!words) return tl::unexpected(words.error());
+    return Stage().play(sing(harrumph, random), 0, 0.8).play(*words, 0.26).in(room::parlour);
 }
 
-Stereo woundedRobot(Random& random) {
-    const Signal words = spoken("Ouch! System error.", {.wordsPerMinute = 190, .pitch = 35, .range = 40});
-    const double seconds = static_cast<double>(words.size()) / sampleRate;
+tl::expected<Stereo, std::string> woundedRobot(RandomNumbers& random) {
+    const auto words = spoken("Ouch! System error.", {.wordsPerMinute = 190, .pitch = 35, .range = 40});
+    if (!words) return tl::unexpected(words.error());
+    const double seconds = static_cast<double>(words->size()) / sampleRate;
     Signal carrier = saw(seconds, {{0, 160}, {0.4, 160}, {0.45, 120}, {0.8, 120}, {1, 70}});
-    add(carrier, hiss(seconds, random), 0, 0.15);
+    add(carrier, whiteNoise(seconds, random), 0, 0.15);
     Stage stage;
-    stage.play(vocoded(words, carrier));
+    stage.play(vocoded(*words, carrier));
     stage.play(rattled(0.4, {{0, 90}, {1, 25}}, 4200, {{0, 1}, {1, 0.2}}, random), 0.02, 0.2, 0.5);
     stage.play(faded(sine(0.5, {{0, 900}, {1, 60}}), {{0, 0.4}, {0.2, 1}, {1, 0}}), seconds - 0.3, 0.2);
     return stage.in(room::parlour);
 }
 
-Stereo groan(Random& random) {
+Stereo groan(RandomNumbers& random) {
     const Voice man{.seconds = 1.5,
                     .pitch = {{0, 128}, {0.15, 145}, {0.6, 104}, {1, 66}},
                     .loudness = {{0, 0.4}, {0.15, 1}, {0.7, 0.6}, {1, 0}},
@@ -103,14 +105,14 @@ Stereo groan(Random& random) {
     return Stage().play(sing(man, random)).in(room::parlour);
 }
 
-Stereo squeakyToy(Random& random) {
+Stereo squeakyToy(RandomNumbers& random) {
     return Stage()
         .play(squeak(0.2, {{0, 620}, {0.4, 980}, {1, 900}}, random))
         .play(squeak(0.34, {{0, 960}, {0.3, 720}, {1, 380}}, random), 0.2, 0.8)
         .in(room::parlour);
 }
 
-Stereo slideAndSplat(Random& random) {
+Stereo slideAndSplat(RandomNumbers& random) {
     Stage stage;
     stage.play(whistle(0.75, {{0, 1900}, {1, 420}}, {{0, 0.7}, {0.1, 1}, {0.95, 0.9}, {1, 0}}, random), 0, 0.6);
     stage.play(thump(75, 0.35), 0.76).play(smack(700, 0.25, random), 0.76, 0.9);
@@ -118,7 +120,7 @@ Stereo slideAndSplat(Random& random) {
     return stage.in(room::parlour);
 }
 
-Stereo hoppingOnOneFoot(Random& random) {
+Stereo hoppingOnOneFoot(RandomNumbers& random) {
     Stage stage;
     double at = 0;
     for (const double key : {64, 66, 63, 67, 62}) {
@@ -126,7 +128,7 @@ Stereo hoppingOnOneFoot(Random& random) {
         const Voice yelp{.seconds = 0.24,
                          .pitch = {{0, 0.8 * hertz}, {0.3, 1.25 * hertz}, {1, 0.75 * hertz}},
                          .loudness = {{0, 0.4}, {0.25, 1}, {0.7, 0.7}, {1, 0}},
-                         .mouth = {{0, vowel::ah}, {0.5, vowel::aw}, {1, vowel::w}},
+                         .mouth = {{0, vowel::ah}, {0.5, vowel::aw}, {1, consonant::w}},
                          .tract = 1.05,
                          .tension = 0.8};
         stage.play(sing(yelp, random), at).play(thump(95, 0.12), at + 0.18, 0.5);
@@ -135,7 +137,7 @@ Stereo hoppingOnOneFoot(Random& random) {
     return stage.in(room::parlour);
 }
 
-Stereo fallingOffACliff(Random& random) {
+Stereo fallingOffACliff(RandomNumbers& random) {
     const Voice faller{.seconds = 1.8,
                        .pitch = {{0, 420}, {0.08, 700}, {0.3, 660}, {1, 250}},
                        .loudness = {{0, 0.5}, {0.06, 1}, {0.3, 0.8}, {0.9, 0.06}, {1, 0}},
@@ -150,11 +152,11 @@ Stereo fallingOffACliff(Random& random) {
         .in(room::hall);
 }
 
-Stereo stubbedToe(Random& random) {
+Stereo stubbedToe(RandomNumbers& random) {
     const Voice relief{.seconds = 0.75,
                        .pitch = {{0, 240}, {0.25, 330}, {1, 150}},
                        .loudness = {{0, 0.3}, {0.2, 1}, {1, 0}},
-                       .mouth = {{0, vowel::aw}, {0.5, vowel::oo}, {1, vowel::w}},
+                       .mouth = {{0, vowel::aw}, {0.5, vowel::oo}, {1, consonant::w}},
                        .breath = {{0, 0.1}, {1, 0.5}},
                        .tension = 0.6};
     return Stage()
@@ -164,7 +166,7 @@ Stereo stubbedToe(Random& random) {
         .in(room::parlour);
 }
 
-Stereo pianoDrop(Random& random) {
+Stereo pianoDrop(RandomNumbers& random) {
     Stage stage;
     stage.play(thump(65, 0.4)).play(smack(900, 0.2, random), 0, 0.8).play(struck(body::wood, 150, 0.8), 0, 0.9);
     for (const double key : {33, 40, 41, 47, 52, 53, 58, 63, 64, 70, 75}) {
@@ -183,12 +185,12 @@ Stereo pianoDrop(Random& random) {
 }
 
 // A wail, three sobs for air, and a longer wail that breaks.
-Stereo crybaby(Random& random) {
-    const auto cry = [&](double seconds, const Gesture& pitch, const Gesture& loudness) {
+Stereo crybaby(RandomNumbers& random) {
+    const auto cry = [&](double seconds, const Curve& pitch, const Curve& loudness) {
         return sing({.seconds = seconds,
                      .pitch = pitch,
                      .loudness = loudness,
-                     .mouth = {{0, vowel::w}, {0.2, vowel::ae}, {0.8, vowel::ae}, {1, vowel::uh}},
+                     .mouth = {{0, consonant::w}, {0.2, vowel::ae}, {0.8, vowel::ae}, {1, vowel::uh}},
                      .tract = 1.5,
                      .tension = 0.95,
                      .vibrato = 0.6,
@@ -199,7 +201,7 @@ Stereo crybaby(Random& random) {
     Stage stage;
     stage.play(cry(0.36, {{0, 380}, {0.3, 540}, {1, 350}}, {{0, 0.4}, {0.2, 1}, {0.7, 0.7}, {1, 0}}));
     for (int sob = 0; sob < 3; ++sob) {
-        const double top = 520 * semitones(2 * sob);
+        const double top = 520 * semitoneRatio(2 * sob);
         const Voice gasp{.seconds = 0.07,
                          .pitch = {{0, 0.7 * top}, {1, top}},
                          .loudness = {{0, 0.3}, {0.7, 1}, {1, 0}},
@@ -208,12 +210,12 @@ Stereo crybaby(Random& random) {
                          .breath = 0.75};
         stage.play(sing(gasp, random), 0.38 + 0.1 * sob, 0.4);
     }
-    const Gesture breaking{{0, 420}, {0.2, 640}, {0.5, 600}, {0.54, 860}, {0.66, 820}, {0.7, 560}, {1, 300}};
+    const Curve breaking{{0, 420}, {0.2, 640}, {0.5, 600}, {0.54, 860}, {0.66, 820}, {0.7, 560}, {1, 300}};
     stage.play(cry(0.66, breaking, {{0, 0.4}, {0.15, 1}, {0.7, 0.9}, {1, 0}}), 0.69);
     return stage.in(room::parlour);
 }
 
-Stereo circuitsFail(Random& random) {
+Stereo circuitsFail(RandomNumbers& random) {
     Stage stage;
     double at = 0;
     for (const double key : {84, 79, 76, 70, 63, 54}) {
@@ -226,7 +228,7 @@ Stereo circuitsFail(Random& random) {
     return stage.in(room::parlour);
 }
 
-Stereo eep(Random& random) {
+Stereo eep(RandomNumbers& random) {
     const Voice mouse{.seconds = 0.3,
                       .pitch = {{0, 620}, {0.3, 1050}, {1, 880}},
                       .loudness = {{0, 0.4}, {0.2, 1}, {0.7, 0.7}, {1, 0}},
@@ -236,7 +238,7 @@ Stereo eep(Random& random) {
     return Stage().play(sing(mouse, random)).in(room::parlour);
 }
 
-Stereo troddenHound(Random& random) {
+Stereo troddenHound(RandomNumbers& random) {
     Stage stage;
     for (int yip = 0; yip < 3; ++yip) {
         const double top = 950 - 90 * yip;
@@ -251,7 +253,7 @@ Stereo troddenHound(Random& random) {
     const Voice whimper{.seconds = 0.7,
                         .pitch = {{0, 520}, {0.3, 640}, {1, 400}},
                         .loudness = {{0, 0.2}, {0.3, 0.7}, {1, 0}},
-                        .mouth = {{0, vowel::m}, {1, vowel::oo}},
+                        .mouth = {{0, consonant::m}, {1, vowel::oo}},
                         .tract = 1.2,
                         .breath = 0.3,
                         .vibrato = 0.9,
@@ -259,7 +261,7 @@ Stereo troddenHound(Random& random) {
     return stage.play(sing(whimper, random), 0.66, 0.6).in(room::parlour);
 }
 
-Stereo sadTrombone(Random& random) {
+Stereo sadTrombone(RandomNumbers& random) {
     Stage stage;
     stage.play(thump(90, 0.2), 0, 0.8).play(smack(1500, 0.08, random), 0, 0.5);
     double at = 0.12;
@@ -273,7 +275,7 @@ Stereo sadTrombone(Random& random) {
                    at, 0.8);
         at += 0.28;
     }
-    const Gesture droop{{0, keyPitch(55)}, {0.5, keyPitch(55)}, {1, keyPitch(52.5)}};
+    const Curve droop{{0, keyPitch(55)}, {0.5, keyPitch(55)}, {1, keyPitch(52.5)}};
     stage.play(blown({.seconds = 0.9,
                       .pitch = droop,
                       .loudness = {{0, 0.2}, {0.08, 1}, {0.7, 0.8}, {1, 0}},
@@ -287,7 +289,7 @@ Stereo sadTrombone(Random& random) {
 
 } // namespace
 
-Pack painPack() {
+PackRecipe painRecipe() {
     return {SoundPack::pain,
             {
                 {"Ow", 11, ow},

@@ -1,4 +1,4 @@
-#include "clips/Pack.h"
+#include "clips/PackRecipe.h"
 #include "clips/instruments/Choir.h"
 #include "clips/instruments/Harp.h"
 #include "clips/instruments/Horn.h"
@@ -10,32 +10,32 @@
 #include "clips/instruments/Voice.h"
 #include "clips/synthesis/Filter.h"
 #include "clips/synthesis/Oscillator.h"
-#include "clips/synthesis/Pitch.h"
 #include "clips/synthesis/Stage.h"
+#include "clips/synthesis/Tuning.h"
 
 namespace quiverly::clips {
 
 namespace {
 
-constexpr double woman = 1.17; // length of her vocal tract as a factor on a man's resonances
+constexpr double woman = 1.17; // factor of her vocal tract on a man's resonances
 
-const Gesture swell{{0, 0.3}, {0.35, 1}, {1, 0}};
+const Curve swell{{0, 0.3}, {0.35, 1}, {1, 0}};
 
-Stereo coyHum(Random& random) {
+Stereo coyHum(RandomNumbers& random) {
     const Voice he{.seconds = 0.36,
                    .pitch = {{0, 150}, {0.5, 112}, {1, 126}},
                    .loudness = swell,
-                   .mouth = {{0, vowel::m}},
+                   .mouth = {{0, consonant::m}},
                    .breath = 0.2,
                    .tension = 0.1};
     return Stage().play(sing(he, random)).in(room::parlour);
 }
 
-Stereo askingHum(Random& random) {
+Stereo askingHum(RandomNumbers& random) {
     const Voice she{.seconds = 0.5,
                     .pitch = {{0, 210}, {0.3, 195}, {1, 370}},
                     .loudness = {{0, 0.3}, {0.5, 1}, {0.9, 0.7}, {1, 0}},
-                    .mouth = {{0, vowel::m}},
+                    .mouth = {{0, consonant::m}},
                     .tract = woman,
                     .breath = 0.12,
                     .tension = 0.15};
@@ -43,48 +43,48 @@ Stereo askingHum(Random& random) {
 }
 
 // Three steps on a double bass; the last one is left to ring.
-Stereo tiptoe(Random& random) {
+Stereo tiptoe(RandomNumbers& random) {
     Stage stage;
     stage.play(plucked(keyPitch(38), 0.16, 0.15, random), 0, 1, -0.3);
     stage.play(plucked(keyPitch(41), 0.16, 0.15, random), 0.18, 1, 0.3);
-    const Gesture ringing{{0, 1}, {0.3, 0.6}, {0.65, 0.2}, {1, 0}};
+    const Curve ringing{{0, 1}, {0.3, 0.6}, {0.65, 0.2}, {1, 0}};
     stage.play(faded(plucked(keyPitch(43), 0.8, 0.15, random), ringing), 0.36);
     return stage.in(room::parlour);
 }
 
-Stereo purr(Random& random) {
+Stereo purr(RandomNumbers& random) {
     const Voice cat{.seconds = 0.85,
                     .pitch = {{0, 92}, {0.5, 110}, {1, 88}},
                     .loudness = {{0, 0.4}, {0.4, 1}, {0.8, 0.8}, {1, 0}},
-                    .mouth = {{0, vowel::m}, {0.5, vowel::er}, {1, vowel::m}},
+                    .mouth = {{0, consonant::m}, {0.5, vowel::er}, {1, consonant::m}},
                     .breath = 0.35,
                     .tension = 0.3};
     return Stage().play(fluttered(sing(cat, random), {{0, 23}, {1, 26}}, 0.85)).in(room::parlour);
 }
 
-Stereo mmHm(Random& random) {
+Stereo mmHm(RandomNumbers& random) {
     const Voice she{.seconds = 0.62,
                     .pitch = {{0, 225}, {0.35, 200}, {0.5, 190}, {0.75, 290}, {1, 230}},
                     .loudness = {{0, 0.35}, {0.2, 0.9}, {0.42, 0.15}, {0.65, 1}, {1, 0}},
-                    .mouth = {{0, vowel::m}, {0.45, vowel::m}, {0.6, vowel::uh}, {0.8, vowel::m}},
+                    .mouth = {{0, consonant::m}, {0.45, consonant::m}, {0.6, vowel::uh}, {0.8, consonant::m}},
                     .tract = woman,
                     .breath = {{0, 0.1}, {0.4, 0.6}, {0.6, 0.15}},
                     .tension = 0.25};
     return Stage().play(sing(she, random)).in(room::parlour);
 }
 
-Stereo ooh(Random& random) {
+Stereo ooh(RandomNumbers& random) {
     const Voice she{.seconds = 0.7,
                     .pitch = {{0, 230}, {0.45, 430}, {1, 240}},
                     .loudness = {{0, 0.3}, {0.4, 1}, {1, 0}},
-                    .mouth = {{0, vowel::oo}, {0.5, vowel::oo}, {1, vowel::w}},
+                    .mouth = {{0, vowel::oo}, {0.5, vowel::oo}, {1, consonant::w}},
                     .tract = woman,
                     .breath = 0.18,
                     .tension = {{0, 0.2}, {0.5, 0.5}, {1, 0.2}}};
     return Stage().play(sing(she, random)).in(room::parlour);
 }
 
-Stereo hey(Random& random) {
+Stereo hey(RandomNumbers& random) {
     const Voice he{.seconds = 0.6,
                    .pitch = {{0, 105}, {0.4, 142}, {1, 84}},
                    .loudness = {{0, 0.3}, {0.3, 1}, {1, 0}},
@@ -95,11 +95,11 @@ Stereo hey(Random& random) {
     return Stage().play(sing(he, random)).in(room::parlour);
 }
 
-Stereo oneKiss(Random& random) {
+Stereo oneKiss(RandomNumbers& random) {
     return Stage().play(kiss(0.34, random)).in(room::parlour);
 }
 
-Stereo ohHo(Random& random) {
+Stereo ohHo(RandomNumbers& random) {
     const Voice she{.seconds = 0.72,
                     .pitch = {{0, 270}, {0.3, 320}, {0.45, 250}, {0.7, 420}, {1, 230}},
                     .loudness = {{0, 0.4}, {0.2, 1}, {0.42, 0.1}, {0.62, 1}, {1, 0}},
@@ -110,25 +110,25 @@ Stereo ohHo(Random& random) {
     return Stage().play(sing(she, random)).in(room::parlour);
 }
 
-// Laughter: one voice cut into ha's, running down.
-Voice laughing(double seconds, int times, double high, double low, double tract, Vowel open) {
+// Laughter: one voice cut into ha-ha-ha, falling in pitch.
+Voice laughing(double seconds, int times, double high, double low, double tract, MouthShape open) {
     return {.seconds = seconds,
             .pitch = {{0, high}, {0.15, 1.08 * high}, {1, low}},
-            .loudness = Gesture::strokes(times, 0.05, 1),
+            .loudness = Curve::strokes(times, 0.05, 1),
             .mouth = {{0, open}},
             .tract = tract,
-            .breath = Gesture::strokes(times, 0.9, 0.1),
+            .breath = Curve::strokes(times, 0.9, 0.1),
             .tension = 0.55};
 }
 
-Stereo giggle(Random& random) {
+Stereo giggle(RandomNumbers& random) {
     return Stage().play(sing(laughing(0.62, 4, 480, 330, 1.25, vowel::ih), random)).in(room::parlour);
 }
 
-// A trumpet behind its mute: two quick words and a long one, each opened by the hand.
-Stereo wahWah(Random& random) {
+// A muted trumpet says two short words and a long one, each opened by the player's hand.
+Stereo wahWah(RandomNumbers& random) {
     Stage stage;
-    const auto word = [&](double at, double seconds, const Gesture& pitch, const Gesture& openness, double growl) {
+    const auto word = [&](double at, double seconds, const Curve& pitch, const Curve& openness, double growl) {
         stage.play(blown({.seconds = seconds,
                           .pitch = pitch,
                           .loudness = {{0, 0.4}, {0.3, 1}, {0.7, 0.8}, {1, 0}},
@@ -146,25 +146,27 @@ Stereo wahWah(Random& random) {
     return stage.in(room::parlour);
 }
 
-Stereo meow(Random& random) {
-    const Voice cat{.seconds = 0.85,
-                    .pitch = {{0, 420}, {0.35, 690}, {0.6, 640}, {1, 350}},
-                    .loudness = {{0, 0.3}, {0.3, 1}, {0.7, 0.8}, {1, 0}},
-                    .mouth = {{0, vowel::m}, {0.12, vowel::ee}, {0.45, vowel::ah}, {0.75, vowel::aw}, {1, vowel::w}},
-                    .tract = 1.35,
-                    .tension = 0.6,
-                    .vibrato = 0.3};
+Stereo meow(RandomNumbers& random) {
+    const Voice cat{
+        .seconds = 0.85,
+        .pitch = {{0, 420}, {0.35, 690}, {0.6, 640}, {1, 350}},
+        .loudness = {{0, 0.3}, {0.3, 1}, {0.7, 0.8}, {1, 0}},
+        .mouth = {{0, consonant::m}, {0.12, vowel::ee}, {0.45, vowel::ah}, {0.75, vowel::aw}, {1, consonant::w}},
+        .tract = 1.35,
+        .tension = 0.6,
+        .vibrato = 0.3};
     return Stage().play(sing(cat, random)).in(room::parlour);
 }
 
-Stereo wellHello(Random& random) {
+tl::expected<Stereo, std::string> wellHello(RandomNumbers& random) {
+    const auto words = spoken("Well, hello there.", {.wordsPerMinute = 150, .pitch = 22, .range = 170});
+    if (!words) return tl::unexpected(words.error());
     Stage stage;
     stage.play(plucked(keyPitch(34), 0.6, 0.2, random), 0, 0.5).play(plucked(keyPitch(41), 0.8, 0.2, random), 0.3, 0.5);
-    stage.play(spoken("Well, hello there.", {.wordsPerMinute = 150, .pitch = 22, .range = 170}), 0.02);
-    return stage.in(room::parlour);
+    return stage.play(*words, 0.02).in(room::parlour);
 }
 
-Stereo threeKisses(Random& random) {
+Stereo threeKisses(RandomNumbers& random) {
     return Stage()
         .play(kiss(0.22, random), 0, 0.8, -0.6)
         .play(kiss(0.22, random), 0.28, 0.9, 0.6)
@@ -172,43 +174,44 @@ Stereo threeKisses(Random& random) {
         .in(room::parlour);
 }
 
-Stereo oohLa(Random& random) {
-    const Voice she{.seconds = 0.95,
-                    .pitch = {{0, 290}, {0.3, 480}, {0.42, 430}, {0.6, 640}, {1, 400}},
-                    .loudness = {{0, 0.4}, {0.25, 1}, {0.42, 0.45}, {0.58, 1}, {1, 0}},
-                    .mouth = {{0, vowel::oo}, {0.36, vowel::oo}, {0.43, vowel::l}, {0.52, vowel::ah}, {1, vowel::ah}},
-                    .tract = woman,
-                    .tension = 0.6,
-                    .vibrato = 0.3};
+Stereo oohLa(RandomNumbers& random) {
+    const Voice she{
+        .seconds = 0.95,
+        .pitch = {{0, 290}, {0.3, 480}, {0.42, 430}, {0.6, 640}, {1, 400}},
+        .loudness = {{0, 0.4}, {0.25, 1}, {0.42, 0.45}, {0.58, 1}, {1, 0}},
+        .mouth = {{0, vowel::oo}, {0.36, vowel::oo}, {0.43, consonant::l}, {0.52, vowel::ah}, {1, vowel::ah}},
+        .tract = woman,
+        .tension = 0.6,
+        .vibrato = 0.3};
     return Stage().play(sing(she, random)).in(room::parlour);
 }
 
-Stereo wolfWhistle(Random& random) {
-    const Gesture puff{{0, 0.5}, {0.15, 1}, {0.85, 0.9}, {1, 0}};
+Stereo wolfWhistle(RandomNumbers& random) {
+    const Curve puff{{0, 0.5}, {0.15, 1}, {0.85, 0.9}, {1, 0}};
     return Stage()
         .play(whistle(0.38, {{0, 900}, {0.3, 1100}, {1, 2600}}, puff, random))
         .play(whistle(0.62, {{0, 1050}, {0.35, 2250}, {0.5, 2200}, {1, 780}}, puff, random), 0.44)
         .in(room::parlour);
 }
 
-Stereo wow(Random& random) {
+Stereo wow(RandomNumbers& random) {
     const Voice he{.seconds = 0.95,
                    .pitch = {{0, 130}, {0.45, 330}, {1, 120}},
                    .loudness = {{0, 0.35}, {0.4, 1}, {0.7, 0.8}, {1, 0}},
-                   .mouth = {{0, vowel::w}, {0.4, vowel::ah}, {0.6, vowel::ah}, {1, vowel::w}},
+                   .mouth = {{0, consonant::w}, {0.4, vowel::ah}, {0.6, vowel::ah}, {1, consonant::w}},
                    .tension = {{0, 0.4}, {0.4, 0.9}, {1, 0.4}}};
     return Stage().play(sing(he, random)).in(room::parlour);
 }
 
-Stereo throatyLaugh(Random& random) {
+Stereo throatyLaugh(RandomNumbers& random) {
     return Stage().play(sing(laughing(1.15, 5, 260, 165, woman, vowel::ah), random)).in(room::parlour);
 }
 
-Stereo growlingMeow(Random& random) {
+Stereo growlingMeow(RandomNumbers& random) {
     const Voice tiger{.seconds = 1,
                       .pitch = {{0, 190}, {0.5, 420}, {1, 210}},
                       .loudness = {{0, 0.4}, {0.4, 1}, {0.75, 0.8}, {1, 0}},
-                      .mouth = {{0, vowel::r}, {0.35, vowel::er}, {0.6, vowel::ah}, {1, vowel::w}},
+                      .mouth = {{0, consonant::r}, {0.35, vowel::er}, {0.6, vowel::ah}, {1, consonant::w}},
                       .tract = 1.1,
                       .tension = 0.9,
                       .roughness = 0.35};
@@ -217,9 +220,9 @@ Stereo growlingMeow(Random& random) {
 
 // A saxophone's line: each note slides into its key.
 void saxophone(Stage& stage, const std::vector<std::pair<double, double>>& keysAndSeconds, double growl, double at,
-               double gain, Random& random) {
+               double gain, RandomNumbers& random) {
     for (const auto& [key, seconds] : keysAndSeconds) {
-        const Gesture slide{{0, keyPitch(key - 1.5)}, {0.06 / seconds, keyPitch(key)}, {1, keyPitch(key - 0.2)}};
+        const Curve slide{{0, keyPitch(key - 1.5)}, {0.06 / seconds, keyPitch(key)}, {1, keyPitch(key - 0.2)}};
         stage.play(blown({.seconds = seconds + 0.04,
                           .pitch = slide,
                           .loudness = {{0, 0.45}, {0.15, 1}, {0.8, 0.75}, {1, 0}},
@@ -233,30 +236,30 @@ void saxophone(Stage& stage, const std::vector<std::pair<double, double>>& keysA
     }
 }
 
-Stereo loungeSax(Random& random) {
+Stereo loungeSax(RandomNumbers& random) {
     Stage stage;
     saxophone(stage, {{58, 0.16}, {61, 0.16}, {65, 0.32}, {63, 0.6}}, 0.2, 0, 1, random);
     return stage.play(crash(0.35, 6500, random), 0, 0.12, 0.5).in(room::parlour);
 }
 
-Stereo champagne(Random& random) {
-    const Gesture fizz{{0, 1}, {0.2, 0.6}, {1, 0}};
+Stereo champagne(RandomNumbers& random) {
+    const Curve fizz{{0, 1}, {0.2, 0.6}, {1, 0}};
     const Voice she{.seconds = 0.6,
                     .pitch = {{0, 480}, {0.6, 880}, {1, 700}},
                     .loudness = {{0, 0.4}, {0.3, 1}, {1, 0}},
-                    .mouth = {{0, vowel::w}, {0.3, vowel::ee}},
+                    .mouth = {{0, consonant::w}, {0.3, vowel::ee}},
                     .tract = woman,
                     .tension = 0.6};
     return Stage()
         .play(pop(random))
-        .play(faded(highPassed(hiss(1.2, random), 5000), fizz), 0.05, 0.1)
+        .play(faded(highPassed(whiteNoise(1.2, random), 5000), fizz), 0.05, 0.1)
         .play(sing(she, random), 0.35, 0.9)
         .play(struck(body::glass, 2350, 0.6, 0.4), 0.9, 0.4, -0.5)
         .play(struck(body::glass, 2640, 0.6, 0.4), 0.97, 0.4, 0.5)
         .in(room::parlour);
 }
 
-Stereo flamenco(Random& random) {
+Stereo flamenco(RandomNumbers& random) {
     Stage stage;
     for (const double at : {0.0, 0.09, 0.18, 0.36, 0.45, 0.54}) {
         const double hertz = random.between(1500, 1700);
@@ -275,7 +278,7 @@ Stereo flamenco(Random& random) {
     return stage.play(sing(he, random), 0.7).in(room::parlour);
 }
 
-Stereo swoon(Random& random) {
+Stereo swoon(RandomNumbers& random) {
     const Voice she{.seconds = 1.15,
                     .pitch = {{0, 500}, {0.3, 820}, {0.5, 760}, {1, 260}},
                     .loudness = {{0, 0.4}, {0.3, 1}, {0.6, 0.8}, {1, 0}},
@@ -291,7 +294,7 @@ Stereo swoon(Random& random) {
         .in(room::parlour);
 }
 
-Stereo hotSax(Random& random) {
+Stereo hotSax(RandomNumbers& random) {
     Stage stage;
     saxophone(stage, {{65, 0.12}, {68, 0.12}, {70, 0.24}, {73, 0.16}, {72, 0.12}, {68, 0.2}, {70, 0.75}}, 0.7, 0, 1,
               random);
@@ -304,7 +307,7 @@ Stereo hotSax(Random& random) {
     return stage.in(room::parlour);
 }
 
-Stereo bigBand(Random& random) {
+Stereo bigBand(RandomNumbers& random) {
     Stage stage;
     const auto hit = [&](const std::vector<double>& keys, double at, double seconds) {
         for (const double key : keys) {
@@ -327,9 +330,9 @@ Stereo bigBand(Random& random) {
     return stage.in(room::hall);
 }
 
-// One hand after the other joins in, then they leave off again.
-void applause(Stage& stage, double from, double seconds, int claps, Random& random) {
-    const Gesture joining{{0, 0.1}, {0.5, 1}, {1, 0.2}};
+// Clapping that swells and dies down again.
+void applause(Stage& stage, double from, double seconds, int claps, RandomNumbers& random) {
+    const Curve joining{{0, 0.1}, {0.5, 1}, {1, 0.2}};
     for (int clap = 0; clap < claps; ++clap) {
         const double hertz = random.between(900, 2200);
         const double early = random.between(0, 0.5);
@@ -340,14 +343,15 @@ void applause(Stage& stage, double from, double seconds, int claps, Random& rand
     }
 }
 
-Stereo bravo(Random& random) {
+Stereo bravo(RandomNumbers& random) {
     Stage stage;
-    const Voice rolled{.seconds = 1.3,
-                       .pitch = {{0, 190}, {0.3, 230}, {0.45, 390}, {0.8, 370}, {1, 200}},
-                       .loudness = {{0, 0.5}, {0.1, 0.8}, {0.42, 0.7}, {0.55, 1}, {0.8, 0.9}, {1, 0}},
-                       .mouth = {{0, vowel::r}, {0.2, vowel::r}, {0.3, vowel::ah}, {0.42, vowel::w}, {0.5, vowel::aw}},
-                       .tension = 0.9,
-                       .vibrato = 0.7};
+    const Voice rolled{
+        .seconds = 1.3,
+        .pitch = {{0, 190}, {0.3, 230}, {0.45, 390}, {0.8, 370}, {1, 200}},
+        .loudness = {{0, 0.5}, {0.1, 0.8}, {0.42, 0.7}, {0.55, 1}, {0.8, 0.9}, {1, 0}},
+        .mouth = {{0, consonant::r}, {0.2, consonant::r}, {0.3, vowel::ah}, {0.42, consonant::w}, {0.5, vowel::aw}},
+        .tension = 0.9,
+        .vibrato = 0.7};
     stage.play(fluttered(sing(rolled, random), 26, {{0, 0.85}, {0.18, 0.85}, {0.24, 0}}));
     applause(stage, 0.45, 1.7, 36, random);
     return stage.in(room::hall);
@@ -365,13 +369,13 @@ Voice warmingUp() {
                       {0.75, keyPitch(83)},
                       {1, keyPitch(76)}},
             .loudness = {{0, 0.5}, {0.3, 0.9}, {0.5, 1}, {0.85, 0.9}, {1, 0}},
-            .mouth = {{0, vowel::m}, {0.06, vowel::ee}, {0.3, vowel::ah}},
+            .mouth = {{0, consonant::m}, {0.06, vowel::ee}, {0.3, vowel::ah}},
             .tract = woman,
             .tension = 0.85,
             .vibrato = 1};
 }
 
-Stereo divaWarmsUp(Random& random) {
+Stereo divaWarmsUp(RandomNumbers& random) {
     const std::vector<double> keys{64, 68, 71, 76, 80, 83, 80, 76};
     Stage stage;
     stage.play(sing(warmingUp(), random));
@@ -390,10 +394,10 @@ Voice oohLaLa() {
             .loudness = {{0, 0.5}, {0.1, 1}, {0.22, 0.5}, {0.3, 1}, {0.4, 0.5}, {0.5, 1}, {0.85, 0.9}, {1, 0}},
             .mouth = {{0, vowel::oo},
                       {0.19, vowel::oo},
-                      {0.23, vowel::l},
+                      {0.23, consonant::l},
                       {0.28, vowel::ah},
                       {0.36, vowel::ah},
-                      {0.41, vowel::l},
+                      {0.41, consonant::l},
                       {0.46, vowel::ah},
                       {1, vowel::ah}},
             .tract = woman,
@@ -401,7 +405,7 @@ Voice oohLaLa() {
             .vibrato = 0.8};
 }
 
-Stereo oohLaLaWithAKiss(Random& random) {
+Stereo oohLaLaWithAKiss(RandomNumbers& random) {
     Stage stage;
     stage.play(sing(oohLaLa(), random)).play(kiss(0.34, random), 1.72, 1.3);
     double at = 0.75;
@@ -417,8 +421,8 @@ Stereo oohLaLaWithAKiss(Random& random) {
     return stage.in(room::hall);
 }
 
-// What holds up a high note: strings, a rolling kettledrum, a cymbal on the last beat.
-void orchestra(Stage& stage, const std::vector<double>& keys, double seconds, double gain, Random& random) {
+// The accompaniment of a high note: strings, a roll on the kettledrum, a cymbal on the last beat.
+void orchestra(Stage& stage, const std::vector<double>& keys, double seconds, double gain, RandomNumbers& random) {
     for (const double key : keys) {
         const double place = random.between(-0.9, 0.9);
         stage.play(bowed(seconds, keyPitch(key), {{0, 0.5}, {0.7, 1}, {0.9, 0.9}, {1, 0}}, random), 0, gain, place);
@@ -432,7 +436,7 @@ void orchestra(Stage& stage, const std::vector<double>& keys, double seconds, do
     stage.play(crash(0.9, 4000, random), rolling, 1.6 * gain);
 }
 
-Stereo tenor(Random& random) {
+Stereo tenor(RandomNumbers& random) {
     const double high = keyPitch(71);
     const Voice he{.seconds = 2.3,
                    .pitch = {{0, keyPitch(64)}, {0.14, keyPitch(66)}, {0.24, high}, {0.85, high}, {1, keyPitch(64)}},
@@ -447,7 +451,7 @@ Stereo tenor(Random& random) {
 }
 
 // The diva climbs, and climbs once more.
-Signal lastNote(double seconds, Random& random) {
+Signal lastNote(double seconds, RandomNumbers& random) {
     return sing({.seconds = seconds,
                  .pitch = {{0, keyPitch(69)},
                            {0.1, keyPitch(73)},
@@ -465,7 +469,7 @@ Signal lastNote(double seconds, Random& random) {
                 random);
 }
 
-void breakTheGlasses(Stage& stage, double from, Random& random) {
+void breakTheGlasses(Stage& stage, double from, RandomNumbers& random) {
     for (int shard = 0; shard < 26; ++shard) {
         const double hertz = random.between(1900, 5200);
         const double at = from + random.between(0, 0.5);
@@ -475,7 +479,7 @@ void breakTheGlasses(Stage& stage, double from, Random& random) {
     stage.play(crash(0.8, 5500, random), from, 0.6);
 }
 
-Stereo operaFinale(Random& random) {
+Stereo operaFinale(RandomNumbers& random) {
     const Voice everyone{.seconds = 2.7,
                          .pitch = 1,
                          .loudness = {{0, 0.6}, {0.6, 1}, {0.9, 0.9}, {1, 0}},
@@ -492,7 +496,7 @@ Stereo operaFinale(Random& random) {
 
 } // namespace
 
-Pack sexyPack() {
+PackRecipe sexyRecipe() {
     return {SoundPack::sexy,
             {
                 {"A coy hum", 101, coyHum},

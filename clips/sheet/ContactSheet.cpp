@@ -4,9 +4,10 @@
 #include <cmath>
 #include <iomanip>
 #include <sstream>
+#include <stdexcept>
 
 #include "clips/Mp3.h"
-#include "clips/Pack.h"
+#include "clips/PackRecipe.h"
 #include "clips/measure/Spectrogram.h"
 #include "clips/measure/Strength.h"
 #include "clips/sheet/Picture.h"
@@ -76,7 +77,7 @@ Picture drawn(const Stereo& sound) {
     return picture;
 }
 
-std::string row(const Clip& clip, const std::filesystem::path& file, const std::filesystem::path& picture,
+std::string row(const ClipRecipe& clip, const std::filesystem::path& file, const std::filesystem::path& picture,
                 const Strength& strength) {
     std::ostringstream text;
     text << std::fixed << "| " << file.stem().string() << " | " << clip.title << " | ![](" << picture.generic_string()
@@ -90,18 +91,19 @@ std::string row(const Clip& clip, const std::filesystem::path& file, const std::
 
 std::string contactSheet(const std::filesystem::path& audio, const std::filesystem::path& folder) {
     std::string text;
-    for (const Pack& pack : allPacks()) {
-        std::filesystem::create_directories(folder / pack.name.folder());
+    for (const PackRecipe& recipe : allPackRecipes()) {
+        std::filesystem::create_directories(folder / recipe.pack.folder());
         text +=
-            std::string("\n### ") + pack.name.title() +
+            std::string("\n### ") + recipe.pack.title() +
             "\n\n| | Clip | Waveform and spectrogram | Length | Loudness | Brightness | Density | Range | Strength |\n"
             "|--:|---|---|--:|--:|--:|--:|--:|--:|\n";
-        for (std::size_t index = 0; index < pack.clips.size(); ++index) {
-            const std::filesystem::path file = fileOf(pack, index);
+        for (std::size_t index = 0; index < recipe.clips.size(); ++index) {
+            const std::filesystem::path file = recipe.fileOf(index);
             const std::filesystem::path picture = std::filesystem::path(file).replace_extension("png");
-            const Stereo sound = readMp3(audio / file);
-            drawn(sound).save(folder / picture);
-            text += row(pack.clips[index], file, folder.filename() / picture, strengthOf(sound));
+            const auto sound = readMp3(audio / file);
+            if (!sound) throw std::runtime_error(sound.error());
+            drawn(*sound).save(folder / picture);
+            text += row(recipe.clips[index], file, folder.filename() / picture, strengthOf(*sound));
         }
     }
     return text;

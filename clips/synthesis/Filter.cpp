@@ -8,16 +8,16 @@ namespace quiverly::clips {
 
 namespace {
 
-constexpr std::size_t retuneEvery = 16; // samples: a third of a millisecond, finer than any gesture is heard
+constexpr std::size_t filterRetuneEvery = 16; // samples: a third of a millisecond
 
-template<typename Choice>
-Signal filtered(Signal signal, const Gesture& hertz, double quality, Choice choice) {
+template<typename Output>
+Signal filtered(Signal signal, const Curve& hertz, double quality, Output output) {
     Filter filter;
     for (std::size_t index = 0; index < signal.size(); ++index) {
-        if (index % retuneEvery == 0) {
+        if (index % filterRetuneEvery == 0) {
             filter.tune(hertz(static_cast<double>(index) / static_cast<double>(signal.size())), quality);
         }
-        signal[index] = filter(signal[index]).*choice;
+        signal[index] = filter(signal[index]).*output;
     }
     return signal;
 }
@@ -39,15 +39,15 @@ Filter::Outputs Filter::operator()(double sample) {
     return {low, damping * band, high};
 }
 
-Signal lowPassed(Signal signal, const Gesture& hertz, double quality) {
+Signal lowPassed(Signal signal, const Curve& hertz, double quality) {
     return filtered(std::move(signal), hertz, quality, &Filter::Outputs::low);
 }
 
-Signal bandPassed(Signal signal, const Gesture& hertz, double quality) {
+Signal bandPassed(Signal signal, const Curve& hertz, double quality) {
     return filtered(std::move(signal), hertz, quality, &Filter::Outputs::band);
 }
 
-Signal highPassed(Signal signal, const Gesture& hertz, double quality) {
+Signal highPassed(Signal signal, const Curve& hertz, double quality) {
     return filtered(std::move(signal), hertz, quality, &Filter::Outputs::high);
 }
 

@@ -4,8 +4,8 @@
 
 namespace quiverly::clips {
 
-// A second-order filter that may be retuned while it runs without clicking (the trapezoidal state-variable form, after
-// V. Zavalishin, "The Art of VA Filter Design", 2012). Frequencies in hertz; quality 0.7 is flat, 20 rings.
+// A second-order filter that does not click when it is retuned while it runs (the trapezoidal state-variable form,
+// after V. Zavalishin, "The Art of VA Filter Design", 2012). Frequencies in hertz; quality 0.7 is flat, 20 rings.
 class Filter {
 public:
     struct Outputs {
@@ -24,8 +24,8 @@ private:
     double heldLow = 0;
 };
 
-Signal lowPassed(Signal signal, const Gesture& hertz, double quality = 0.7);
-Signal bandPassed(Signal signal, const Gesture& hertz, double quality);
-Signal highPassed(Signal signal, const Gesture& hertz, double quality = 0.7);
+Signal lowPassed(Signal signal, const Curve& hertz, double quality = 0.7);
+Signal bandPassed(Signal signal, const Curve& hertz, double quality);
+Signal highPassed(Signal signal, const Curve& hertz, double quality = 0.7);
 
 } // namespace quiverly::clips

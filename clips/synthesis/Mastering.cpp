@@ -12,19 +12,19 @@ namespace quiverly::clips {
 
 namespace {
 
-constexpr double lowestHertz = 70;     // below it a laptop only rattles
-constexpr double ceiling = 0.66;       // -3.6 dBFS: 2.1 dB for what lies between samples and for the encoder
-constexpr double audible = 0.04;       // of the peak: where a clip starts (-28 dB)
-constexpr double inaudible = 0.0025;   // of the peak: where a clip has died away (-52 dB)
+constexpr double rumbleHertz = 70;     // below it a laptop only rattles
+constexpr double ceiling = 0.66;       // -3.6 dBFS: 2.1 dB for peaks between samples and for the encoder
+constexpr double audiblePeak = 0.04;   // of the peak: where a clip starts (-28 dB)
+constexpr double fadedPeak = 0.0025;   // of the peak: where a clip has died away (-52 dB)
 constexpr double longestSound = 3.8;   // seconds
 constexpr double startFade = 0.0015;   // seconds
 constexpr double endFade = 0.06;       // seconds
 constexpr double endSilence = 0.01;    // seconds
-constexpr double limiterReach = 0.004; // seconds that the limiter looks ahead and behind
+constexpr double limiterReach = 0.004; // seconds that the limiter looks ahead and back
 constexpr double closeEnough = 0.02;   // LU
-constexpr int loudnessRounds = 8;      // each closes most of what the limiter took away
+constexpr int loudnessRounds = 8;      // each makes up for most of what the limiter took away
 
-double louder(const Stereo& sound, std::size_t index) {
+double peakAt(const Stereo& sound, std::size_t index) {
     return std::max(std::abs(sound.left[index]), std::abs(sound.right[index]));
 }
 
@@ -47,9 +47,9 @@ void scale(Stereo& sound, double gain) {
 Stereo trimmed(Stereo sound) {
     const double peak = peakOfBoth(sound);
     std::size_t start = 0;
-    while (start < sound.left.size() && louder(sound, start) < audible * peak) ++start;
+    while (start < sound.left.size() && peakAt(sound, start) < audiblePeak * peak) ++start;
     std::size_t end = sound.left.size();
-    while (end > start && louder(sound, end - 1) < inaudible * peak) --end;
+    while (end > start && peakAt(sound, end - 1) < fadedPeak * peak) --end;
     end = std::min(end, start + samplesIn(longestSound));
     eachChannel(sound, [start, end](Signal& channel) {
         channel = Signal(channel.begin() + static_cast<std::ptrdiff_t>(start),
@@ -96,7 +96,7 @@ Signal meanAround(const Signal& gains, std::size_t reach) {
 Stereo limited(Stereo sound) {
     Signal gains(sound.left.size());
     for (std::size_t index = 0; index < gains.size(); ++index) {
-        gains[index] = std::min(1.0, ceiling / std::max(louder(sound, index), 1e-9));
+        gains[index] = std::min(1.0, ceiling / std::max(peakAt(sound, index), 1e-9));
     }
     const std::size_t reach = samplesIn(limiterReach);
     gains = meanAround(leastAround(gains, reach), reach);
@@ -109,7 +109,7 @@ Stereo limited(Stereo sound) {
 } // namespace
 
 Stereo mastered(Stereo sound, double loudness) {
-    eachChannel(sound, [](Signal& channel) { channel = highPassed(std::move(channel), lowestHertz); });
+    eachChannel(sound, [](Signal& channel) { channel = highPassed(std::move(channel), rumbleHertz); });
     sound = trimmed(std::move(sound));
     Stereo result = sound;
     double missing = loudness - momentaryLoudness(result);

@@ -5,25 +5,25 @@
 
 namespace quiverly::clips {
 
-Signal sine(double seconds, const Gesture& hertz) {
+Signal sine(double seconds, const Curve& hertz) {
     double phase = 0;
-    return shaped(seconds, [&](double along) {
+    return generated(seconds, [&](double along) {
         phase += hertz(along) / sampleRate;
         return std::sin(2 * std::numbers::pi * phase);
     });
 }
 
-Signal saw(double seconds, const Gesture& hertz, Vibrato vibrato) {
+Signal saw(double seconds, const Curve& hertz, Vibrato vibrato) {
     double phase = 0;
-    return shaped(seconds, [&](double along) {
+    return generated(seconds, [&](double along) {
         const double step = hertz(along) * vibrato(along) / sampleRate;
         phase = std::fmod(phase + step, 1);
         return 2 * phase - 1 - 2 * smoothedJump(phase, step);
     });
 }
 
-Signal hiss(double seconds, Random& random) {
-    return shaped(seconds, [&](double) { return random.noise(); });
+Signal whiteNoise(double seconds, RandomNumbers& random) {
+    return generated(seconds, [&](double) { return random.noise(); });
 }
 
 double smoothedJump(double phase, double step) {

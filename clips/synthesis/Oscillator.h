@@ -1,21 +1,20 @@
 #pragma once
 
-#include "clips/synthesis/Random.h"
+#include "clips/synthesis/RandomNumbers.h"
 #include "clips/synthesis/Signal.h"
 #include "clips/synthesis/Vibrato.h"
 
 namespace quiverly::clips {
 
-Signal sine(double seconds, const Gesture& hertz);
+Signal sine(double seconds, const Curve& hertz);
 
-// A saw wave: every harmonic, without the whistle of aliasing.
-Signal saw(double seconds, const Gesture& hertz, Vibrato vibrato = {0, 0});
+// A saw wave, which has every harmonic; free of aliasing.
+Signal saw(double seconds, const Curve& hertz, Vibrato vibrato = {0, 0});
 
-// White noise.
-Signal hiss(double seconds, Random& random);
+Signal whiteNoise(double seconds, RandomNumbers& random);
 
-// What smooths a jump of an oscillator so that it does not alias, to be added with the jump's height: phase is the
-// distance from the jump, 0 to 1 around, and step is the phase passed in one sample ("PolyBLEP").
+// The correction that keeps a jump in an oscillator's wave from aliasing ("PolyBLEP"), for a jump of height 1. The
+// phase, 0 to 1, counts from the jump; the step is how far it moves in one sample.
 double smoothedJump(double phase, double step);
 
 } // namespace quiverly::clips

@@ -14,7 +14,7 @@ constexpr std::size_t pathCount = 8;
 // Paths of 16 to 52 ms, in samples: primes, so that no two echoes fall together.
 constexpr std::array<std::size_t, pathCount> pathLengths{769, 953, 1171, 1373, 1607, 1861, 2137, 2477};
 
-// One way through the room: a delay whose end is darkened and weakened by the walls.
+// One path through the room: a delay, darkened and weakened by the walls.
 class Path {
 public:
     Path(std::size_t length, const Room& room)
@@ -40,7 +40,7 @@ private:
     std::size_t position = 0;
 };
 
-// Every path fed from every other with equal loudness (a Hadamard matrix, applied as butterflies).
+// Feeds every path from all of them with equal loudness (a Hadamard matrix, applied as butterflies).
 void scatter(std::array<double, pathCount>& echoes) {
     for (std::size_t half = 1; half < pathCount; half *= 2) {
         for (std::size_t index = 0; index < pathCount; ++index) {

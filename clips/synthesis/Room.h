@@ -4,11 +4,11 @@
 
 namespace quiverly::clips {
 
-// A room around a sound: how long it rings, how dark its walls are, how much of it one hears.
+// A room around a sound, heard as its echo.
 struct Room {
     double seconds;    // until the echo has fallen by 60 dB
-    double brightness; // hertz above which the walls swallow
-    double share;      // of echo beside the dry sound
+    double brightness; // hertz above which the walls swallow sound
+    double share;      // gain of the echo beside the dry sound
 };
 
 namespace room {

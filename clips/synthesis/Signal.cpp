@@ -29,7 +29,7 @@ Signal normalised(Signal signal) {
     return signal;
 }
 
-Signal faded(Signal signal, const Gesture& loudness) {
+Signal faded(Signal signal, const Curve& loudness) {
     for (std::size_t index = 0; index < signal.size(); ++index) {
         signal[index] *= loudness(static_cast<double>(index) / static_cast<double>(signal.size()));
     }
@@ -47,7 +47,7 @@ Signal saturated(Signal signal, double drive) {
     return signal;
 }
 
-Signal fluttered(Signal signal, const Gesture& hertz, const Gesture& depth) {
+Signal fluttered(Signal signal, const Curve& hertz, const Curve& depth) {
     double phase = 0;
     for (std::size_t index = 0; index < signal.size(); ++index) {
         const double along = static_cast<double>(index) / static_cast<double>(signal.size());

@@ -5,12 +5,14 @@
 
 namespace quiverly::clips {
 
-// Where the sounds of one clip are put together: each enters at its second, from its place between left and right.
+// Where the sounds of one clip are mixed.
 class Stage {
 public:
-    // Place -1 is far left, 0 the middle, 1 far right; the sound is equally loud everywhere.
+    // Adds a sound from the second `at` on. Place -1 is far left, 0 the middle, 1 far right; the sound is equally loud
+    // everywhere.
     Stage& play(const Signal& signal, double at = 0, double gain = 1, double place = 0);
 
+    // The mix as it is heard in a room.
     Stereo in(const Room& room) const { return heardIn(room, sound); }
 
 private:

@@ -10,7 +10,7 @@ namespace quiverly::clips {
 
 namespace {
 
-constexpr int bands = 20;
+constexpr int vocoderBands = 20;
 constexpr double lowest = 150;     // hertz
 constexpr double highest = 8000;   // hertz
 constexpr double quality = 5;      // of each band
@@ -22,8 +22,8 @@ Signal vocoded(const Signal& speech, const Signal& carrier) {
     const std::size_t length = std::min(speech.size(), carrier.size());
     const double smoothing = 1 - std::exp(-2 * std::numbers::pi * followHertz / sampleRate);
     Signal sum(length);
-    for (int band = 0; band < bands; ++band) {
-        const double hertz = lowest * std::pow(highest / lowest, static_cast<double>(band) / (bands - 1));
+    for (int band = 0; band < vocoderBands; ++band) {
+        const double hertz = lowest * std::pow(highest / lowest, static_cast<double>(band) / (vocoderBands - 1));
         const Signal heard = bandPassed(speech, hertz, quality);
         const Signal sung = bandPassed(carrier, hertz, quality);
         double loudness = 0;

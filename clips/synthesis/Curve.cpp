@@ -1,4 +1,4 @@
-#include "clips/synthesis/Gesture.h"
+#include "clips/synthesis/Curve.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,16 +6,16 @@
 
 namespace quiverly::clips {
 
-Gesture Gesture::strokes(int count, double low, double high) {
-    Gesture gesture{{0, low}};
+Curve Curve::strokes(int count, double low, double high) {
+    Curve curve{{0, low}};
     for (int stroke = 0; stroke < count; ++stroke) {
-        gesture.points.push_back({(stroke + 0.33) / count, high});
-        gesture.points.push_back({(stroke + 1.0) / count, low});
+        curve.points.push_back({(stroke + 0.33) / count, high});
+        curve.points.push_back({(stroke + 1.0) / count, low});
     }
-    return gesture;
+    return curve;
 }
 
-double Gesture::operator()(double fraction) const {
+double Curve::operator()(double fraction) const {
     const auto next =
         std::find_if(points.begin(), points.end(), [fraction](const Point& point) { return point.at > fraction; });
     if (next == points.begin()) return points.front().value;
@@ -25,8 +25,8 @@ double Gesture::operator()(double fraction) const {
     return before.value + (next->value - before.value) * (0.5 - 0.5 * std::cos(std::numbers::pi * along));
 }
 
-Gesture Gesture::operator*(double factor) const {
-    Gesture scaled = *this;
+Curve Curve::operator*(double factor) const {
+    Curve scaled = *this;
     for (Point& point : scaled.points) point.value *= factor;
     return scaled;
 }

@@ -4,12 +4,12 @@
 
 namespace quiverly::clips {
 
-// The chance in a clip: equal seeds give equal numbers with every compiler, which the standard distributions do not
-// promise (SplitMix64, public domain, S. Vigna). Draw into named values first, never twice in one call's arguments:
-// every compiler evaluates those in an order of its own.
-class Random {
+// Random numbers of a clip (SplitMix64, public domain, S. Vigna). Equal seeds give equal numbers with every compiler,
+// which the standard distributions do not promise. Never draw twice in the arguments of one call, for compilers
+// evaluate them in different orders; draw into named values first.
+class RandomNumbers {
 public:
-    explicit Random(std::uint64_t seed) : state(seed) {}
+    explicit RandomNumbers(std::uint64_t seed) : state(seed) {}
 
     double between(double least, double most) { return least + (most - least) * fraction(); }
     double noise() { return between(-1, 1); }
