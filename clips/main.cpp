@@ -1,31 +1,57 @@
-// The clips' workshop:
-//
-//   quiverly-clips make FOLDER            makes every clip from nothing, as FOLDER/<pack>/<number>.mp3
-//   quiverly-clips sheet AUDIO FOLDER     draws the clips below AUDIO into FOLDER and prints the contact sheet's tables
+// quiverly-clips: makes the clips and the contact sheets that show them.
 
-#include <iostream>
-#include <stdexcept>
+#include <cstdio>
+#include <span>
 #include <string>
-#include <vector>
+
+#include <QGuiApplication>
 
 #include "clips/ClipMaker.h"
 #include "clips/sheet/ContactSheet.h"
+#include "tools/options/CommandLine.h"
 
-int main(int argc, char* argv[]) {
-    const std::vector<std::string> arguments(argv + 1, argv + argc);
-    try {
-        if (arguments.size() == 2 && arguments[0] == "make") {
-            const auto made = quiverly::clips::makeAllClips(arguments[1]);
-            if (!made) throw std::runtime_error(made.error());
-        } else if (arguments.size() == 3 && arguments[0] == "sheet") {
-            std::cout << quiverly::clips::contactSheet(arguments[1], arguments[2]);
-        } else {
-            std::cerr << "usage: quiverly-clips make FOLDER | quiverly-clips sheet AUDIO FOLDER\n";
-            return 2;
-        }
-    } catch (const std::exception& error) {
-        std::cerr << "quiverly-clips: " << error.what() << '\n';
-        return 1;
-    }
-    return 0;
+namespace quiverly::clips {
+namespace {
+
+ExitStatus fail(const std::string& reason) {
+    std::fprintf(stderr, "quiverly-clips: %s\n", reason.c_str());
+    return failed;
+}
+
+ExitStatus make(const std::string& folder) {
+    const auto made = makeAllClips(folder);
+    return made ? success : fail(made.error());
+}
+
+ExitStatus drawSheets(int argc, char** argv, const std::string& audio, const std::string& folder) {
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // texts are drawn, but no display is needed
+    const QGuiApplication application(argc, argv);
+    const auto markdown = writeContactSheets(audio, folder);
+    if (!markdown) return fail(markdown.error());
+    return std::fputs(markdown->c_str(), stdout) >= 0 && std::fflush(stdout) == 0
+               ? success
+               : fail("standard output could not be written");
+}
+
+} // namespace
+} // namespace quiverly::clips
+
+int main(int argc, char** argv) {
+    std::string folder;
+    std::string audio;
+    quiverly::CommandLine line("quiverly-clips", "Makes the clips, and the contact sheets that show them.",
+                               "Exit status: 0 when all is done, 1 when a file could not be read or written or a clip\n"
+                               "could not be made, 2 when the arguments cannot be used.");
+    line.require_subcommand(1);
+    CLI::App* const make = line.add_subcommand("make", "make every clip, as FOLDER/<pack>/<number>.mp3");
+    make->add_option("FOLDER", folder, "where the clips go")->required()->type_name("");
+    CLI::App* const sheets = line.add_subcommand("sheets", "draw every pack as FOLDER/<pack>.png");
+    sheets->add_option("AUDIO", audio, "the folder of the clips")->required()->type_name("");
+    sheets->add_option("FOLDER", folder, "where the contact sheets go; the Markdown that shows them is printed")
+        ->required()
+        ->type_name("");
+
+    const auto read = line.read(std::span(argv, static_cast<std::size_t>(argc)).subspan(1));
+    if (!read) return read.error().print();
+    return make->parsed() ? quiverly::clips::make(folder) : quiverly::clips::drawSheets(argc, argv, audio, folder);
 }
