@@ -23,7 +23,6 @@ from harness.simulated_laptop import SimulatedLaptop
 from harness.sound_server import SoundServer
 from harness.transcript import Transcript
 
-PACKS = ("Pain", "Sexy", "Halo", "Lizard")
 TEST_CLIP, TEST_AMPLITUDE = "sexy/28.mp3", 0.35  # of the hardware check; its volume is that of 0.35 g at least
 SOFT, HARD, SERIES = 0.2, 0.9, (0.3, 0.5, 0.7)  # peaks of the slaps, g
 APART = 0.7  # s between the slaps of a series; what is closer than 0.55 s is one slap
@@ -62,7 +61,7 @@ class Tour:
         """Whether every slap was answered as it should."""
         self._transcript.title("Quiverly, a tour")
         self._check_hardware()
-        for pack in PACKS:
+        for pack in self._application.options():
             self._visit(pack)
         self._application.close_window()
         soundfile.write(self._output / "recording.flac", self._recorder.samples(), RATE)

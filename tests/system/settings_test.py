@@ -16,7 +16,7 @@ DEFAULTS = ("Sexy", "0.12")
 class SettingsTest(SystemTest):
     def shown(self) -> tuple[str, str]:
         """The chosen pack and the threshold, as the main view shows them."""
-        packs = [pack for pack in ("Pain", "Sexy", "Halo", "Lizard") if self.application.is_chosen(pack)]
+        packs = [pack for pack in self.application.options() if self.application.is_chosen(pack)]
         self.assertEqual(len(packs), 1, packs)
         texts = self.application.texts()
         return packs[0], next(text for text in texts[texts.index("Sensitivity") :] if text[:1].isdigit())

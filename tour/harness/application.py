@@ -79,6 +79,10 @@ class Application:
     def choose(self, option: str) -> None:
         self._act(option, Atspi.Role.RADIO_BUTTON)
 
+    def options(self) -> list[str]:
+        """What can be chosen, from left to right."""
+        return [each.get_name() for each in visible(self._frame) if each.get_role_name() == "radio button"]
+
     def is_chosen(self, option: str) -> bool:
         return has_state(self._control(option, Atspi.Role.RADIO_BUTTON), Atspi.StateType.CHECKED)
 

@@ -30,7 +30,7 @@ tl::expected<Options, EarlyExit> parseOptions(std::span<const char* const> argum
                      exitStatuses);
     line.addValue("RECORDING", options.recording, anyText, "a file, or - for standard input")->required();
     line.add_flag("--samples", options.samples, "print every sample, too");
-    line.addValue("--pack", options.pack, anyText, "the stored sound pack: pain, sexy, halo or lizard");
+    line.addValue("--pack", options.pack, anyText, "the stored sound pack, by the name of its folder, as pain");
     line.addValue("--threshold", options.threshold, decimalNumber, "the stored threshold, in g")->type_name("NUMBER");
     line.addValue("--resources", options.resources, folderName, "the folder that holds audio/<pack>/*.mp3")
         ->type_name("DIR");

@@ -17,8 +17,7 @@ BASE = 1_700_000_000 * 10**9  # nanoseconds after 1970
 LATEST = 9_000_000_000 * 10**9
 DISTANT_PAST = -200_000_000 * 10**9
 PAGE = "x-apple.systempreferences:com.apple.preference.security?Privacy_ListenEvent"
-PACKS = ("pain", "sexy", "halo", "lizard")
-ESCALATING = ("sexy", "lizard")
+PACKS = {"pain": False, "sexy": True, "halo": False, "lizard": True}  # whether it escalates
 FAILURES = {
     "no-query": "Could not query AppleSPUHIDDevice.",
     "no-lookup": "No Apple Silicon accelerometer found.",
@@ -105,7 +104,7 @@ class Parser:
             return ("report", bytes.fromhex(text.decode()))
         if text in (b"!start", b"!stop", b"!sound on", b"!sound off", b"!check begin", b"!check end"):
             return tuple(text[1:].decode().split())
-        if match := re.fullmatch(rb"!pack (pain|sexy|halo|lizard)", text):
+        if match := re.fullmatch(rb"!pack (" + "|".join(PACKS).encode() + rb")", text):
             return ("pack", match[1].decode())
         if match := re.fullmatch(rb"!sensor (ok|no-query|no-lookup|missing|no-device|denied)", text):
             return ("sensor", match[1].decode())
@@ -137,7 +136,7 @@ class Player:
         """The clip that answers a slap, or None."""
         if not self.files:
             return None
-        if self.pack not in ESCALATING:
+        if not PACKS[self.pack]:
             return set(self.files)
         self.times.append(now)
         self.times = [time for time in self.times if (now - time) / 1e9 < 300.0]
