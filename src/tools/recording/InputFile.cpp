@@ -2,38 +2,29 @@
 
 #include <cerrno>
 
-#include <fcntl.h>
 #include <unistd.h>
-
-#include "tools/recording/try_again.h"
 
 namespace quiverly {
 
 namespace {
 
-std::error_code lastError() {
-    return {errno, std::generic_category()};
+tl::unexpected<std::error_code> lastError() {
+    return tl::unexpected(std::error_code(errno, std::generic_category()));
 }
 
 } // namespace
 
-InputFile::InputFile(const std::string& name)
-    : descriptor(name == "-" ? STDIN_FILENO : open(name.c_str(), O_RDONLY | O_CLOEXEC)) {
-    if (descriptor < 0) failure = lastError();
+tl::expected<InputFile, std::error_code> InputFile::open(const std::string& name) {
+    std::FILE* const file = name == "-" ? stdin : std::fopen(name.c_str(), "r");
+    if (file == nullptr) return lastError();
+    return InputFile(file);
 }
 
-InputFile::~InputFile() {
-    if (descriptor > STDERR_FILENO) close(descriptor);
-}
-
-std::size_t InputFile::read(std::span<char> chunk) {
-    if (failure) return 0;
-    ssize_t count = 0;
-    do {
-        count = ::read(descriptor, chunk.data(), chunk.size());
-    } while (count < 0 && mayTryAgain(descriptor, POLLIN));
-    if (count < 0) failure = lastError();
-    return count > 0 ? static_cast<std::size_t>(count) : 0;
+// Around the stream's buffer: fread() would wait until the chunk is full.
+tl::expected<std::size_t, std::error_code> InputFile::read(std::span<char> chunk) {
+    const ssize_t count = ::read(fileno(file.get()), chunk.data(), chunk.size());
+    if (count < 0) return lastError();
+    return static_cast<std::size_t>(count);
 }
 
 } // namespace quiverly

@@ -1,30 +1,34 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
+#include <memory>
 #include <span>
 #include <string>
 #include <system_error>
 
+#include <tl/expected.hpp>
+
 namespace quiverly {
 
-// A file that is read from front to back. What fails, the opening included, ends it and can be asked for.
+// A file that is read from front to back, or standard input.
 class InputFile {
 public:
     // "-" stands for standard input.
-    explicit InputFile(const std::string& name);
-    ~InputFile();
-    InputFile(const InputFile&) = delete;
-    InputFile& operator=(const InputFile&) = delete;
+    static tl::expected<InputFile, std::error_code> open(const std::string& name);
 
-    // Fills the chunk from its front with what there is and tells how many bytes that were; none at the end.
-    std::size_t read(std::span<char> chunk);
-
-    // Why the file ended; no error if it ended by itself.
-    std::error_code error() const { return failure; }
+    // Fills the chunk from its front with what there is, waiting for it if need be, and tells how many bytes that were;
+    // 0 at the end.
+    tl::expected<std::size_t, std::error_code> read(std::span<char> chunk);
 
 private:
-    int descriptor;
-    std::error_code failure;
+    struct Close {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+
+    explicit InputFile(std::FILE* file) : file(file) {}
+
+    std::unique_ptr<std::FILE, Close> file;
 };
 
 } // namespace quiverly

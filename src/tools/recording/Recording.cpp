@@ -1,29 +1,38 @@
 #include "tools/recording/Recording.h"
 
+#include <memory>
 #include <span>
 #include <utility>
 
+#include "tools/recording/InputFile.h"
+
 namespace quiverly {
 
-Recording::Recording(const std::string& name, std::function<void()> beforeRead)
-    : name(name),
-      file(name),
-      source([this, beforeRead = std::move(beforeRead)](std::span<char> chunk) {
-          beforeRead();
-          return file.read(chunk);
-      }),
-      parser(source) {}
+namespace {
 
-std::optional<RecordingLine> Recording::next() {
-    auto line = parser.next();
-    if (file.error()) return std::nullopt; // which has cut the line
-    return line;
+LineReader::Read reader(const std::string& name, std::function<void()> beforeRead) {
+    const auto file = std::make_shared<tl::expected<InputFile, std::error_code>>(InputFile::open(name));
+    return [file, beforeRead = std::move(beforeRead)](std::span<char> chunk) {
+        beforeRead();
+        return file->and_then([chunk](InputFile& opened) { return opened.read(chunk); });
+    };
 }
 
-std::optional<std::string> Recording::problem() const {
-    if (file.error()) return name + ": " + file.error().message();
-    if (parser.problem()) return name + ':' + std::to_string(parser.lineNumber()) + ": " + *parser.problem();
-    return std::nullopt;
+} // namespace
+
+Recording::Recording(const std::string& name, std::function<void()> beforeRead)
+    : name(name), lines(reader(name, std::move(beforeRead))) {}
+
+tl::expected<std::optional<RecordingLine>, std::string> Recording::next() {
+    for (;;) {
+        const auto text = lines.next();
+        if (!text) return tl::unexpected(name + ": " + text.error().message());
+        if (!*text) return std::nullopt;
+        ++lineNumber;
+        auto line = parser.parse(**text);
+        if (!line) return tl::unexpected(name + ':' + std::to_string(lineNumber) + ": " + line.error());
+        if (*line) return line;
+    }
 }
 
 } // namespace quiverly

@@ -1,34 +1,34 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 
-#include "tools/recording/ByteSource.h"
-#include "tools/recording/InputFile.h"
+#include <tl/expected.hpp>
+
+#include "tools/recording/LineReader.h"
 #include "tools/recording/RecordingLine.h"
 #include "tools/recording/RecordingParser.h"
 
 namespace quiverly {
 
-// A recording in a file: gives out its lines one after the other, in constant memory however long it is.
+// A recording in a file: gives out its lines one after the other, however many they are.
 class Recording {
 public:
     // "-" stands for standard input. beforeRead is called whenever the file is about to be read, which may take long.
     explicit Recording(
         const std::string& name, std::function<void()> beforeRead = [] {});
 
-    // The next line that says something; nothing at the end, be it that of the file or a problem.
-    std::optional<RecordingLine> next();
-
-    // Why there are no more lines, "NAME: reason" or "NAME:LINE: what is wrong"; nothing while all is well.
-    std::optional<std::string> problem() const;
+    // The next line that says something; nothing at the end. The error, "NAME: reason" or "NAME:LINE: what is wrong",
+    // is an end too: nothing may be asked for after it.
+    tl::expected<std::optional<RecordingLine>, std::string> next();
 
 private:
     std::string name;
-    InputFile file;
-    ByteSource source;
+    LineReader lines;
     RecordingParser parser;
+    std::int64_t lineNumber = 0;
 };
 
 } // namespace quiverly

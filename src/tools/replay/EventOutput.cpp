@@ -1,24 +1,14 @@
 #include "tools/replay/EventOutput.h"
 
 #include <cerrno>
-#include <string_view>
-
-#include <unistd.h>
-
-#include "tools/recording/try_again.h"
+#include <cstdio>
 
 namespace quiverly {
 
 void EventOutput::flush() {
-    std::string_view rest = text;
-    while (!rest.empty() && !failure) {
-        const ssize_t count = write(STDOUT_FILENO, rest.data(), rest.size());
-        if (count >= 0) {
-            rest.remove_prefix(static_cast<std::size_t>(count));
-        } else if (!mayTryAgain(STDOUT_FILENO, POLLOUT)) {
-            failure = {errno, std::generic_category()};
-        }
-    }
+    if (failure) return;
+    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+    if (!written) failure = {errno, std::generic_category()};
     text.clear();
 }
 

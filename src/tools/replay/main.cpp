@@ -58,16 +58,16 @@ ExitStatus replay(const Options& options) {
     EventPrinter events(output.text);
     Replay replay(platform, events, options.samples ? Replay::Samples::printed : Replay::Samples::hidden);
 
-    for (auto line = recording.next(); line && !output.error(); line = recording.next()) {
-        replay.perform(*line);
-        progress.advance(line->seconds);
+    auto line = recording.next();
+    for (; line && *line && !output.error(); line = recording.next()) {
+        replay.perform(**line);
+        progress.advance((*line)->seconds);
     }
-    const auto problem = recording.problem();
-    if (!problem) replay.finish();
+    if (line) replay.finish();
 
     progress.clear();
-    const ExitStatus status = finish(output, problem ? unusable : success);
-    if (problem) complain(*problem);
+    const ExitStatus status = finish(output, line ? success : unusable);
+    if (!line) complain(line.error());
     return status;
 }
 

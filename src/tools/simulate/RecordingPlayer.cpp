@@ -14,11 +14,13 @@ std::optional<std::vector<std::uint8_t>> RecordingPlayer::take(std::chrono::mill
 }
 
 std::optional<RecordingPlayer::Report> RecordingPlayer::readReport() {
-    while (auto line = recording.next()) {
-        if (auto* report = std::get_if<action::Report>(&line->action)) {
-            return Report{.seconds = line->seconds, .bytes = std::move(report->bytes)};
+    auto line = recording.next();
+    for (; line && *line; line = recording.next()) {
+        if (auto* report = std::get_if<action::Report>(&(*line)->action)) {
+            return Report{.seconds = (*line)->seconds, .bytes = std::move(report->bytes)};
         }
     }
+    if (!line) unusable = line.error();
     return std::nullopt;
 }
 

@@ -23,7 +23,7 @@ public:
     bool hasEnded() const { return !next; }
 
     // "FILE: reason" or "FILE:LINE: what is wrong".
-    std::optional<std::string> problem() const { return recording.problem(); }
+    std::optional<std::string> problem() const { return unusable; }
 
 private:
     struct Report {
@@ -34,6 +34,7 @@ private:
     std::optional<Report> readReport();
 
     Recording recording;
+    std::optional<std::string> unusable;
     std::optional<Report> next;
     double begin = 0.0; // of the first report, in seconds
 };

@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "tools/recording/LineReader.h"
 
 namespace quiverly {
 namespace {
@@ -17,22 +21,23 @@ struct Parsed {
     std::int64_t lineNumber = 0;
 };
 
-// A chunk smaller than any line shows that nothing depends on where chunks end.
-Parsed parse(const std::string& recording, std::size_t chunkSize = 3) {
-    std::size_t position = 0;
-    ByteSource source(
-        [&](std::span<char> chunk) {
-            const std::size_t count = recording.copy(chunk.data(), chunk.size(), position);
-            position += count;
-            return count;
-        },
-        chunkSize);
-    RecordingParser parser(source);
+Parsed parse(const std::string& recording) {
+    std::istringstream stream(recording);
+    LineReader reader([&](std::span<char> chunk) {
+        stream.read(chunk.data(), std::ssize(chunk));
+        return static_cast<std::size_t>(stream.gcount());
+    });
+    RecordingParser parser;
     Parsed parsed;
-    while (const auto line = parser.next()) parsed.lines.push_back(*line);
-    EXPECT_FALSE(parser.next());
-    parsed.problem = parser.problem();
-    parsed.lineNumber = parser.lineNumber();
+    for (auto text = reader.next(); text && *text; text = reader.next()) {
+        ++parsed.lineNumber;
+        const auto line = parser.parse(**text);
+        if (!line) {
+            parsed.problem = line.error();
+            break;
+        }
+        if (*line) parsed.lines.push_back(**line);
+    }
     return parsed;
 }
 
@@ -68,7 +73,7 @@ calendar::TimePoint after1970(std::chrono::nanoseconds time) {
     return calendar::TimePoint(time);
 }
 
-TEST(RecordingParserTest, ARecordingOfNothingHasNoLines) {
+TEST(RecordingParserTest, SkippedLinesSayNothing) {
     for (const char* nothing : {"", "\n", "\r\n", " ", "\t \n\n \r\n", "#", "# a\n#b\r\n\t#\r"}) {
         EXPECT_TRUE(lines(nothing).empty()) << nothing;
     }
@@ -100,7 +105,7 @@ TEST(RecordingParserTest, BlanksAroundALineAndBetweenItsWordsDoNotMatter) {
     EXPECT_EQ(onlyLine(many + "1" + many + "!sound" + many + "on" + many + "\r\n").seconds, 1.0);
 }
 
-TEST(RecordingParserTest, OtherWhiteSpaceIsNoBlank) {
+TEST(RecordingParserTest, OtherWhiteSpaceDoesNotSeparateWords) {
     for (const char* line : {"0\v!stop", "\f0 !stop", "0 !stop\v", "0\xC2\xA0!stop", "\xC2\xA0"}) expectMalformed(line);
 }
 
@@ -207,7 +212,7 @@ TEST(RecordingParserTest, CommandsAreUnderstood) {
     EXPECT_EQ(onlyAction<action::Sensor>("0 !sensor denied").answer, SensorAnswer::denied);
 }
 
-TEST(RecordingParserTest, WhatIsNoCommandIsMalformed) {
+TEST(RecordingParserTest, UnknownCommandsAreMalformed) {
     for (const char* line :
          {"0 !",      "0 !Start",       "0 !START",      "0 !starts",    "0 ! start",         "0 start",
           "0 !sound", "0 !sound On",    "0 !sound true", "0 !pack",      "0 !pack Pain",      "0 !pack metal",
@@ -218,11 +223,33 @@ TEST(RecordingParserTest, WhatIsNoCommandIsMalformed) {
     expectMalformed("0 !" + std::string(1'000'000, 's'));
 }
 
-TEST(RecordingParserTest, AForgottenExclamationMarkIsToldAsSuch) {
-    for (const char* line : {"0 start", "0 stop", "0 comment"}) {
-        EXPECT_EQ(parse(line).problem, "neither a report in hexadecimal digits nor a command") << line;
-    }
-    EXPECT_EQ(parse("0 abc").problem, "the report has an odd number of digits");
+TEST(RecordingParserTest, TellsWhatIsWrong) {
+    const std::pair<std::string, const char*> malformed[] = {
+        {"start", "the time is not a number such as 12 or -0.25"},
+        {"-1 !start", "the time is negative"},
+        {"1.0000000000 !start", "the time is a number with more than nine digits after the point"},
+        {"4000000001 !start", "the time is more than 4000000000 s"},
+        {"1", "a report or a command is missing"},
+        {"1 start", "neither a report in hexadecimal digits nor a command"},
+        {"1 stop", "neither a report in hexadecimal digits nor a command"},
+        {"1 abc", "the report has an odd number of digits"},
+        {"1 " + std::string(514, 'a'), "a report has 256 bytes at most"},
+        {"1 !Start", "there is no such command"},
+        {"1 !start now", "nothing may follow this command"},
+        {"1 !check begin now", "the line should end here"},
+        {"1 !sound loud", "the command needs one of: on, off"},
+        {"1 !pack", "the command needs one of: pain, sexy, halo, lizard"},
+        {"1 !threshold high", "the threshold is not a number such as 12 or -0.25"},
+        {"1 !threshold 1" + std::string(400, '0'), "the threshold is larger than any number"},
+        {"1 !clock now", "the jump is not a number such as 12 or -0.25"},
+        {"1 !clock -1700000002", "the calendar would read less than 0 s"},
+        {"1 !clock 7300000000", "the calendar would read more than 9000000000 s"},
+        {"1 !stop\r", "there is no such command, and the byte 0x0D may only stand in comments"},
+        {"\xEF\xBB\xBF# comment",
+         "the time is not a number such as 12 or -0.25, and the byte 0xEF may only stand in comments"},
+    };
+    for (const auto& [line, problem] : malformed) EXPECT_EQ(parse(line).problem, problem) << line;
+    EXPECT_EQ(parse("1.000000001 !start\n1 !stop").problem, "the time is less than that of a line before");
 }
 
 TEST(RecordingParserTest, SurplusWordsAreMalformed) {
@@ -300,16 +327,6 @@ TEST(RecordingParserTest, LinesAreCountedAllOfThem) {
     EXPECT_EQ(parsed.lines.size(), 1U);
     EXPECT_EQ(parsed.lineNumber, 7);
     EXPECT_TRUE(parsed.problem);
-}
-
-TEST(RecordingParserTest, WhereChunksEndDoesNotMatter) {
-    const std::string recording = "# c\r\n 0.5 !sound on\r\n\t1 00ff\r\n1.25 !clock -3.5\r\n2 -\r";
-    for (std::size_t chunkSize = 2; chunkSize < recording.size() + 2; ++chunkSize) {
-        const Parsed parsed = parse(recording, chunkSize);
-        EXPECT_EQ(parsed.lines.size(), 3U);
-        EXPECT_EQ(parsed.lineNumber, 5);
-        EXPECT_TRUE(parsed.problem);
-    }
 }
 
 } // namespace
