@@ -1,8 +1,10 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
-#include <string>
+#include <optional>
 
+#include <QByteArray>
 #include <QObject>
 
 #include "sockets/FileDescriptor.h"
@@ -11,8 +13,10 @@ namespace quiverly {
 
 // Keeps a second copy of the program from running for the same user and runtime folder.
 //
-// The first copy holds a place that no file marks and that is free again when the program is gone, however it ended. A
-// later copy asks it to show its window and waits for the answer. What another user holds does not count.
+// The first copy holds a lock, which the kernel frees when the program is gone, however it ended. A later copy asks it
+// to show its window, and waits for the answer. Lock and socket are in a folder that only the user enters: in
+// $XDG_RUNTIME_DIR; where that is not private, in a folder of the user's own in `shared`. Where there is no such
+// folder, every copy is a first one.
 class SingleInstance : public QObject {
 public:
     enum class Place {
@@ -21,17 +25,25 @@ public:
         unanswered, // there is a first copy, but it does not respond
     };
 
-    explicit SingleInstance(std::function<void()> onCall);
+    // What a copy is told when another is started: the desktop's token for bringing a window to the front, or nothing.
+    using OnCall = std::function<void(const QByteArray& token)>;
+
+    // Tells the first copy this token, of which a kilobyte counts.
+    explicit SingleInstance(OnCall onCall, QByteArray token = {}, const std::filesystem::path& shared = "/tmp");
+    ~SingleInstance() override;
 
     Place place() const { return found; }
 
 private:
     Place find();
     bool hold();
-    void answer();
+    void listen();
+    void accept();
 
-    std::string name; // of the abstract socket
-    std::function<void()> onCall;
+    std::optional<std::filesystem::path> folder;
+    OnCall onCall;
+    QByteArray token;
+    FileDescriptor lock;
     FileDescriptor listener;
     Place found;
 };

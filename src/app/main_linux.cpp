@@ -3,6 +3,7 @@
 #include <QApplication>
 
 #include "app/SingleInstance.h"
+#include "app/activation.h"
 #include "app/program.h"
 #include "ui/BonkoApp.h"
 
@@ -10,13 +11,15 @@ using namespace quiverly;
 
 // Closing the window ends the program. A second start brings the window of the first to the front.
 int main(int argc, char** argv) {
+    const QByteArray ownToken = activationToken();
     QApplication application(argc, argv);
     describeProgram();
 
     BonkoApp* running = nullptr;
-    const SingleInstance instance([&running] {
-        if (running) running->show();
-    });
+    const auto onCall = [&running](const QByteArray& token) {
+        if (running) bringToFront(*running, token);
+    };
+    const SingleInstance instance(onCall, ownToken);
     switch (instance.place()) {
     case SingleInstance::Place::first:
         break;

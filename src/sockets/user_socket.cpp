@@ -23,17 +23,13 @@ bool isPrivate(const std::filesystem::path& folder) {
 }
 
 SocketAddress SocketAddress::ofFile(const std::filesystem::path& file) {
-    return {file.native(), 0};
+    return SocketAddress(file.native());
 }
 
-SocketAddress SocketAddress::ofName(std::string_view name) {
-    return {name, 1}; // behind the zero that marks a name without a file
-}
-
-SocketAddress::SocketAddress(std::string_view text, std::size_t offset)
-    : size(static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + offset + text.size())) {
+SocketAddress::SocketAddress(std::string_view path)
+    : size(static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + path.size())) {
     address.sun_family = AF_UNIX;
-    std::ranges::copy(text, address.sun_path + offset);
+    std::ranges::copy(path, address.sun_path);
 }
 
 const sockaddr* SocketAddress::get() const {

@@ -20,20 +20,18 @@ std::optional<std::filesystem::path> runtimeFolder();
 // Whether it is a folder, not a link to one, that belongs to the user this program runs as and is open to no other.
 bool isPrivate(const std::filesystem::path& folder);
 
-// The address of a socket: a file, or an abstract name, which is free again when the sockets bound to it are closed.
-// Either has at most 107 bytes.
+// The address of a socket: a file, whose path has at most 107 bytes.
 class SocketAddress {
 public:
     static constexpr std::size_t longest = sizeof(sockaddr_un{}.sun_path) - 1;
 
     static SocketAddress ofFile(const std::filesystem::path& file);
-    static SocketAddress ofName(std::string_view name);
 
     const sockaddr* get() const;
     socklen_t length() const { return size; }
 
 private:
-    SocketAddress(std::string_view text, std::size_t offset);
+    explicit SocketAddress(std::string_view path);
 
     sockaddr_un address = {};
     socklen_t size;

@@ -1,60 +1,53 @@
 #include "app/SingleInstance.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <csignal>
-#include <cstddef>
 #include <filesystem>
 #include <future>
+#include <list>
 #include <memory>
-#include <optional>
-#include <string_view>
+#include <string>
 #include <thread>
+#include <vector>
 
+#include <QByteArray>
 #include <QTest>
 #include <QThread>
 
 #include "sockets/user_socket.h"
 #include "support/AnotherUser.h"
+#include "support/OtherProcess.h"
 #include "support/RuntimeFolder.h"
+#include "support/TemporaryFolder.h"
 #include "support/Waiting.h"
 
 namespace quiverly {
 namespace {
 
+namespace fs = std::filesystem;
 using Place = SingleInstance::Place;
 
 class SingleInstanceTest : public testing::Test {
 protected:
-    static void nobodyCalls() { ADD_FAILURE() << "a call that nobody made"; }
-
-    // The address of the place that a first copy of this process holds.
-    static SocketAddress placeHeld() {
-        for (int descriptor = 0; descriptor < 100; ++descriptor) {
-            sockaddr_un address = {};
-            socklen_t size = sizeof address;
-            // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the shape of the system's call
-            if (::getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &size) != 0) continue;
-            if (address.sun_family != AF_UNIX || size <= offsetof(sockaddr_un, sun_path) + 1) continue;
-            const std::string_view name(address.sun_path + 1, size - offsetof(sockaddr_un, sun_path) - 1);
-            if (name.starts_with("quiverly-")) return SocketAddress::ofName(name);
-        }
-        ADD_FAILURE() << "no place is held";
-        return SocketAddress::ofName("");
-    }
+    static void nobodyCalls(const QByteArray&) { ADD_FAILURE() << "a call that nobody made"; }
 
     // Starts another copy while this one's events go on.
-    static Place startAnother() {
-        auto other = std::async(std::launch::async, [] { return SingleInstance(nobodyCalls).place(); });
+    static Place startAnother(const QByteArray& token = {}) {
+        auto other = std::async(std::launch::async, [&] { return SingleInstance(nobodyCalls, token).place(); });
         EXPECT_TRUE(QTest::qWaitFor(
             [&] { return other.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }, 60'000));
         return other.get();
     }
 
     const RuntimeFolder folder;
+    const fs::path socket = folder.path() / "quiverly.socket";
 };
 
 TEST_F(SingleInstanceTest, TheFirstCopyRuns) {
@@ -63,7 +56,7 @@ TEST_F(SingleInstanceTest, TheFirstCopyRuns) {
 
 TEST_F(SingleInstanceTest, ALaterCopyCallsTheFirst) {
     int calls = 0;
-    const SingleInstance first([&] { ++calls; });
+    const SingleInstance first([&](const QByteArray&) { ++calls; });
     EXPECT_EQ(startAnother(), Place::taken);
     EXPECT_EQ(startAnother(), Place::taken);
     EXPECT_EQ(calls, 2);
@@ -80,9 +73,57 @@ TEST_F(SingleInstanceTest, EveryRuntimeFolderHasItsOwnFirst) {
     EXPECT_EQ(SingleInstance(nobodyCalls).place(), Place::first);
 }
 
-TEST_F(SingleInstanceTest, ItLeavesNoFile) {
-    const SingleInstance first(nobodyCalls);
-    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+TEST_F(SingleInstanceTest, TheFirstIsToldTheTokenOfALaterCopy) {
+    std::vector<QByteArray> told;
+    const SingleInstance first([&](const QByteArray& token) { told.push_back(token); });
+    const QByteArray longest(1024, 'x');
+    for (const QByteArray& token : {QByteArray(), QByteArray("a token"), longest, longest + 'y'}) {
+        EXPECT_EQ(startAnother(token), Place::taken);
+    }
+    EXPECT_EQ(told, (std::vector<QByteArray>{"", "a token", longest, longest}));
+}
+
+TEST_F(SingleInstanceTest, WhatAFirstThatWasKilledLeftIsReplaced) {
+    {
+        const OtherProcess killed([] { new SingleInstance(nobodyCalls); });
+    } // ends without tidying up
+    EXPECT_TRUE(fs::is_socket(socket));
+    int calls = 0;
+    const SingleInstance first([&](const QByteArray&) { ++calls; });
+    EXPECT_EQ(first.place(), Place::first);
+    EXPECT_EQ(startAnother(), Place::taken);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(SingleInstanceTest, TheFirstTakesItsSocketAway) {
+    {
+        const SingleInstance first(nobodyCalls);
+        EXPECT_TRUE(fs::is_socket(socket));
+    }
+    EXPECT_FALSE(fs::exists(socket));
+}
+
+TEST_F(SingleInstanceTest, ACallerThatSaysNothingIsNotWaitedFor) {
+    int calls = 0;
+    const SingleInstance first([&](const QByteArray&) { ++calls; });
+    const FileDescriptor mute = packetSocket();
+    const auto address = SocketAddress::ofFile(socket);
+    ASSERT_EQ(::connect(mute.get(), address.get(), address.length()), 0);
+    EXPECT_EQ(startAnother(), Place::taken);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(SingleInstanceTest, CopiesThatFindTheFirstBusyWithOthersWait) {
+    int calls = 0;
+    const SingleInstance first([&](const QByteArray&) { ++calls; });
+    const auto address = SocketAddress::ofFile(socket);
+    std::list<FileDescriptor> waiting;
+    do {
+        waiting.push_back(packetSocket());
+    } while (::connect(waiting.back().get(), address.get(), address.length()) == 0);
+    ASSERT_EQ(errno, EAGAIN);
+    EXPECT_EQ(startAnother(), Place::taken);
+    EXPECT_EQ(calls, 1);
 }
 
 TEST_F(SingleInstanceTest, AFirstThatDoesNotRespondIsNotWaitedForForEver) {
@@ -98,7 +139,7 @@ TEST_F(SingleInstanceTest, ASignalDoesNotCutTheWaitForTheFirstShort) {
     ASSERT_EQ(::sigaction(SIGUSR1, &counting, &former), 0);
 
     int calls = 0;
-    const SingleInstance first([&] { ++calls; });
+    const SingleInstance first([&](const QByteArray&) { ++calls; });
     std::atomic<bool> answered = false;
     std::thread other([&] {
         EXPECT_EQ(SingleInstance(nobodyCalls).place(), Place::taken);
@@ -125,28 +166,41 @@ TEST_F(SingleInstanceTest, ACopyThatGetsNoSocketFromTheSystemRuns) {
     EXPECT_EQ(place, Place::first);
 }
 
-TEST_F(SingleInstanceTest, WhatAnotherUserHoldsDoesNotCount) {
-    if (!another_user::isPossible()) GTEST_SKIP() << "NOT RUN: only root can act as another user";
-    std::optional<SingleInstance> former(nobodyCalls);
-    const SocketAddress place = placeHeld();
-    former.reset();
-    const FileDescriptor taken = packetSocket();
-    ASSERT_EQ(::bind(taken.get(), place.get(), place.length()), 0);
-    another_user::act([&] { EXPECT_EQ(::listen(taken.get(), 16), 0); }); // a socket is whose who makes it listen
-    EXPECT_EQ(SingleInstance(nobodyCalls).place(), Place::first);
+TEST_F(SingleInstanceTest, WithoutARuntimeFolderThereIsAFolderOfTheUsersOwn) {
+    const TemporaryFolder shared;
+    for (const char* none : {static_cast<const char*>(nullptr), "relative", "/nowhere"}) {
+        setRuntimeFolder(none);
+        const SingleInstance first(nobodyCalls, {}, shared.path());
+        const fs::path own = shared.path() / ("quiverly-" + std::to_string(::geteuid()));
+        EXPECT_TRUE(isPrivate(own));
+        EXPECT_TRUE(fs::is_socket(own / "quiverly.socket"));
+    }
 }
 
-TEST_F(SingleInstanceTest, ACallOfAnotherUserIsNotAnswered) {
+TEST_F(SingleInstanceTest, FoldersThatAreOpenToOthersAreNotUsed) {
+    const TemporaryFolder shared;
+    const fs::path own = shared.addFolder("quiverly-" + std::to_string(::geteuid()));
+    fs::permissions(own, fs::perms(0701));
+    fs::permissions(folder.path(), fs::perms(0710));
+    const SingleInstance first(nobodyCalls, {}, shared.path());
+    const SingleInstance second(nobodyCalls, {}, shared.path());
+    EXPECT_EQ(first.place(), Place::first);
+    EXPECT_EQ(second.place(), Place::first);
+    EXPECT_TRUE(fs::is_empty(own));
+    EXPECT_TRUE(fs::is_empty(folder.path()));
+}
+
+TEST_F(SingleInstanceTest, AnotherUserReachesNeitherTheLockNorTheSocket) {
     if (!another_user::isPossible()) GTEST_SKIP() << "NOT RUN: only root can act as another user";
-    int calls = 0;
-    const SingleInstance first([&] { ++calls; });
-    const SocketAddress place = placeHeld();
-    const FileDescriptor foreign = packetSocket();
-    another_user::act([&] { EXPECT_EQ(::connect(foreign.get(), place.get(), place.length()), 0); });
-    EXPECT_EQ(startAnother(), Place::taken); // calls behind the other user
-    EXPECT_EQ(calls, 1);
-    char byte = 0;
-    EXPECT_EQ(::recv(foreign.get(), &byte, 1, 0), 0);
+    const SingleInstance first(nobodyCalls);
+    EXPECT_TRUE(fs::exists(folder.path() / "quiverly.lock"));
+    another_user::act([&] {
+        EXPECT_EQ(::open((folder.path() / "quiverly.lock").c_str(), O_RDONLY), -1);
+        EXPECT_EQ(errno, EACCES);
+        const auto address = SocketAddress::ofFile(socket);
+        EXPECT_EQ(::connect(packetSocket().get(), address.get(), address.length()), -1);
+        EXPECT_EQ(errno, EACCES);
+    });
 }
 
 TEST_F(SingleInstanceTest, AFirstThatEndsMeanwhileLeavesItsPlace) {

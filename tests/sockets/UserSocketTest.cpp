@@ -40,16 +40,6 @@ TEST(UserSocketTest, AnAddressOfAFileIsTheWholePathOf107Bytes) {
     EXPECT_TRUE(std::filesystem::is_socket(longest));
 }
 
-TEST(UserSocketTest, ANameMarksNoFileAndCountsToItsLastByte) {
-    const std::string begin = "quiverly-test-" + std::to_string(::getpid());
-    const std::string longest = begin + std::string(107 - begin.size(), 'x');
-    const auto ofName = SocketAddress::ofName;
-    EXPECT_EQ(errorOfSecond(ofName(longest), ofName(longest)), EADDRINUSE);
-    EXPECT_EQ(errorOfSecond(ofName(longest), ofName(longest.substr(1))), 0);
-    EXPECT_EQ(errorOfSecond(ofName(longest), ofName(longest.substr(0, 106) + 'y')), 0);
-    EXPECT_FALSE(std::filesystem::exists(longest));
-}
-
 TEST(UserSocketTest, OnlyAFolderThatNobodyElseEntersIsPrivate) {
     const RuntimeFolder folder;
     EXPECT_TRUE(isPrivate(folder.path()));
