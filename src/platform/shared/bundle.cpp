@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include <unicode/coll.h>
+#include <unicode/locid.h>
 
 #include "platform/shared/resource_folders.h"
 
@@ -32,7 +33,10 @@ std::vector<fs::path> filesOf(const fs::path& folder, const std::string& suffix)
 // None when the library has not the data for any.
 std::unique_ptr<icu::Collator> makeCollator() {
     UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(nameOrderLocale().c_str(), status));
+    const icu::Locale locale(nameOrderLocale().c_str());
+    // Without it ICU takes its default from the environment, and ICU 76 crashes when that names a malformed locale.
+    icu::Locale::setDefault(locale, status);
+    std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(locale, status));
     if (collator) {
         collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
         collator->setStrength(icu::Collator::SECONDARY); // accents count, case does not

@@ -8,6 +8,7 @@
 
 #include <QString>
 #include <QUrl>
+#include <unicode/locid.h>
 #include <unicode/uclean.h>
 #include <unicode/udata.h>
 
@@ -28,7 +29,7 @@ class LinuxResourcesTest : public testing::Test {
 protected:
     LinuxResourcesTest() {
         setVariable("XDG_DATA_HOME", home.path().c_str());
-        for (const char* variable : {"LC_ALL", "LC_COLLATE", "LANG"}) setVariable(variable, nullptr);
+        for (const char* variable : {"LC_ALL", "LC_COLLATE", "LC_MESSAGES", "LANG"}) setVariable(variable, nullptr);
     }
 
     static std::string fileOf(const std::optional<std::string>& url) {
@@ -122,6 +123,17 @@ TEST_F(LinuxResourcesTest, TenComesAfterTwoInEveryLocale) {
             EXPECT_TRUE(bundle::precedes("2.mp3", "10.mp3")) << locale;
             EXPECT_FALSE(bundle::precedes("10.mp3", "2.mp3")) << locale;
             EXPECT_TRUE(bundle::precedes("a.mp3", "B.mp3")) << locale;
+        });
+    }
+}
+
+// ICU's own reading of the environment is not to be trusted with it.
+TEST_F(LinuxResourcesTest, AMalformedLocaleIsNotLeftToTheLibrary) {
+    for (const std::string& locale : {std::string("no such locale"), std::string(200, 'a'), std::string("en@a=b;c")}) {
+        for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) setVariable(variable, locale.c_str());
+        const OtherProcess process([&] {
+            EXPECT_TRUE(bundle::precedes("2.mp3", "10.mp3")) << locale;
+            EXPECT_STREQ(icu::Locale::getDefault().getName(), "en") << locale;
         });
     }
 }
