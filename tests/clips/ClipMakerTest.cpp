@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "clips/Mp3.h"
-#include "difference.h"
+#include "clips/signals.h"
 #include "support/Files.h"
 #include "support/TemporaryFolder.h"
 

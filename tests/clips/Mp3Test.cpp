@@ -6,8 +6,8 @@
 
 #include <utility>
 
+#include "clips/signals.h"
 #include "clips/synthesis/Oscillator.h"
-#include "difference.h"
 #include "support/TemporaryFolder.h"
 
 namespace quiverly::clips {

@@ -2,14 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "clips/signals.h"
 #include "clips/synthesis/Oscillator.h"
 
 namespace quiverly::clips {
 namespace {
-
-Stereo inBothChannels(const Signal& signal) {
-    return {signal, signal};
-}
 
 TEST(PitchTrackTest, ATonesPitchIsFoundAtEveryMoment) {
     for (const double hertz : {60.0, 220.0, 440.0, 1000.0}) {

@@ -4,14 +4,11 @@
 
 #include <algorithm>
 
+#include "clips/signals.h"
 #include "clips/synthesis/Oscillator.h"
 
 namespace quiverly::clips {
 namespace {
-
-Stereo inBothChannels(const Signal& signal) {
-    return {signal, signal};
-}
 
 TEST(SpectrogramTest, HasAColumnEveryTenMilliseconds) {
     EXPECT_EQ(spectrogram(inBothChannels(sine(0.5, 440))).size(), 50U);

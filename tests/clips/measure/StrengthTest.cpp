@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "clips/signals.h"
 #include "clips/synthesis/Oscillator.h"
 
 namespace quiverly::clips {
@@ -41,7 +42,7 @@ TEST(StrengthTest, BrightnessCountsUpTo1000Hertz) {
 
 TEST(StrengthTest, AToneIsMeasured) {
     const Signal tone = sine(2, 1000);
-    const Strength strength = strengthOf({tone, tone});
+    const Strength strength = strengthOf(inBothChannels(tone));
     EXPECT_DOUBLE_EQ(strength.seconds, 2);
     EXPECT_NEAR(strength.loudness, 0, 0.1);
     EXPECT_NEAR(strength.brightness, 1000, 100);
@@ -53,14 +54,14 @@ TEST(StrengthTest, AToneIsMeasured) {
 TEST(StrengthTest, NoiseIsDenseAndHasNoPitchRange) {
     RandomNumbers random(1);
     const Signal noise = whiteNoise(1, random);
-    const Strength strength = strengthOf({noise, noise});
+    const Strength strength = strengthOf(inBothChannels(noise));
     EXPECT_GT(strength.density, 35);
     EXPECT_EQ(strength.range, 0);
 }
 
 TEST(StrengthTest, TheRangeIsTheWayOfTheMiddleFourFifthsOfThePitch) {
     const Signal glide = sine(2, {{0, 200}, {0.3, 200}, {0.7, 800}, {1, 800}});
-    EXPECT_NEAR(strengthOf({glide, glide}).range, 2, 0.1);
+    EXPECT_NEAR(strengthOf(inBothChannels(glide)).range, 2, 0.1);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "clips/measure/Spectrogram.h"
+#include "clips/signals.h"
 #include "clips/synthesis/Oscillator.h"
 
 namespace quiverly::clips {
@@ -12,10 +13,10 @@ const QRgb waveform = clipPictureColours().last();
 const QRgb brightest = clipPictureColours()[clipPictureColours().size() - 2];
 
 QImage pictureOf(const Signal& signal) {
-    return clipPicture({signal, signal});
+    return clipPicture(inBothChannels(signal));
 }
 
-int count(const QImage& picture, int column, QRgb colour) {
+int countIn(const QImage& picture, int column, QRgb colour) {
     int found = 0;
     for (int row = 0; row < picture.height(); ++row) found += picture.pixel(column, row) == colour ? 1 : 0;
     return found;
@@ -28,11 +29,11 @@ TEST(ClipPictureTest, IsAsWideAsTheClipIsLong) {
 
 TEST(ClipPictureTest, TheWaveformIsAsTallAsTheSoundIsLoud) {
     const QImage picture = pictureOf(faded(sine(1, 440), {{0.4, 0.1}, {0.6, 0.5}}));
-    const int soft = count(picture, 10, waveform);
-    const int loud = count(picture, picture.width() - 10, waveform);
+    const int soft = countIn(picture, 10, waveform);
+    const int loud = countIn(picture, picture.width() - 10, waveform);
     EXPECT_GT(soft, 1);
     EXPECT_GT(loud, 4 * soft);
-    EXPECT_EQ(count(pictureOf(Signal(samplesIn(1))), 10, waveform), 1);
+    EXPECT_EQ(countIn(pictureOf(Signal(samplesIn(1))), 10, waveform), 1);
 }
 
 TEST(ClipPictureTest, AToneIsBrightInItsBandAndTheHigherTheFurtherUp) {

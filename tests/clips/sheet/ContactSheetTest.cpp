@@ -17,8 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path audio = fs::path(QUIVERLY_RESOURCES) / "audio";
-const fs::path clips = fs::path(QUIVERLY_RESOURCES).parent_path() / "clips";
+const fs::path committedClips = fs::path(QUIVERLY_RESOURCES) / "audio";
+const fs::path clipsFolder = fs::path(QUIVERLY_RESOURCES).parent_path() / "clips";
 
 class ContactSheetTest : public testing::Test {
 protected:
@@ -73,18 +73,18 @@ TEST_F(ContactSheetTest, TitleAndPictureAreShown) {
 
 TEST_F(ContactSheetTest, EveryPackGetsASheetAsLargeAsTheOneThatIsCommitted) {
     const fs::path sheets = folder.addFolder("sheets");
-    ASSERT_TRUE(writeContactSheets(audio, sheets));
+    ASSERT_TRUE(writeContactSheets(committedClips, sheets));
     for (const SoundPack pack : SoundPack::allCases) {
         const std::string name = std::string(pack.folder()) + ".png";
         const QImage made(QString::fromStdString((sheets / name).string()));
         EXPECT_FALSE(made.isNull()) << name;
-        EXPECT_EQ(made.size(), QImage(QString::fromStdString((clips / "sheets" / name).string())).size()) << name;
+        EXPECT_EQ(made.size(), QImage(QString::fromStdString((clipsFolder / "sheets" / name).string())).size()) << name;
     }
 }
 
 TEST_F(ContactSheetTest, TheMarkdownIsTheEndOfTheReadme) {
-    const std::string markdown = writeContactSheets(audio, folder.addFolder("sheets")).value();
-    EXPECT_TRUE(bytesOf(clips / "README.md").ends_with(markdown)) << markdown;
+    const std::string markdown = writeContactSheets(committedClips, folder.addFolder("sheets")).value();
+    EXPECT_TRUE(bytesOf(clipsFolder / "README.md").ends_with(markdown)) << markdown;
 }
 
 TEST_F(ContactSheetTest, AClipThatCannotBeReadIsNamed) {
@@ -96,7 +96,7 @@ TEST_F(ContactSheetTest, AClipThatCannotBeReadIsNamed) {
 }
 
 TEST_F(ContactSheetTest, APictureThatCannotBeWrittenIsNamed) {
-    const auto written = writeContactSheets(audio, folder.path() / "missing");
+    const auto written = writeContactSheets(committedClips, folder.path() / "missing");
     ASSERT_FALSE(written);
     EXPECT_TRUE(written.error().starts_with((folder.path() / "missing/pain.png").string())) << written.error();
 }

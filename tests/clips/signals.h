@@ -6,6 +6,10 @@
 
 namespace quiverly::clips {
 
+inline Stereo inBothChannels(const Signal& signal) {
+    return {signal, signal};
+}
+
 // The root mean square of the difference of two signals of equal length, of full scale.
 inline double differenceOf(const Signal& one, const Signal& other) {
     double sum = 0;
