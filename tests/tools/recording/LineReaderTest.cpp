@@ -10,6 +10,8 @@
 namespace quiverly {
 namespace {
 
+using namespace std::string_view_literals;
+
 using Lines = std::vector<std::string>;
 
 // A stream that hands out at most so many bytes at a time, and counts how often it was asked.
@@ -66,7 +68,7 @@ TEST(LineReaderTest, ALineEndsInLineFeedOrCarriageReturnAndLineFeedOrWithTheStre
 }
 
 TEST(LineReaderTest, TheLinesAreTheSameHoweverTheyArrive) {
-    const std::string_view bytes("first\r\n\0\xFF\n\r\r\n12 345\n\n\r\nend\r", 29);
+    const auto bytes = "first\r\n\0\xFF\n\r\r\n12 345\n\n\r\nend\r"sv;
     const Lines lines = linesOf(bytes);
     EXPECT_EQ(lines.size(), 7U);
     for (std::size_t bufferSize = 1; bufferSize < 35; ++bufferSize) {
@@ -107,8 +109,7 @@ TEST(LineReaderTest, NumbersMayHaveAnyNumberOfDigits) {
 
 TEST(LineReaderTest, ALineThatCannotBecomeRightIsCut) {
     for (const std::string_view repeated :
-         {std::string_view("y"), std::string_view("\0", 1), std::string_view("1 "), std::string_view("0 !stop "),
-          std::string_view("\r"), std::string_view("ab")}) {
+         {"y"sv, "\0"sv, "1 "sv, std::string_view("0 !stop "), std::string_view("\r"), std::string_view("ab")}) {
         LineReader reader(endless(repeated));
         const auto line = reader.next();
         ASSERT_TRUE(line && *line) << repeated;
