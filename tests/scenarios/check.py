@@ -7,9 +7,9 @@ A scenario is a folder with
   arguments         options before the recording, one a line, as --option=value; none if missing
   resources/        the clips; those in default-resources/ beside the scenarios if missing
 
-Only every eighth report becomes a sample. A recording may therefore hold lines that are no part of the format and that
-are written out here before quiverly-replay gets them: TIME sample X Y Z, in g, stands for seven empty reports and one
-with that acceleration.
+Only every eighth report becomes a sample. A recording may therefore hold lines of a form that only this script knows:
+TIME sample X Y Z, in g, stands for seven empty reports and one with that acceleration. They are written out before
+quiverly-replay gets the recording.
 
 The model has to agree with expected.jsonl, too, unless clips are named as it cannot order them.
 """

@@ -100,7 +100,7 @@ Expected<Action> parseReport(std::string_view word) {
     return report;
 }
 
-// A command whose argument, if it has one, is one of a few words.
+// A command whose argument, if it has one, is one of a few words of its own.
 struct Command {
     std::string_view name, argument;
     Action action;
@@ -111,10 +111,6 @@ const Command commands[] = {
     {"!stop", "", action::Stop{}},
     {"!sound", "on", action::Sound{true}},
     {"!sound", "off", action::Sound{false}},
-    {"!pack", "pain", action::Pack{SoundPack::pain}},
-    {"!pack", "sexy", action::Pack{SoundPack::sexy}},
-    {"!pack", "halo", action::Pack{SoundPack::halo}},
-    {"!pack", "lizard", action::Pack{SoundPack::lizard}},
     {"!check", "begin", action::BeginCheck{}},
     {"!check", "end", action::EndCheck{}},
     {"!sensor", "ok", action::Sensor{SensorAnswer::ok}},
@@ -130,6 +126,11 @@ Expected<Action> parseCommand(std::string_view name, std::string_view argument) 
         const auto threshold = decimalNumber(argument);
         if (!threshold) return tl::unexpected("the threshold is " + threshold.error());
         return action::Threshold{*threshold};
+    }
+    if (name == "!pack") {
+        const auto pack = SoundPack::fromRawValue(argument);
+        if (!pack) return tl::make_unexpected("there is no such pack");
+        return action::Pack{*pack};
     }
     std::string arguments;
     for (const Command& command : commands) {

@@ -16,7 +16,7 @@ void appendNumber(std::string& text, Number number) {
     text.append(digits, end);
 }
 
-// The text in quotation marks, UTF-8 as it is. Bytes that are no UTF-8 become U+FFFD, one for each maximal subpart, as
+// The text in quotation marks, UTF-8 as it is. Bytes that are not UTF-8 become U+FFFD, one for each maximal subpart, as
 // the Unicode standard recommends.
 void appendString(std::string& text, std::string_view bytes);
 

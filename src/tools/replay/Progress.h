@@ -4,8 +4,7 @@
 
 namespace quiverly {
 
-// One line on standard error that tells how far a replay is, rewritten in place; nothing at all where that is no
-// terminal.
+// One line on standard error that tells how far a replay is, rewritten in place. Silent unless that is a terminal.
 class Progress {
 public:
     Progress();

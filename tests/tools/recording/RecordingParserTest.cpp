@@ -238,7 +238,7 @@ TEST(RecordingParserTest, TellsWhatIsWrong) {
         {"1 !start now", "nothing may follow this command"},
         {"1 !check begin now", "the line should end here"},
         {"1 !sound loud", "the command needs one of: on, off"},
-        {"1 !pack", "the command needs one of: pain, sexy, halo, lizard"},
+        {"1 !pack Pain", "there is no such pack"},
         {"1 !threshold high", "the threshold is not a number such as 12 or -0.25"},
         {"1 !threshold 1" + std::string(400, '0'), "the threshold is larger than any number"},
         {"1 !clock now", "the jump is not a number such as 12 or -0.25"},

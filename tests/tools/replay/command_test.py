@@ -223,7 +223,7 @@ class CommandTest(unittest.TestCase):
         self.assertEqual(played("--seed=18446744073709551615"), played("--seed=18446744073709551615"))
         self.assertNotEqual(played("--seed=1"), played("--seed=2"))
 
-    def test_bytes_of_a_file_name_that_are_no_utf8_are_replaced(self):
+    def test_bytes_of_a_file_name_that_are_not_utf8_are_replaced(self):
         folder = os.fsencode(self.folder) + b"/audio/sexy"
         os.makedirs(folder)
         for name in (b"\xff.mp3", b"\xe2\x86x\xc0\xaf.mp3", b"\xed\xa0\x80\xf0\x9f.mp3", "é\x7f\x01→\".mp3".encode()):
