@@ -26,7 +26,7 @@ void SlapDetector::process(double x, double y, double z) {
     const calendar::TimePoint now = calendar::now();
     if (calendar::elapsed(lastFire, now) < cooldown) return;
     lastFire = now;
-    if (onSlap) onSlap(score);
+    if (const auto receiver = onSlap) receiver(score); // a copy, which outlives its replacement
 }
 
 } // namespace quiverly

@@ -15,7 +15,7 @@ class SlapDetector {
 public:
     double threshold = 0.12;                      // least score that counts as a slap, in g
     double cooldown = 0.55;                       // least calendar time between two slaps, in seconds
-    std::function<void(double amplitude)> onSlap; // called inside process(), at most once a sample
+    std::function<void(double amplitude)> onSlap; // called inside process(), as its last step; may replace itself
 
     void process(double x, double y, double z); // one sample, in g
 
