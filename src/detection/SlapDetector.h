@@ -20,8 +20,6 @@ public:
     void process(double x, double y, double z); // one sample, in g
 
 private:
-    friend struct Inspector;
-
     double prevMag = 0.0;
     double baseline = 1.0; // running average of the magnitude; a device at rest reads 1 g
     calendar::TimePoint lastFire = calendar::distantPast;

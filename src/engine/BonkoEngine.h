@@ -59,8 +59,6 @@ public:
     void endHardwareCheck();
 
 private:
-    friend struct Inspector;
-
     void restoreSettings();
     void packDidChange();
     void thresholdDidChange();

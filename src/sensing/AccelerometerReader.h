@@ -39,8 +39,6 @@ public:
     const std::optional<std::string>& lastOpenError() const; // of the last start(), for the user's eyes
 
 private:
-    friend struct Inspector;
-
     using RunFlag = std::atomic<bool>;
 
     static constexpr std::int64_t decimationFactor = 8;

@@ -24,12 +24,12 @@ public:
         if (const auto receiver = copy()) (*receiver)(x, y, z);
     }
 
+private:
     std::shared_ptr<const Function> copy() const {
         const std::lock_guard lock(mutex);
         return current;
     }
 
-private:
     mutable std::mutex mutex;
     std::shared_ptr<const Function> current;
 };

@@ -26,8 +26,6 @@ public:
     void playHardwarePreview(double amplitude);
 
 private:
-    friend struct Inspector;
-
     using Path = std::filesystem::path;
 
     const Path& escalatedFile();

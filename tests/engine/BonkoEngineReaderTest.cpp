@@ -84,6 +84,17 @@ TEST_F(BonkoEngineReaderTest, IsRunningIsTakenFromThePhaseAloneEvenIfTheReaderWe
     EXPECT_FALSE(engine->isRunning());
 }
 
+// The squares are added in the order of the axes: with x and z exchanged the sum would be two more.
+TEST_F(BonkoEngineReaderTest, TheDetectorGetsTheAxesInTheirOrder) {
+    reader.deliver(1e8, 1, 1);
+    platform.mainQueue.drain();
+    EXPECT_EQ(engine->lastAmplitude, 1e8);
+    build();
+    reader.deliver(1, 1, 1e8);
+    platform.mainQueue.drain();
+    EXPECT_GT(engine->lastAmplitude, 1e8);
+}
+
 TEST_F(BonkoEngineReaderTest, TheEndOfTheEngineDoesNotStopTheReader) {
     engine->start();
     engine.reset();

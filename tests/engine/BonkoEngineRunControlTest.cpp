@@ -7,6 +7,8 @@
 namespace quiverly {
 namespace {
 
+using namespace std::chrono_literals;
+
 const std::string accessPage = "x-apple.systempreferences:com.apple.preference.security?Privacy_ListenEvent";
 
 class BonkoEngineRunControlTest : public BuiltEngineTest {
@@ -18,7 +20,6 @@ protected:
         Kind::error, "Need Input Monitoring permission (System Settings → Privacy & Security). Code -536870174."};
 
     void refuseSensor() { platform.registry.services.at(1).openResult = hid::notPermitted; }
-    bool readerIsRunning() { return Inspector::reader(*engine).isRunning(); }
 };
 
 // The transitions
@@ -27,7 +28,7 @@ TEST_F(BonkoEngineRunControlTest, FromIdleASuccessfulStartLeadsToListening) {
     engine->start();
     EXPECT_EQ(engine->phase.get(), listening);
     EXPECT_TRUE(engine->isRunning());
-    EXPECT_TRUE(readerIsRunning());
+    EXPECT_TRUE(sensorIsOpen());
     EXPECT_EQ(openedPages, Texts{});
 }
 
@@ -58,13 +59,22 @@ TEST_F(BonkoEngineRunControlTest, FromErrorAFailedStartLeadsToTheNewErrorAndOpen
     EXPECT_EQ(openedPages, (Texts{accessPage, accessPage}));
 }
 
+TEST_F(BonkoEngineRunControlTest, AFailureForTheSameReasonIsAnnouncedAgain) {
+    removeSensor();
+    watchProperties();
+    engine->start();
+    engine->start();
+    EXPECT_EQ(announced, (Texts{"phase", "phase"}));
+}
+
 TEST_F(BonkoEngineRunControlTest, StartWhileListeningChangesNothingAndAnnouncesNothing) {
     engine->start();
     removeSensor();
-    const auto subscription = engine->objectWillChange.subscribe([] { FAIL(); });
+    watchProperties();
     platform.registry.onCall = [](const std::string& call) { FAIL() << call; };
     engine->start();
     EXPECT_EQ(engine->phase.get(), listening);
+    EXPECT_EQ(announced, Texts{});
     platform.registry.onCall = nullptr;
 }
 
@@ -72,7 +82,7 @@ TEST_F(BonkoEngineRunControlTest, StopWhileListeningLeadsToIdle) {
     engine->start();
     engine->stop();
     EXPECT_EQ(engine->phase.get(), idle);
-    EXPECT_FALSE(readerIsRunning());
+    EXPECT_FALSE(sensorIsOpen());
 }
 
 TEST_F(BonkoEngineRunControlTest, StopInErrorLeadsToIdle) {
@@ -99,6 +109,14 @@ TEST_F(BonkoEngineRunControlTest, ThePhaseIsWrittenBeforeThePageIsOpened) {
     EXPECT_EQ(phases, std::vector<Phase>{missing});
 }
 
+TEST_F(BonkoEngineRunControlTest, TheReaderIsStoppedBeforeThePhaseIsWritten) {
+    engine->start();
+    bool open = true;
+    const auto subscription = engine->phase.willChange.subscribe([&] { open = sensorIsOpen(); });
+    engine->stop();
+    EXPECT_FALSE(open);
+}
+
 TEST_F(BonkoEngineRunControlTest, WhereNoPageCanBeNamedTheFailureIsStillReported) {
     platform.workspace.sensorAccessPage.reset();
     removeSensor();
@@ -107,7 +125,7 @@ TEST_F(BonkoEngineRunControlTest, WhereNoPageCanBeNamedTheFailureIsStillReported
     EXPECT_EQ(openedPages, Texts{});
 }
 
-TEST_F(BonkoEngineRunControlTest, WithoutAThreadToGiveTheAccelerometerIsUnavailable) {
+TEST_F(BonkoEngineRunControlTest, WithoutAThreadToSpareTheAccelerometerIsUnavailable) {
     platform.threads.exhausted = true;
     engine->start();
     EXPECT_EQ(engine->phase.get(), (Phase{Kind::error, "Accelerometer unavailable"}));
@@ -116,61 +134,59 @@ TEST_F(BonkoEngineRunControlTest, WithoutAThreadToGiveTheAccelerometerIsUnavaila
     EXPECT_EQ(platform.registry.lentObjects(), 0);
 }
 
-TEST_F(BonkoEngineRunControlTest, StartKeepsCountsSoundAndTheCheck) {
-    slap(0.3);
+TEST_F(BonkoEngineRunControlTest, StartKeepsCountsSoundAndTheCheckWithItsSettlingTime) {
+    listen();
+    slap(0.25);
+    engine->stop();
     removeSensor();
-    engine->beginHardwareCheck([](double) {});
-    const auto settledAt = Inspector::ignoreSlapsUntil(*engine);
+    int testSlaps = 0;
+    engine->beginHardwareCheck([&](double) { ++testSlaps; });
     engine->soundEnabled = true;
     connectSensor();
+    platform.calendar.advance(1s);
     engine->start();
     EXPECT_EQ(engine->slapCount, 1);
-    EXPECT_EQ(engine->lastAmplitude, 0.3);
+    EXPECT_EQ(engine->lastAmplitude, 0.25);
     EXPECT_TRUE(engine->soundEnabled);
-    EXPECT_TRUE(Inspector::onboardingMode(*engine));
-    EXPECT_EQ(Inspector::savedThreshold(*engine), 0.12);
-    EXPECT_EQ(Inspector::ignoreSlapsUntil(*engine), settledAt);
+
+    hit(0.5);
+    platform.mainQueue.drain();
+    EXPECT_EQ(testSlaps, 0); // still settling
+    slap(0.5);               // two seconds after the beginning
+    EXPECT_EQ(testSlaps, 1);
+    engine->endHardwareCheck();
+    expectDetectorThreshold(0.12);
 }
 
 TEST_F(BonkoEngineRunControlTest, StopKeepsCountsSoundAndTheSettlingTime) {
-    engine->start();
-    slap(0.3);
+    listen();
+    slap(0.25);
+    engine->beginHardwareCheck([](double) {});
     engine->soundEnabled = true;
-    const auto settledAt = platform.calendar.now + std::chrono::hours(1);
-    Inspector::ignoreSlapsUntil(*engine) = settledAt;
     engine->stop();
     EXPECT_EQ(engine->slapCount, 1);
-    EXPECT_EQ(engine->lastAmplitude, 0.3);
+    EXPECT_EQ(engine->lastAmplitude, 0.25);
     EXPECT_TRUE(engine->soundEnabled);
-    EXPECT_EQ(Inspector::ignoreSlapsUntil(*engine), settledAt);
+
+    engine->start();
+    EXPECT_FALSE(counts(0.5)); // a second after the check began
+    EXPECT_TRUE(counts(0.5));  // two seconds after
 }
 
 TEST_F(BonkoEngineRunControlTest, StopDuringTheCheckEndsItAndRestoresTheThresholdButLeavesItsPackAndSoundOff) {
     engine->pack = SoundPack::halo;
     engine->soundEnabled = true;
+    listen();
     int testSlaps = 0;
     engine->beginHardwareCheck([&](double) { ++testSlaps; });
     engine->stop();
-
-    EXPECT_FALSE(Inspector::onboardingMode(*engine));
-    EXPECT_EQ(Inspector::savedThreshold(*engine), std::nullopt);
-    EXPECT_EQ(detector().threshold, 0.12);
-    EXPECT_EQ(loadedPack(), SoundPack::sexy);
     EXPECT_FALSE(engine->soundEnabled);
 
-    platform.calendar.advance(std::chrono::seconds(2));
-    slap(0.5);
+    engine->start();
+    platform.calendar.advance(2s);
+    expectDetectorThreshold(0.12);
+    EXPECT_EQ(packThatAnswers(), "sexy");
     EXPECT_EQ(testSlaps, 0);
-    EXPECT_EQ(engine->slapCount, 1);
-}
-
-TEST_F(BonkoEngineRunControlTest, ThePhaseIsIdleBeforeTheCheckIsCleared) {
-    engine->beginHardwareCheck([](double) {});
-    bool checkAtAnnouncement = false;
-    const auto subscription = engine->objectWillChange.subscribe(
-        [&] { checkAtAnnouncement = Inspector::onboardingMode(*engine) && !readerIsRunning(); });
-    engine->stop();
-    EXPECT_TRUE(checkAtAnnouncement);
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include <chrono>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "support/BuiltEngineTest.h"
@@ -12,9 +11,8 @@ class BonkoEngineSettingsTest : public BuiltEngineTest {
 protected:
     // Builds the engine anew on what the store holds.
     void rebuild() {
-        engine.reset();
         writtenKeys.clear();
-        build();
+        BuiltEngineTest::rebuild();
     }
 
     void storePack(const defaults::Object& object) { platform.defaults.values["bonko.pack"] = object; }
@@ -38,13 +36,14 @@ TEST_F(BonkoEngineSettingsTest, EachStoredPackIsRestoredLoadedAndWrittenBack) {
         storePack(pack.rawValue());
         rebuild();
         EXPECT_EQ(engine->pack, pack);
-        EXPECT_EQ(loadedPack(), pack);
         EXPECT_EQ(writtenKeys, Texts{"bonko.pack"});
         EXPECT_EQ(storedPack(), pack.rawValue());
+        listen();
+        EXPECT_EQ(packThatAnswers(), pack.folder());
     }
 }
 
-TEST_F(BonkoEngineSettingsTest, ATextThatIsNoRawValueLeavesSexyAndIsNotRewritten) {
+TEST_F(BonkoEngineSettingsTest, ATextThatIsNotARawValueLeavesSexyAndIsNotRewritten) {
     for (const std::string text : {"Halo", "LIZARD", "", " pain", "tiger"}) {
         storePack(text);
         rebuild();
@@ -54,7 +53,7 @@ TEST_F(BonkoEngineSettingsTest, ATextThatIsNoRawValueLeavesSexyAndIsNotRewritten
     }
 }
 
-TEST_F(BonkoEngineSettingsTest, APackThatIsNoTextLeavesSexy) {
+TEST_F(BonkoEngineSettingsTest, APackThatIsNotATextLeavesSexy) {
     for (const auto& object : {defaults::Object(1.0), defaults::Object(defaults::OtherObject())}) {
         storePack(object);
         rebuild();
@@ -68,18 +67,35 @@ TEST_F(BonkoEngineSettingsTest, AStoredNumberIsTheThresholdWhateverItsSize) {
         storeThreshold(number);
         rebuild();
         EXPECT_EQ(engine->threshold, number);
-        EXPECT_EQ(detector().threshold, number);
         EXPECT_EQ(writtenKeys, Texts{"bonko.threshold"});
         EXPECT_EQ(storedThreshold(), number);
     }
+}
+
+TEST_F(BonkoEngineSettingsTest, TheDetectorGetsTheStoredThreshold) {
+    storeThreshold(0.3);
+    rebuild();
+    listen();
+    expectDetectorThreshold(0.3);
+
+    storeThreshold(-1.0);
+    rebuild();
+    listen();
+    EXPECT_TRUE(counts(0.0));
+
+    storeThreshold(1e300);
+    rebuild();
+    listen();
+    EXPECT_FALSE(counts(20.0));
 }
 
 TEST_F(BonkoEngineSettingsTest, AThresholdStoredAsTextLeavesTheDefaultAndIsNotRewritten) {
     storeThreshold("0.2");
     rebuild();
     EXPECT_EQ(engine->threshold, 0.12);
-    EXPECT_EQ(detector().threshold, 0.12);
     EXPECT_EQ(writtenKeys, Texts{});
+    listen();
+    expectDetectorThreshold(0.12);
 }
 
 TEST_F(BonkoEngineSettingsTest, AThresholdOfAnotherTypeLeavesTheDefault) {
@@ -107,26 +123,33 @@ TEST_F(BonkoEngineSettingsTest, NextTimeTheEngineFindsWhatWasChosen) {
 
 TEST_F(BonkoEngineSettingsTest, ChangingThePackLoadsAndStoresIt) {
     engine->pack = SoundPack::pain;
-    EXPECT_EQ(loadedPack(), SoundPack::pain);
     EXPECT_EQ(storedPack(), "pain");
+    listen();
+    EXPECT_EQ(packThatAnswers(), "pain");
 }
 
 TEST_F(BonkoEngineSettingsTest, AssigningTheCurrentPackAgainReloadsThePlayerAndRewritesTheSameKey) {
+    listen();
+    engine->soundEnabled = true;
+    addClip(SoundPack::sexy, "0.mp3");
+    slap(0.5);
+    EXPECT_EQ(takePlayed(), Texts{"sexy/1.mp3"});
     engine->pack = SoundPack::sexy;
-    addClip(SoundPack::sexy, "29.mp3");
-    EXPECT_EQ(loadedClips(), 3U);
+    platform.calendar.advance(std::chrono::minutes(5));
+    slap(0.5);
+    EXPECT_EQ(takePlayed(), Texts{"sexy/0.mp3"});
     engine->pack = SoundPack::sexy;
-    EXPECT_EQ(loadedClips(), 4U);
     EXPECT_EQ(writtenKeys, (Texts{"bonko.pack", "bonko.pack"}));
 }
 
 TEST_F(BonkoEngineSettingsTest, MovingTheSliderWritesTheThresholdOnEveryChangeAndTheDetectorUsesItAtOnce) {
-    int moves = 0;
+    listen();
+    std::size_t moves = 0;
     for (const double threshold : {0.13, 0.2, 0.2, 0.05}) {
         engine->threshold = threshold;
-        EXPECT_EQ(detector().threshold, threshold);
         EXPECT_EQ(storedThreshold(), threshold);
-        EXPECT_EQ(writtenKeys.size(), static_cast<std::size_t>(++moves));
+        EXPECT_EQ(writtenKeys.size(), ++moves);
+        expectDetectorThreshold(threshold);
     }
 }
 
@@ -150,7 +173,6 @@ TEST_F(BonkoEngineSettingsTest, ObserversAreToldBeforeTheValueChangesAndTheEffec
     const auto subscription = engine->objectWillChange.subscribe([&] {
         EXPECT_TRUE(writtenKeys.empty());
         EXPECT_EQ(engine->threshold, 0.12);
-        EXPECT_EQ(detector().threshold, 0.12);
     });
     engine->threshold = 0.2;
     EXPECT_EQ(announced, Texts{"threshold"});
@@ -159,22 +181,26 @@ TEST_F(BonkoEngineSettingsTest, ObserversAreToldBeforeTheValueChangesAndTheEffec
 }
 
 TEST_F(BonkoEngineSettingsTest, WhatIsStoredHasTakenEffectAlready) {
-    std::vector<std::pair<SoundPack, double>> inEffect;
-    platform.defaults.onWrite = [&](const std::string&, const defaults::Object&) {
-        inEffect.emplace_back(loadedPack(), detector().threshold);
+    listen();
+    Texts answers;
+    platform.defaults.onWrite = [&](const std::string& key, const defaults::Object&) {
+        answers.push_back(key + ' ' + packThatAnswers());
     };
     engine->pack = SoundPack::halo;
-    engine->threshold = 0.2;
-    EXPECT_EQ(inEffect, (std::vector<std::pair<SoundPack, double>>{{SoundPack::halo, 0.12}, {SoundPack::halo, 0.2}}));
+    engine->threshold = 0.6;
+    EXPECT_EQ(answers, (Texts{"bonko.pack halo", "bonko.threshold silence"}));
 }
 
 TEST_F(BonkoEngineSettingsTest, NothingElseIsEverStored) {
     engine->soundEnabled = true;
-    engine->start();
+    listen();
     engine->beginHardwareCheck([](double) {});
+    slap(0.5);
+    slap(0.5);
     engine->endHardwareCheck();
     slap(0.5);
     engine->stop();
+    EXPECT_EQ(engine->slapCount, 2);
     EXPECT_EQ(writtenKeys, Texts{});
 }
 

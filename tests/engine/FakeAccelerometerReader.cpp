@@ -9,8 +9,13 @@ FakeReader& FakeReader::current() {
     return instance;
 }
 
+void FakeReader::deliver(double x, double y, double z) const {
+    reader->onSample(x, y, z);
+}
+
 AccelerometerReader::AccelerometerReader() {
     FakeReader::current() = {};
+    FakeReader::current().reader = this;
 }
 
 AccelerometerReader::~AccelerometerReader() = default;

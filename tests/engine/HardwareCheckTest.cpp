@@ -1,4 +1,6 @@
 #include <chrono>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "support/BuiltEngineTest.h"
@@ -8,8 +10,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
+// The check on an engine that listens already, and whose detector has seen its first sample.
 class HardwareCheckTest : public BuiltEngineTest {
 protected:
+    HardwareCheckTest() { listen(); }
+
     void begin() {
         engine->beginHardwareCheck([this](double amplitude) { testSlaps.push_back(amplitude); });
     }
@@ -20,78 +25,137 @@ protected:
         platform.calendar.advance(2s);
     }
 
+    // Hits without letting time pass, and handles the slap.
+    void hitNow(double amplitude) {
+        hit(amplitude);
+        platform.mainQueue.drain();
+    }
+
+    // One sample, from eight reports with these axes in 1/65536 g.
+    void feelRaw(std::int32_t x, std::int32_t y, std::int32_t z) {
+        for (int count = 0; count < 8; ++count) {
+            ASSERT_TRUE(platform.registry.deliver(rawSensorReport(x, y, z)));
+        }
+    }
+
     std::vector<double> testSlaps;
 };
 
 using Amplitudes = std::vector<double>;
 
-TEST_F(HardwareCheckTest, BeginningTurnsSoundOffRaisesTheThresholdLoadsSexyAndStarts) {
+// Beginning
+
+TEST_F(HardwareCheckTest, BeginningTurnsSoundOffThenStarts) {
+    engine->stop();
     engine->soundEnabled = true;
     engine->pack = SoundPack::halo;
+    watchProperties();
     begin();
+    EXPECT_EQ(announced, (Texts{"soundEnabled", "phase"}));
     EXPECT_FALSE(engine->soundEnabled);
-    EXPECT_TRUE(Inspector::onboardingMode(*engine));
-    EXPECT_EQ(Inspector::ignoreSlapsUntil(*engine), platform.calendar.now + 2s);
-    EXPECT_EQ(Inspector::savedThreshold(*engine), 0.12);
-    EXPECT_EQ(detector().threshold, 0.22);
-    EXPECT_EQ(loadedPack(), SoundPack::sexy);
     EXPECT_EQ(engine->pack, SoundPack::halo);
     EXPECT_TRUE(engine->isRunning());
 }
 
-TEST_F(HardwareCheckTest, SoundGoesOffBeforeTheCheckIsOnAndAllIsReadyBeforeTheStart) {
-    watchProperties();
-    const auto subscription = engine->objectWillChange.subscribe([&] {
-        const bool starting = announced.back() == "phase";
-        EXPECT_EQ(Inspector::onboardingMode(*engine), starting);
-        EXPECT_EQ(detector().threshold, starting ? 0.22 : 0.12);
-        EXPECT_EQ(loadedPack(), starting ? SoundPack::sexy : SoundPack::halo);
-    });
-    soundPlayer().load(SoundPack::halo);
-    platform.registry.onCall = [&](const std::string&) { EXPECT_EQ(detector().threshold, 0.22); };
-    begin();
-    platform.registry.onCall = nullptr;
-    EXPECT_EQ(announced, (Texts{"soundEnabled", "phase"}));
-}
-
-TEST_F(HardwareCheckTest, TheVeryFirstSampleInsideTheSettlingTimeIsDropped) {
-    begin();
-    feelSample(1.0);
-    platform.mainQueue.drain();
-    EXPECT_EQ(Inspector::lastFire(detector()), platform.calendar.now); // the detector has fired
-    EXPECT_EQ(engine->slapCount, 0);
-    EXPECT_EQ(testSlaps, Amplitudes{});
-}
-
 TEST_F(HardwareCheckTest, BeginningWhileListeningDoesNotStartAgain) {
-    engine->start();
     platform.registry.onCall = [](const std::string& call) { FAIL() << call; };
     begin();
     EXPECT_TRUE(engine->isRunning());
     platform.registry.onCall = nullptr;
 }
 
-TEST_F(HardwareCheckTest, ASlapHandledLessThanTwoSecondsAfterTheBeginningIsDroppedAndOneAtTwoSecondsIsNot) {
+// The settling time
+
+TEST_F(HardwareCheckTest, TheVeryFirstSampleInsideTheSettlingTimeIsDropped) {
+    rebuild();
     begin();
-    platform.calendar.advance(2s - 1ns);
-    slap(1.0);
+    feelSample(1.0);
+    platform.mainQueue.drain();
+    platform.calendar.advance(2s);
+    feelSample(1.0);
+    platform.mainQueue.drain();
     EXPECT_EQ(engine->slapCount, 0);
     EXPECT_EQ(testSlaps, Amplitudes{});
-
-    platform.calendar.advance(1ns);
-    slap(1.0);
-    EXPECT_EQ(engine->slapCount, 1);
-    EXPECT_EQ(testSlaps, Amplitudes{1.0});
 }
 
-TEST_F(HardwareCheckTest, AnAmplitudeOfExactlyPointOneEightIsAcceptedAndPointOneSevenNineNineDropped) {
-    beginSettled();
-    slap(0.1799);
+TEST_F(HardwareCheckTest, ASlapHandledLessThanTwoSecondsAfterTheBeginningIsDroppedAndNotAnnounced) {
+    begin();
+    watchProperties();
+    platform.calendar.advance(2s - 1ns);
+    hitNow(0.5);
     EXPECT_EQ(engine->slapCount, 0);
     EXPECT_EQ(engine->lastAmplitude, 0.0);
-    slap(0.18);
+    EXPECT_EQ(testSlaps, Amplitudes{});
+    EXPECT_EQ(announced, Texts{});
+}
+
+TEST_F(HardwareCheckTest, ASlapHandledTwoSecondsAfterTheBeginningIsAccepted) {
+    begin();
+    platform.calendar.advance(2s);
+    hitNow(0.5);
     EXPECT_EQ(engine->slapCount, 1);
-    EXPECT_EQ(engine->lastAmplitude, 0.18);
+    EXPECT_EQ(testSlaps, Amplitudes{0.5});
+}
+
+TEST_F(HardwareCheckTest, TheMomentAtWhichASlapIsHandledCountsNotThatOfItsDetection) {
+    begin();
+    hit(0.5);
+    ASSERT_TRUE(platform.mainQueue.runTurn()); // detected
+    platform.calendar.advance(2s);
+    platform.mainQueue.drain();
+    EXPECT_EQ(testSlaps, Amplitudes{0.5});
+
+    platform.calendar.advance(1s);
+    hit(0.25);
+    ASSERT_TRUE(platform.mainQueue.runTurn()); // detected
+    begin();
+    platform.mainQueue.drain();
+    EXPECT_EQ(testSlaps, Amplitudes{0.5});
+}
+
+TEST_F(HardwareCheckTest, AClockThatIsSetBackBeforeASecondBeginningDoesNotProlongTheSettlingTime) {
+    begin();
+    platform.calendar.advance(-1h);
+    begin();
+    platform.calendar.advance(2s);
+    hitNow(0.5);
+    EXPECT_EQ(testSlaps, Amplitudes{0.5});
+}
+
+TEST_F(HardwareCheckTest, EndingWithinTheTwoSecondsKeepsDroppingOrdinarySlapsUntilTheyHavePassed) {
+    begin();
+    platform.calendar.advance(1s);
+    engine->endHardwareCheck();
+    hitNow(0.5);
+    EXPECT_EQ(engine->slapCount, 0);
+    platform.calendar.advance(1s);
+    hitNow(0.125); // no firmer slap is asked for any more
+    EXPECT_EQ(engine->slapCount, 1);
+}
+
+// Which slaps are accepted, and what is done with them
+
+TEST_F(HardwareCheckTest, AnAmplitudeOfLessThanPointOneEightIsDropped) {
+    beginSettled();
+    engine->threshold = 0.1;
+    slap(11796.0 / 65536); // 0.17999
+    EXPECT_EQ(engine->slapCount, 0);
+    EXPECT_EQ(engine->lastAmplitude, 0.0);
+    slap(11797.0 / 65536); // 0.18001
+    EXPECT_EQ(engine->slapCount, 1);
+    EXPECT_EQ(engine->lastAmplitude, 11797.0 / 65536);
+}
+
+// No hit straight up scores 0.18 to the bit, but the step between these two accelerations does.
+TEST_F(HardwareCheckTest, AnAmplitudeOfExactlyPointOneEightIsAccepted) {
+    begin();
+    engine->threshold = 0.1;
+    for (int count = 0; count < 100; ++count) feelRaw(30742, 0, 764); // until the baseline is near
+    platform.mainQueue.drain();
+    platform.calendar.advance(2s);
+    feelRaw(41145, 0, 10836);
+    platform.mainQueue.drain();
+    EXPECT_EQ(testSlaps, Amplitudes{0.18});
 }
 
 TEST_F(HardwareCheckTest, AnAcceptedSlapPlaysThePreviewThoughSoundIsOffThenCallsTheHandler) {
@@ -111,55 +175,12 @@ TEST_F(HardwareCheckTest, AnAcceptedSlapPlaysThePreviewThoughSoundIsOffThenCalls
 
 TEST_F(HardwareCheckTest, EveryFurtherAcceptedSlapCallsTheHandlerUntilTheCheckEnds) {
     beginSettled();
-    slap(0.3);
-    slap(0.4);
-    engine->endHardwareCheck();
+    slap(0.25);
     slap(0.5);
-    EXPECT_EQ(testSlaps, (Amplitudes{0.3, 0.4}));
+    engine->endHardwareCheck();
+    slap(0.75);
+    EXPECT_EQ(testSlaps, (Amplitudes{0.25, 0.5}));
     EXPECT_EQ(engine->slapCount, 3);
-}
-
-TEST_F(HardwareCheckTest, AThresholdOfPointOneTwoBecomesPointTwoTwoAndComesBackAtTheEnd) {
-    begin();
-    EXPECT_EQ(detector().threshold, 0.22);
-    engine->endHardwareCheck();
-    EXPECT_EQ(detector().threshold, 0.12);
-    EXPECT_EQ(Inspector::savedThreshold(*engine), std::nullopt);
-}
-
-TEST_F(HardwareCheckTest, AThresholdOfPointThreeStaysThroughout) {
-    engine->threshold = 0.3;
-    begin();
-    EXPECT_EQ(detector().threshold, 0.3);
-    engine->endHardwareCheck();
-    EXPECT_EQ(detector().threshold, 0.3);
-}
-
-TEST_F(HardwareCheckTest, AThresholdAssignedDuringTheCheckCountsAtOnceAndTheEndPutsTheSavedOneBack) {
-    begin();
-    engine->threshold = 0.15;
-    EXPECT_EQ(detector().threshold, 0.15);
-    engine->endHardwareCheck();
-    EXPECT_EQ(detector().threshold, 0.12);
-    EXPECT_EQ(engine->threshold, 0.15); // they disagree until the next assignment
-    engine->threshold = 0.15;
-    EXPECT_EQ(detector().threshold, 0.15);
-}
-
-TEST_F(HardwareCheckTest, TheDetectorsThresholdIsSavedNotTheEngines) {
-    detector().threshold = 0.05;
-    begin();
-    engine->endHardwareCheck();
-    EXPECT_EQ(detector().threshold, 0.05);
-}
-
-TEST_F(HardwareCheckTest, BeginningTwiceSavesTheRaisedThresholdSoThatTheEndLeavesItRaised) {
-    begin();
-    begin();
-    EXPECT_EQ(Inspector::savedThreshold(*engine), 0.22);
-    engine->endHardwareCheck();
-    EXPECT_EQ(detector().threshold, 0.22);
-    EXPECT_EQ(engine->threshold, 0.12);
 }
 
 TEST_F(HardwareCheckTest, BeginningAgainReplacesTheHandlerAndSettlesAgain) {
@@ -168,92 +189,182 @@ TEST_F(HardwareCheckTest, BeginningAgainReplacesTheHandlerAndSettlesAgain) {
     engine->beginHardwareCheck([&](double) { ++others; });
     slap(0.5);
     EXPECT_EQ(engine->slapCount, 0);
-    platform.calendar.advance(2s);
+    platform.calendar.advance(1s);
     slap(0.5);
     EXPECT_EQ(others, 1);
     EXPECT_EQ(testSlaps, Amplitudes{});
 }
 
-TEST_F(HardwareCheckTest, EndingWithinTheTwoSecondsKeepsDroppingOrdinarySlapsUntilTheyHavePassed) {
-    begin();
-    platform.calendar.advance(1s);
+// The detector's threshold
+
+TEST_F(HardwareCheckTest, AThresholdOfPointOneTwoBecomesPointTwoTwoAndComesBackAtTheEnd) {
+    beginSettled();
+    expectDetectorThreshold(0.22);
     engine->endHardwareCheck();
-    slap(0.5);
-    EXPECT_EQ(engine->slapCount, 0);
-    platform.calendar.advance(1s);
-    slap(0.1); // no firmer slap is asked for any more
-    EXPECT_EQ(engine->slapCount, 1);
+    expectDetectorThreshold(0.12);
 }
 
-TEST_F(HardwareCheckTest, ACheckBegunWithoutTheSensorStaysOnInErrorUntilItEnds) {
-    removeSensor();
-    begin();
-    EXPECT_EQ(engine->phase.get().kind, Kind::error);
-    EXPECT_EQ(openedPages.size(), 1U);
-    EXPECT_TRUE(Inspector::onboardingMode(*engine));
-    EXPECT_EQ(detector().threshold, 0.22);
-
+TEST_F(HardwareCheckTest, AThresholdOfPointThreeStaysThroughout) {
+    engine->threshold = 0.3;
+    beginSettled();
+    expectDetectorThreshold(0.3);
     engine->endHardwareCheck();
-    EXPECT_FALSE(Inspector::onboardingMode(*engine));
-    EXPECT_EQ(detector().threshold, 0.12);
-    EXPECT_EQ(engine->phase.get().kind, Kind::error);
+    expectDetectorThreshold(0.3);
 }
 
-TEST_F(HardwareCheckTest, ACheckBegunWithoutTheSensorStaysOnInErrorUntilStop) {
-    removeSensor();
+TEST_F(HardwareCheckTest, AThresholdAssignedDuringTheCheckCountsAtOnceAndTheEndPutsTheSavedOneBack) {
+    beginSettled();
+    engine->threshold = 0.4;
+    expectDetectorThreshold(0.4);
+    engine->endHardwareCheck();
+    expectDetectorThreshold(0.12);
+    EXPECT_EQ(engine->threshold, 0.4); // they disagree until the next assignment
+    engine->threshold = 0.4;
+    expectDetectorThreshold(0.4);
+}
+
+TEST_F(HardwareCheckTest, TheCheckGoesByTheEnginesThresholdAndItsEndPutsTheDetectorsBack) {
+    beginSettled();
+    engine->threshold = 0.4;
+    engine->endHardwareCheck(); // the engine's is 0.4 now, the detector's 0.12
+    beginSettled();
+    expectDetectorThreshold(0.4);
+    engine->endHardwareCheck();
+    expectDetectorThreshold(0.12);
+
+    engine->threshold = 0.4;
     begin();
+    engine->threshold = 0.12;
+    engine->endHardwareCheck(); // the engine's is 0.12 now, the detector's 0.4
+    beginSettled();
+    expectDetectorThreshold(0.22);
+    engine->endHardwareCheck();
+    expectDetectorThreshold(0.4);
+}
+
+TEST_F(HardwareCheckTest, BeginningTwiceSavesTheRaisedThresholdSoThatTheEndLeavesItRaised) {
+    begin();
+    beginSettled();
+    engine->endHardwareCheck();
+    expectDetectorThreshold(0.22);
+    EXPECT_EQ(engine->threshold, 0.12);
+}
+
+TEST_F(HardwareCheckTest, AThresholdIsPutBackOnce) {
+    begin();
+    engine->endHardwareCheck();
+    engine->threshold = 0.4;
+    engine->endHardwareCheck();
     engine->stop();
-    EXPECT_FALSE(Inspector::onboardingMode(*engine));
-    EXPECT_EQ(detector().threshold, 0.12);
-    EXPECT_EQ(engine->phase.get().kind, Kind::idle);
+    engine->start();
+    platform.calendar.advance(2s);
+    expectDetectorThreshold(0.4);
 }
+
+// The pack
 
 TEST_F(HardwareCheckTest, AfterTheEndThePlayerIsBackOnTheEnginesPack) {
     engine->pack = SoundPack::halo;
-    begin();
-    EXPECT_EQ(loadedPack(), SoundPack::sexy);
+    beginSettled();
     engine->endHardwareCheck();
-    EXPECT_EQ(loadedPack(), SoundPack::halo);
-    EXPECT_EQ(loadedClips(), 2U);
+    EXPECT_EQ(packThatAnswers(), "halo");
 }
 
 TEST_F(HardwareCheckTest, AfterAStopDuringTheCheckThePlayerIsStillOnSexy) {
     engine->pack = SoundPack::halo;
     beginSettled();
-    slap(0.5);
     engine->stop();
-    EXPECT_EQ(loadedPack(), SoundPack::sexy);
+    engine->start();
+    EXPECT_EQ(packThatAnswers(), "sexy");
 }
 
-TEST_F(HardwareCheckTest, EndingStopsNothingAndTouchesNeitherPhaseNorSettlingTimeNorSound) {
+TEST_F(HardwareCheckTest, AfterATestSlapAndAStopThePlayerIsStillOnSexy) {
+    engine->pack = SoundPack::halo;
+    beginSettled();
+    slap(0.5);
+    ASSERT_EQ(testSlaps, Amplitudes{0.5});
+    engine->stop();
+    engine->start();
+    EXPECT_EQ(packThatAnswers(), "sexy");
+}
+
+// Ending
+
+TEST_F(HardwareCheckTest, EndingStopsNothingAndAnnouncesNothing) {
     begin();
-    const auto settledAt = Inspector::ignoreSlapsUntil(*engine);
     engine->soundEnabled = true;
-    const auto subscription = engine->objectWillChange.subscribe([] { FAIL(); });
+    watchProperties();
     engine->endHardwareCheck();
+    EXPECT_EQ(announced, Texts{});
     EXPECT_TRUE(engine->isRunning());
-    EXPECT_TRUE(platform.registry.deviceIsOpen());
-    EXPECT_EQ(Inspector::ignoreSlapsUntil(*engine), settledAt);
+    EXPECT_TRUE(sensorIsOpen());
     EXPECT_TRUE(engine->soundEnabled);
 }
 
 TEST_F(HardwareCheckTest, EndingWithoutACheckReloadsThePackAndLeavesTheThreshold) {
-    detector().threshold = 0.5;
-    addClip(SoundPack::sexy, "3.mp3");
+    engine->threshold = 0.4;
+    engine->soundEnabled = true;
+    addClip(SoundPack::sexy, "0.mp3");
     engine->endHardwareCheck();
-    EXPECT_EQ(loadedClips(), 4U);
-    EXPECT_EQ(detector().threshold, 0.5);
+    slap(0.5);
+    EXPECT_EQ(takePlayed(), Texts{"sexy/0.mp3"});
+    expectDetectorThreshold(0.4);
 }
 
+TEST_F(HardwareCheckTest, ACheckBegunWithoutTheSensorStaysOnInErrorUntilItEnds) {
+    engine->stop();
+    removeSensor();
+    begin();
+    EXPECT_EQ(engine->phase.get().kind, Kind::error);
+    EXPECT_EQ(openedPages.size(), 1U);
+
+    connectSensor();
+    engine->start();
+    platform.calendar.advance(2s);
+    slap(0.5);
+    EXPECT_EQ(testSlaps, Amplitudes{0.5});
+    engine->stop();
+    removeSensor();
+    begin();
+    engine->endHardwareCheck();
+    EXPECT_EQ(engine->phase.get().kind, Kind::error);
+
+    connectSensor();
+    engine->start();
+    platform.calendar.advance(2s);
+    expectDetectorThreshold(0.12);
+    EXPECT_EQ(testSlaps, Amplitudes{0.5});
+}
+
+TEST_F(HardwareCheckTest, ACheckBegunWithoutTheSensorStaysOnInErrorUntilStop) {
+    engine->stop();
+    removeSensor();
+    begin();
+    engine->stop();
+    EXPECT_EQ(engine->phase.get().kind, Kind::idle);
+
+    connectSensor();
+    engine->start();
+    platform.calendar.advance(2s);
+    expectDetectorThreshold(0.12);
+    EXPECT_EQ(testSlaps, Amplitudes{});
+}
+
+// The handler
+
 TEST_F(HardwareCheckTest, TheHandlerMayEndTheCheckFromInsideItsOwnCall) {
-    engine->beginHardwareCheck([this, mark = std::vector<int>(100, 7)](double amplitude) {
-        engine->endHardwareCheck();
+    auto held = std::make_shared<int>(1);
+    const std::weak_ptr<int> handlerLives = held;
+    engine->beginHardwareCheck([&, held = std::move(held)](double amplitude) {
+        const auto& lives = handlerLives; // what is read after the end must not stand in the handler
         testSlaps.push_back(amplitude);
-        EXPECT_EQ(mark, std::vector<int>(100, 7)); // the handler outlives its own end
+        engine->endHardwareCheck();
+        EXPECT_FALSE(lives.expired());
     });
     platform.calendar.advance(2s);
     slap(0.5);
-    slap(0.6);
+    EXPECT_TRUE(handlerLives.expired());
+    slap(0.75);
     EXPECT_EQ(testSlaps, Amplitudes{0.5});
     EXPECT_EQ(engine->slapCount, 2);
 }
@@ -263,19 +374,23 @@ TEST_F(HardwareCheckTest, TheHandlerMayBeginAnotherCheckFromInsideItsOwnCall) {
     platform.calendar.advance(2s);
     slap(0.5);
     platform.calendar.advance(2s);
-    slap(0.6);
-    EXPECT_EQ(testSlaps, Amplitudes{0.6});
+    slap(0.75);
+    EXPECT_EQ(testSlaps, Amplitudes{0.75});
 }
 
 TEST_F(HardwareCheckTest, TheHandlerMayDestroyTheEngineFromInsideItsOwnCall) {
-    engine->beginHardwareCheck([this, mark = std::vector<int>(100, 7)](double amplitude) {
-        engine.reset();
+    auto held = std::make_shared<int>(1);
+    const std::weak_ptr<int> handlerLives = held;
+    engine->beginHardwareCheck([&, held = std::move(held)](double amplitude) {
+        const auto& lives = handlerLives; // what is read after the end must not stand in the handler
         testSlaps.push_back(amplitude);
-        EXPECT_EQ(mark, std::vector<int>(100, 7));
+        engine.reset();
+        EXPECT_FALSE(lives.expired());
     });
     platform.calendar.advance(2s);
     slap(0.5);
     EXPECT_EQ(testSlaps, Amplitudes{0.5});
+    EXPECT_TRUE(handlerLives.expired());
     EXPECT_FALSE(platform.registry.deviceIsOpen());
 }
 

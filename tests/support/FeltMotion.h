@@ -2,11 +2,9 @@
 
 #include <chrono>
 #include <cstdint>
-#include <iterator>
 #include <vector>
 
 #include "detection/SlapDetector.h"
-#include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 #include "sensing/AccelerometerReader.h"
 #include "tools/simulate/InputReport.h"
@@ -18,6 +16,8 @@ namespace quiverly {
 class FeltMotion {
 public:
     explicit FeltMotion(std::uint64_t seed = 0) : motion(seed) {
+        platform.registry.connectAccelerometer();
+        reader.start();
         detector.onSlap = [this](double amplitude) { slaps.push_back(amplitude); };
         reader.onSample = [this](double x, double y, double z) {
             ++samples;
@@ -28,8 +28,7 @@ public:
     void feel(int reports) {
         for (int count = 0; count < reports; ++count) {
             platform.calendar.advance(std::chrono::milliseconds(1));
-            const InputReport report = inputReport(motion.next(), ++number);
-            Inspector::handleReport(reader, report.data(), std::ssize(report));
+            platform.registry.deliver(inputReport(motion.next(), ++number));
         }
     }
 

@@ -5,7 +5,6 @@
 #include <optional>
 #include <vector>
 
-#include "engine/Inspector.h"
 #include "platform/virtual/VirtualPlatform.h"
 #include "platform/virtual/sensor_report.h"
 #include "sensing/AccelerometerReader.h"
@@ -186,14 +185,21 @@ TEST_F(HidTest, TheSensorThreadWaitsInTheDefaultModeUntilAReportCameOrAQuarterOf
 
 TEST_F(HidTest, AReportAfterUnschedulingIsDropped) {
     platform.registry.connectAccelerometer();
+    int samples = 0;
     AccelerometerReader reader;
+    reader.onSample = [&](double, double, double) { ++samples; };
     ASSERT_TRUE(reader.start());
     EXPECT_TRUE(platform.registry.deliver(sensorReport(0, 0, 1.0)));
     apple.delayedReport = sensorReport(0, 0, 1.0);
     reader.stop();
     platform.threads.turn();
     EXPECT_FALSE(platform.registry.deviceIsOpen());
-    EXPECT_EQ(Inspector::decimationCounter(reader), 1);
+
+    ASSERT_TRUE(reader.start());
+    for (int number = 2; number <= 7; ++number) EXPECT_TRUE(platform.registry.deliver(sensorReport(0, 0, 1.0)));
+    EXPECT_EQ(samples, 0);
+    EXPECT_TRUE(platform.registry.deliver(sensorReport(0, 0, 1.0))); // the eighth that counts
+    EXPECT_EQ(samples, 1);
 }
 
 TEST_F(HidTest, PermissionRefusedAtFirstAndGrantedLaterLetsTheReaderStart) {
