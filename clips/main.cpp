@@ -1,6 +1,7 @@
 // quiverly-clips: makes the clips and the contact sheets that show them.
 
 #include <cstdio>
+#include <exception>
 #include <span>
 #include <string>
 
@@ -18,7 +19,7 @@ ExitStatus fail(const std::string& reason) {
     return failed;
 }
 
-ExitStatus make(const std::string& folder) {
+ExitStatus makeClips(const std::string& folder) {
     const auto made = makeAllClips(folder);
     return made ? success : fail(made.error());
 }
@@ -33,15 +34,12 @@ ExitStatus drawSheets(int argc, char** argv, const std::string& audio, const std
                : fail("standard output could not be written");
 }
 
-} // namespace
-} // namespace quiverly::clips
-
-int main(int argc, char** argv) {
+ExitStatus run(int argc, char** argv) {
     std::string folder;
     std::string audio;
-    quiverly::CommandLine line("quiverly-clips", "Makes the clips, and the contact sheets that show them.",
-                               "Exit status: 0 when all is done, 1 when a file could not be read or written or a clip\n"
-                               "could not be made, 2 when the arguments cannot be used.");
+    CommandLine line("quiverly-clips", "Makes the clips, and the contact sheets that show them.",
+                     "Exit status: 0 when all is done, 1 when a file could not be read or written or a clip could\n"
+                     "not be made, 2 when the arguments cannot be used.");
     line.require_subcommand(1);
     CLI::App* const make = line.add_subcommand("make", "make every clip, as FOLDER/<pack>/<number>.mp3");
     make->add_option("FOLDER", folder, "where the clips go")->required()->type_name("");
@@ -53,5 +51,16 @@ int main(int argc, char** argv) {
 
     const auto read = line.read(std::span(argv, static_cast<std::size_t>(argc)).subspan(1));
     if (!read) return read.error().print();
-    return make->parsed() ? quiverly::clips::make(folder) : quiverly::clips::drawSheets(argc, argv, audio, folder);
+    return make->parsed() ? makeClips(folder) : drawSheets(argc, argv, audio, folder);
+}
+
+} // namespace
+} // namespace quiverly::clips
+
+int main(int argc, char** argv) {
+    try {
+        return quiverly::clips::run(argc, argv);
+    } catch (const std::exception& failure) {
+        return quiverly::clips::fail(failure.what());
+    }
 }

@@ -92,8 +92,9 @@ tl::expected<QImage, std::string> contactSheet(const PackRecipe& recipe, const s
         const auto sound = readMp3(audio / recipe.fileOf(clip));
         if (!sound) return tl::unexpected(sound.error());
         painter.resetTransform();
-        painter.translate(margin + index % sheetColumns * (cellWidth + margin),
-                          margin + index / sheetColumns * (cellHeight + margin));
+        const int row = index / sheetColumns;
+        const int column = index % sheetColumns;
+        painter.translate(margin + column * (cellWidth + margin), margin + row * (cellHeight + margin));
         drawCell(painter, index + 1, QString::fromStdString(recipe.clips[clip].title), *sound);
     }
     painter.end();
@@ -110,9 +111,8 @@ tl::expected<std::string, std::string> writeContactSheets(const std::filesystem:
         if (!sheet->save(QString::fromStdString((folder / name).string()), "PNG", 0)) {
             return tl::unexpected((folder / name).string() + ": The picture cannot be written.");
         }
-        const std::string title = recipe.pack.title();
-        markdown +=
-            "\n### " + title + "\n\n![The clips of " + title + "](" + (folder.filename() / name).string() + ")\n";
+        const auto picture = QString::fromStdString((folder.filename() / name).string());
+        markdown += QString("\n### %1\n\n![The clips of %1](%2)\n").arg(recipe.pack.title(), picture).toStdString();
     }
     return markdown;
 }

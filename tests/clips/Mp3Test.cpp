@@ -18,8 +18,8 @@ namespace fs = std::filesystem;
 constexpr double encoderNoise = 0.01; // of full scale, root mean square; a shift by one sample makes 0.014 and more
 
 fs::path waveFile(const TemporaryFolder& folder, int channels, int rate) {
-    const fs::path file = folder.path() / "tone.wav";
-    SndfileHandle(file.string(), SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_PCM_16, channels, rate);
+    fs::path file = folder.path() / "empty.wav";
+    const SndfileHandle made(file.string(), SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_PCM_16, channels, rate);
     return file;
 }
 
