@@ -4,6 +4,7 @@
 
 #include "app/SingleInstance.h"
 #include "app/activation.h"
+#include "app/out_of_memory.h"
 #include "app/program.h"
 #include "ui/BonkoApp.h"
 
@@ -11,6 +12,7 @@ using namespace quiverly;
 
 // Closing the window ends the program. A second start brings the window of the first to the front.
 int main(int argc, char** argv) {
+    endWithoutMemory();
     const QByteArray ownToken = activationToken();
     QApplication application(argc, argv);
     describeProgram();
