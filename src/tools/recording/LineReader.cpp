@@ -59,7 +59,7 @@ void LineReader::moveToFront() {
 void LineReader::shorten() {
     const auto bothBlank = [](char left, char right) { return isBlank(left) && isBlank(right); };
     const auto line = std::span(buffer).first(end);
-    end -= std::ranges::unique(line, bothBlank).size();
+    end = static_cast<std::size_t>(std::unique(line.begin(), line.end(), bothBlank) - line.begin());
     const auto first = unread().find_first_not_of(" \t");
     if (first != std::string_view::npos && buffer[first] == '#') end = first + 1;
 }

@@ -76,8 +76,8 @@ constexpr auto hexadecimal = [] {
     std::array<std::int8_t, 256> values{};
     values.fill(-1);
     for (std::int8_t value = 0; value < 16; ++value) {
-        values[static_cast<std::size_t>("0123456789abcdef"[value])] = value;
-        values[static_cast<std::size_t>("0123456789ABCDEF"[value])] = value;
+        values[static_cast<unsigned char>("0123456789abcdef"[value])] = value;
+        values[static_cast<unsigned char>("0123456789ABCDEF"[value])] = value;
     }
     return values;
 }();
