@@ -14,13 +14,17 @@
 // (errno) unless another one is named.
 namespace quiverly::laptop {
 
+// Whether that error of one of the calls below is the end of the connection. After any other the call may be tried
+// again.
+bool endsConnection(const std::error_code& error);
+
 tl::expected<void, std::error_code> send(int socket, const Message& message);
 
 // A report has at most maximumReport bytes.
 tl::expected<void, std::error_code> sendReport(int socket, std::span<const std::uint8_t> report);
 
-// The next message; nothing when there is none yet. Errors that end a connection: connection_reset when the other end
-// has closed it, bad_message for a packet that is not a message.
+// The next message; nothing when there is none yet. The error connection_reset when the other end has closed the
+// connection, bad_message for a packet that is not a message.
 tl::expected<std::optional<Message>, std::error_code> receive(int socket);
 
 // Takes the next packet. The length of the report in it, of which the buffer holds what fits; nothing when there is no

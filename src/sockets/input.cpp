@@ -1,6 +1,7 @@
 #include "sockets/input.h"
 
 #include <algorithm>
+#include <thread>
 
 namespace quiverly {
 
@@ -15,6 +16,8 @@ bool waitForInput(std::span<pollfd> inputs, std::chrono::nanoseconds longest) {
         const int ready = ::ppoll(inputs.data(), inputs.size(), &limit, nullptr);
         if (ready >= 0) return ready > 0;
         if (rest == nanoseconds::zero()) return false;
+        std::this_thread::sleep_for(
+            std::min<nanoseconds>(rest, std::chrono::milliseconds(1))); // a wait that fails is short
     }
 }
 

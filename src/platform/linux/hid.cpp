@@ -63,19 +63,32 @@ public:
         devices.erase(found);
     }
 
+    // Until one report has been handled. What cannot be read for the moment is tried again every millisecond.
     void run(std::chrono::nanoseconds longest) {
-        if (!waitForInput(inputs, longest)) return;
-        const auto ready = std::ranges::find_if(inputs, [](const pollfd& input) { return input.revents != 0; });
-        read(*devices[static_cast<std::size_t>(ready - inputs.begin())], *ready);
+        using Clock = std::chrono::steady_clock;
+        const auto end = Clock::now() + longest;
+        while (waitForInput(inputs, end - Clock::now())) {
+            const auto ready = std::ranges::find_if(inputs, [](const pollfd& input) { return input.revents != 0; });
+            auto& device = *devices[static_cast<std::size_t>(ready - inputs.begin())];
+            const auto length = laptop::receiveReport(ready->fd, device.buffer);
+            if (length && *length) return report(device, **length);
+            if (Clock::now() >= end) return;
+            if (!length) pauseAfter(length.error(), *ready);
+        }
     }
 
 private:
-    static void read(hid::Device& device, pollfd& input) {
-        const auto length = laptop::receiveReport(input.fd, device.buffer);
-        if (!length && length.error() != std::errc::interrupted) input.fd = -1;
-        if (!length || !*length) return;
+    static void report(hid::Device& device, std::size_t length) {
         device.callback(device.context, hid::success, nullptr, 0, 0, device.buffer.data(),
-                        static_cast<std::ptrdiff_t>(**length));
+                        static_cast<std::ptrdiff_t>(length));
+    }
+
+    static void pauseAfter(const std::error_code& error, pollfd& input) {
+        if (laptop::endsConnection(error)) {
+            input.fd = -1;
+        } else {
+            waitForInput({}, std::chrono::milliseconds(1));
+        }
     }
 
     std::vector<hid::Device*> devices;

@@ -78,8 +78,11 @@ void LaptopServer::turnAway() {
 
 void LaptopServer::handle(Client& client) {
     const auto message = laptop::receive(client.socket.get());
-    const bool keepsTheRules = message && (!*message || answer(client, **message));
-    client.gone = !keepsTheRules;
+    if (!message) {
+        client.gone = laptop::endsConnection(message.error());
+    } else if (*message) {
+        client.gone = !answer(client, **message);
+    }
 }
 
 // Whether the client kept the rules.
@@ -120,11 +123,10 @@ void LaptopServer::sendReport(Client& client, std::span<const std::uint8_t> byte
     const auto sent = laptop::sendReport(client.socket.get(), bytes);
     if (sent) {
         ++client.sent;
-    } else if (sent.error() == std::errc::resource_unavailable_try_again ||
-               sent.error() == std::errc::no_buffer_space) {
-        ++client.dropped; // its queue is full
-    } else {
+    } else if (laptop::endsConnection(sent.error())) {
         client.gone = true;
+    } else {
+        ++client.dropped; // its queue is full
     }
 }
 

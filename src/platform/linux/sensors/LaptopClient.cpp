@@ -75,7 +75,7 @@ tl::expected<FileDescriptor, std::error_code> LaptopClient::open(std::uint8_t se
 
 template<class Answer>
 tl::expected<void, std::error_code> LaptopClient::ask(const laptop::Message& question) {
-    if (!socket || !laptop::send(socket.get(), question)) return gone();
+    if (!socket || !send(question)) return gone();
     const auto message = await();
     const auto* answer = message ? std::get_if<Answer>(&*message) : nullptr;
     if (answer == nullptr) {
@@ -86,25 +86,43 @@ tl::expected<void, std::error_code> LaptopClient::ask(const laptop::Message& que
     return {};
 }
 
+// False when it cannot be sent.
+bool LaptopClient::send(const laptop::Message& question) {
+    for (;;) {
+        const auto sent = laptop::send(socket.get(), question);
+        if (sent) return true;
+        if (laptop::endsConnection(sent.error()) || !waitForAnotherTry()) return false;
+    }
+}
+
 // The next message. Any error is the end of the connection.
 tl::expected<laptop::Message, std::error_code> LaptopClient::await() {
     for (;;) {
         auto message = laptop::receive(socket.get());
-        if (!message) return tl::unexpected(message.error());
-        if (*message) return std::move(**message);
-        if (!waitForInput()) return gone();
+        if (message && *message) return std::move(**message);
+        if (!message && laptop::endsConnection(message.error())) return tl::unexpected(message.error());
+        if (message ? !waitForInput() : !waitForAnotherTry()) return gone();
     }
 }
 
-// False when the laptop has been silent for too long.
 bool LaptopClient::waitForInput() {
-    const auto begin = Clock::now();
     pollfd input = inputOf(socket.get());
-    const bool ready = quiverly::waitForInput({&input, 1}, patience);
+    return wait({&input, 1}, patience);
+}
+
+bool LaptopClient::waitForAnotherTry() {
+    return wait({}, std::min<std::chrono::nanoseconds>(patience, std::chrono::milliseconds(1)));
+}
+
+// Waits at the cost of patience. False when there is no input and no patience is left.
+bool LaptopClient::wait(std::span<pollfd> inputs, std::chrono::nanoseconds longest) {
+    const auto begin = Clock::now();
+    const bool ready = quiverly::waitForInput(inputs, longest);
     const auto now = Clock::now();
     patience -= std::min(patience, now - begin);
-    if (!ready) silentLaptop = {.socket = identity, .forgotten = now + std::chrono::seconds(1)};
-    return ready;
+    if (ready || patience > patience.zero()) return true;
+    silentLaptop = {.socket = identity, .forgotten = now + std::chrono::seconds(1)};
+    return false;
 }
 
 } // namespace quiverly

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <poll.h>
 #include <sys/types.h>
 
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <system_error>
 #include <tuple>
@@ -46,8 +48,11 @@ private:
     bool receiveHellos();
     template<class Answer>
     tl::expected<void, std::error_code> ask(const laptop::Message& question);
+    bool send(const laptop::Message& question);
     tl::expected<laptop::Message, std::error_code> await();
     bool waitForInput();
+    bool waitForAnotherTry();
+    bool wait(std::span<pollfd> inputs, std::chrono::nanoseconds longest);
 
     FileDescriptor socket; // none once the connection has ended or been handed over
     SocketIdentity identity;
