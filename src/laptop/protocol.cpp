@@ -18,6 +18,7 @@ enum class Kind : std::uint8_t {
     propertyAnswer,
     openRequest,
     openAnswer,
+    report = reportMark,
 };
 
 // The kinds of property values.
@@ -86,6 +87,11 @@ public:
         return {};
     }
 
+    std::vector<std::uint8_t> bytes() {
+        const auto all = take(rest.size());
+        return {all.begin(), all.end()};
+    }
+
     bool hasMore() const { return usable && !rest.empty(); }
     bool isWhole() const { return usable && rest.empty(); }
 
@@ -136,6 +142,8 @@ std::optional<Message> parse(Parser& parser) {
         return OpenRequest{parser.integer<std::uint8_t>()};
     case Kind::openAnswer:
         return OpenAnswer{parser.integer<std::int32_t>()};
+    case Kind::report:
+        return Report{parser.bytes()};
     }
     return std::nullopt;
 }
@@ -159,6 +167,11 @@ struct Encoder {
     }
     std::vector<std::uint8_t> operator()(const OpenAnswer& answer) const {
         return Writer(Kind::openAnswer).integer(answer.error).bytes;
+    }
+    std::vector<std::uint8_t> operator()(const Report& report) const {
+        Writer writer(Kind::report);
+        writer.bytes.insert(writer.bytes.end(), report.bytes.begin(), report.bytes.end());
+        return writer.bytes;
     }
 };
 

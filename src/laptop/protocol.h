@@ -46,13 +46,17 @@ struct OpenAnswer {
     std::int32_t error = 0; // 0 or an error number of the system (errno)
 };
 
-// Everything but reports; the packet of a report is this mark and then the report as it is.
-using Message = std::variant<ServiceHello, EndOfServices, PropertyWrite, PropertyAnswer, OpenRequest, OpenAnswer>;
-inline constexpr std::uint8_t reportMark = 7;
+struct Report {
+    std::vector<std::uint8_t> bytes;
+};
+
+using Message =
+    std::variant<ServiceHello, EndOfServices, PropertyWrite, PropertyAnswer, OpenRequest, OpenAnswer, Report>;
 
 inline constexpr std::size_t maximumServices = 256;
 inline constexpr std::size_t maximumMessage = 1024; // bytes; a longer packet is not a message
 inline constexpr std::size_t maximumReport = 256;   // bytes
+inline constexpr std::uint8_t reportMark = 7;       // the kind of a report, before the report as it is
 
 std::vector<std::uint8_t> encode(const Message& message);
 

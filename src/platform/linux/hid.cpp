@@ -159,6 +159,7 @@ hid::ReturnCode hid::open(Device& device) {
 }
 
 void hid::close(Device& device) {
+    device.openSensor = nullptr; // what it holds keeps the sensor open, too
     device.reports.reset();
 }
 

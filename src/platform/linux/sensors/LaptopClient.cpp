@@ -1,9 +1,11 @@
 #include "platform/linux/sensors/LaptopClient.h"
 
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 #include <string>
 
@@ -16,6 +18,8 @@ namespace quiverly {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::nanoseconds retryPause = std::chrono::milliseconds(1); // after a call that failed
 
 // The laptop that was silent last. Main thread.
 struct {
@@ -70,7 +74,13 @@ void LaptopClient::writeProperty(std::uint8_t service, std::string_view key, std
 }
 
 tl::expected<FileDescriptor, std::error_code> LaptopClient::open(std::uint8_t service) {
-    return ask<laptop::OpenAnswer>(laptop::OpenRequest{service}).map([this] { return std::move(socket); });
+    if (isOpen) return tl::unexpected(std::make_error_code(std::errc::device_or_resource_busy));
+    const auto opened = ask<laptop::OpenAnswer>(laptop::OpenRequest{service});
+    if (!opened) return tl::unexpected(opened.error());
+    FileDescriptor reports(::fcntl(socket.get(), F_DUPFD_CLOEXEC, 0));
+    if (!reports) return tl::unexpected(std::error_code(errno, std::generic_category()));
+    isOpen = true;
+    return reports;
 }
 
 template<class Answer>
@@ -79,7 +89,7 @@ tl::expected<void, std::error_code> LaptopClient::ask(const laptop::Message& que
     const auto message = await();
     const auto* answer = message ? std::get_if<Answer>(&*message) : nullptr;
     if (answer == nullptr) {
-        socket.reset();
+        if (!isOpen) socket.reset();
         return gone();
     }
     if (answer->error != 0) return tl::unexpected(std::error_code(answer->error, std::generic_category()));
@@ -91,38 +101,34 @@ bool LaptopClient::send(const laptop::Message& question) {
     for (;;) {
         const auto sent = laptop::send(socket.get(), question);
         if (sent) return true;
-        if (laptop::endsConnection(sent.error()) || !waitForAnotherTry()) return false;
+        if (laptop::endsConnection(sent.error()) || patience == patience.zero()) return false;
+        waitForInput({}, retryPause);
+        patience -= std::min(patience, retryPause);
     }
 }
 
-// The next message. Any error is the end of the connection.
+// The next message. Any error is the end of the connection, or of the patience.
 tl::expected<laptop::Message, std::error_code> LaptopClient::await() {
+    const auto begin = Clock::now();
+    auto message = awaitUntil(begin + patience);
+    patience -= std::min<std::chrono::nanoseconds>(patience, Clock::now() - begin);
+    return message;
+}
+
+tl::expected<laptop::Message, std::error_code> LaptopClient::awaitUntil(Clock::time_point end) {
     for (;;) {
         auto message = laptop::receive(socket.get());
-        if (message && *message) return std::move(**message);
+        const bool ignored = message && *message && isOpen && std::holds_alternative<laptop::Report>(**message);
+        if (message && *message && !ignored) return std::move(**message);
         if (!message && laptop::endsConnection(message.error())) return tl::unexpected(message.error());
-        if (message ? !waitForInput() : !waitForAnotherTry()) return gone();
+        const auto now = Clock::now();
+        if (now >= end) {
+            silentLaptop = {.socket = identity, .forgotten = now + std::chrono::seconds(1)};
+            return gone();
+        }
+        pollfd input = inputOf(socket.get());
+        message ? waitForInput({&input, 1}, end - now) : waitForInput({}, retryPause);
     }
-}
-
-bool LaptopClient::waitForInput() {
-    pollfd input = inputOf(socket.get());
-    return wait({&input, 1}, patience);
-}
-
-bool LaptopClient::waitForAnotherTry() {
-    return wait({}, std::min<std::chrono::nanoseconds>(patience, std::chrono::milliseconds(1)));
-}
-
-// Waits at the cost of patience. False when there is no input and no patience is left.
-bool LaptopClient::wait(std::span<pollfd> inputs, std::chrono::nanoseconds longest) {
-    const auto begin = Clock::now();
-    const bool ready = quiverly::waitForInput(inputs, longest);
-    const auto now = Clock::now();
-    patience -= std::min(patience, now - begin);
-    if (ready || patience > patience.zero()) return true;
-    silentLaptop = {.socket = identity, .forgotten = now + std::chrono::seconds(1)};
-    return false;
 }
 
 } // namespace quiverly

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <poll.h>
 #include <sys/types.h>
 
 #include <chrono>
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <string_view>
 #include <system_error>
 #include <tuple>
@@ -38,7 +36,8 @@ public:
 
     void writeProperty(std::uint8_t service, std::string_view key, std::int32_t value);
 
-    // The connection itself, over which the reports come from now on; nothing else can be asked of this client then.
+    // Where the reports come from now on. What is written afterwards, before anybody reads them, reaches even a laptop
+    // that is silent for too long, as soon as it reads again. A client opens one sensor.
     tl::expected<FileDescriptor, std::error_code> open(std::uint8_t service);
 
 private:
@@ -50,11 +49,10 @@ private:
     tl::expected<void, std::error_code> ask(const laptop::Message& question);
     bool send(const laptop::Message& question);
     tl::expected<laptop::Message, std::error_code> await();
-    bool waitForInput();
-    bool waitForAnotherTry();
-    bool wait(std::span<pollfd> inputs, std::chrono::nanoseconds longest);
+    tl::expected<laptop::Message, std::error_code> awaitUntil(std::chrono::steady_clock::time_point end);
 
-    FileDescriptor socket; // none once the connection has ended or been handed over
+    FileDescriptor socket; // none once the connection has ended
+    bool isOpen = false;   // the sensor
     SocketIdentity identity;
     std::vector<laptop::ServiceHello> hellos;
     std::chrono::nanoseconds patience = std::chrono::milliseconds(250); // what is left of it
