@@ -65,13 +65,21 @@ double fontScale() {
     return std::max(1.0, QFontInfo(QApplication::font()).pixelSize() / largestOrdinarySystemFont);
 }
 
+double scaled(double length) {
+    return length * fontScale();
+}
+
+int scaled(int length) {
+    return qRound(length * fontScale());
+}
+
 QFont fontFor(FontRole role) {
     const Design design = designOf(role);
     QFont font = QApplication::font();
     const QStringList system = font.families() << QFontInfo(font).family(); // the first may be an alias such as Sans
     const QStringList plain = system + plainFamilies();
     font.setFamilies(design.rounded ? roundedFamilies() + plain : plain);
-    font.setPixelSize(qRound(design.size * fontScale()));
+    font.setPixelSize(qRound(scaled(design.size)));
     font.setWeight(design.weight);
     return font;
 }

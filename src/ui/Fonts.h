@@ -15,4 +15,8 @@ QFont fontFor(FontRole role);
 // How much larger than designed texts are; at least 1.
 double fontScale();
 
+// A length of the design, in pixels, enlarged as texts are.
+double scaled(double length);
+int scaled(int length);
+
 } // namespace quiverly

@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include "ui/Fonts.h"
 #include "ui/Theme.h"
 #include "ui/controls/StepRow.h"
 
@@ -11,7 +12,10 @@ namespace quiverly {
 // The bar between the badges of two steps; lit when the upper one is complete.
 class StepList::Connector : public QWidget {
 public:
-    Connector() { setFixedHeight(barHeight + 2 * padding); }
+    Connector() {
+        resizeWithTexts();
+        connect(&Theme::current(), &Theme::changed, this, &Connector::resizeWithTexts);
+    }
 
     void show(bool isComplete) {
         if (isComplete == complete) return;
@@ -20,13 +24,16 @@ public:
     }
 
 private:
+    void resizeWithTexts() { setFixedHeight(scaled(barHeight) + 2 * scaled(padding)); }
+
     void paintEvent(QPaintEvent*) override {
         QColor color = complete ? Theme::primaryPink : Theme::current().color(Tone::secondary);
         color.setAlphaF(complete ? 0.7F : 0.25F);
-        QPainter(this).fillRect(barInset, padding, barWidth, barHeight, color);
+        QPainter(this).fillRect(scaled(barInset), scaled(padding), scaled(barWidth), scaled(barHeight), color);
     }
 
-    static constexpr int barInset = 13; // pixels, as are all lengths here: under the centre of the badge
+    // Lengths of the design, in pixels.
+    static constexpr int barInset = 13; // under the centre of the badge
     static constexpr int barWidth = 2;
     static constexpr int barHeight = 22;
     static constexpr int padding = 6; // above and below

@@ -13,7 +13,8 @@ class StepRow::Badge : public QWidget {
 public:
     explicit Badge(int number) : number(number) {
         describe();
-        setFixedSize(28, 28);
+        resizeWithTexts();
+        connect(&Theme::current(), &Theme::changed, this, &Badge::resizeWithTexts);
     }
 
     void show(bool isActive, bool isComplete) {
@@ -25,6 +26,8 @@ public:
     }
 
 private:
+    void resizeWithTexts() { setFixedSize(scaled(28), scaled(28)); }
+
     void describe() {
         const QString name = complete && !active ? "Step %1, done" : "Step %1";
         describeAs(*this, QAccessible::Graphic, name.arg(number));
@@ -38,7 +41,9 @@ private:
         QPainter painter(this);
         fillRounded(painter, rect(), width() / 2.0, lit ? Theme::primaryPink : grey);
         if (complete && !active) {
-            drawSymbol(painter, QRectF(8, 8, 12, 12), Symbol::check, Qt::white);
+            const double check = scaled(12.0);
+            const double inset = (width() - check) / 2;
+            drawSymbol(painter, QRectF(inset, inset, check, check), Symbol::check, Qt::white);
             return;
         }
         painter.setFont(fontFor(FontRole::badge));
