@@ -34,6 +34,7 @@ int main(int argc, char** argv) {
 
     BonkoApp app;
     running = &app;
+    for (const Qt::Key key : {Qt::Key_Q, Qt::Key_W}) app.closeOn(Qt::CTRL | key);
     app.show();
     return QApplication::exec();
 }

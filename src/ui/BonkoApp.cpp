@@ -3,12 +3,16 @@
 #include <variant>
 
 #include <QPixmap>
+#include <QPointer>
+#include <QShortcut>
 
 #include "platform/defaults.h"
+#include "platform/main_queue.h"
 #include "ui/AppImages.h"
 #include "ui/ContentView.h"
 #include "ui/OnboardingView.h"
 #include "ui/Theme.h"
+#include "ui/controls/accessibility.h"
 
 namespace quiverly {
 
@@ -27,6 +31,7 @@ bool onboardingIsCompleted() {
 BonkoApp::BonkoApp() {
     window.setWindowTitle("Quiverly");
     window.setWindowIcon(QPixmap::fromImage(welcomeLogo()));
+    describeAs(window, QAccessible::Window);
     window.setContextMenuPolicy(Qt::NoContextMenu);
     QObject::connect(&Theme::current(), &Theme::changed, &window, [this] { applyPalette(); });
     applyPalette();
@@ -43,6 +48,10 @@ void BonkoApp::show() {
     window.show();
     window.raise();
     window.activateWindow();
+}
+
+void BonkoApp::closeOn(const QKeySequence& keys) {
+    QObject::connect(new QShortcut(keys, &window), &QShortcut::activated, &window, &QWidget::close);
 }
 
 void BonkoApp::showContent() {
@@ -66,7 +75,12 @@ View* BonkoApp::makeOnboardingView() {
 
 View* BonkoApp::makeContentView() {
     auto* view = new ContentView(engine);
-    view->onAppear = [this] { engine.soundEnabled = true; };
+    view->onAppear = [this, view] {
+        engine.soundEnabled = true;
+        mainQueue::post([view = QPointer(view)] { // when it has read the engine, and the picker can be used
+            if (view) view->setFocus();
+        });
+    };
     return view;
 }
 

@@ -17,6 +17,8 @@ public:
 
     void show(); // opens the window, or brings it to the front
 
+    void closeOn(const QKeySequence& keys); // has these keys close the window
+
 private:
     void showContent();
     View* makeOnboardingView();

@@ -22,6 +22,8 @@ namespace {
 constexpr int lowestThreshold = 4;   // hundredths of g
 constexpr int highestThreshold = 40; // hundredths of g
 
+constexpr double pauseBetweenSlaps = 1.0; // seconds; of a quicker series a screen reader speaks the last slap only
+
 QStringList packTitles() {
     QStringList titles;
     for (const SoundPack pack : SoundPack::allCases) titles << pack.title();
@@ -62,6 +64,7 @@ ContentView::ContentView(BonkoEngine& engine)
     root->addWidget(new Divider);
     root->addWidget(scrollArea(), 1);
 
+    setFocusProxy(picker);
     picker->onChoice = [this](int index) { choosePack(index); };
     slider->onMove = [this](double threshold) { this->engine.threshold = threshold; };
     connect(button, &PushButton::clicked, this, &ContentView::startOrStop);
@@ -107,8 +110,9 @@ QWidget* ContentView::scrollArea() {
     column->addWidget(counter);
     column->addStretch();
     counter->wrap();
-
-    return new ScrollArea(content);
+    counter->speakChanges(pauseBetweenSlaps);
+    area = new ScrollArea(content);
+    return area;
 }
 
 QLayout* ContentView::sensitivityGroup() {
@@ -126,6 +130,7 @@ QLayout* ContentView::sensitivityGroup() {
 
 QLayout* ContentView::statusBlock() {
     status->wrap();
+    status->speakChanges();
     hint->wrap();
     auto* block = new QVBoxLayout;
     block->setSpacing(8);
@@ -150,22 +155,34 @@ void ContentView::refresh() {
 void ContentView::refreshStatusBlock() {
     const BonkoEngine::Phase& phase = engine.phase;
     const bool failed = phase.kind == BonkoEngine::Phase::Kind::error;
+    const bool wasFailed = !hint->isHidden();
     hint->setVisible(failed);
     status->setTone(failed ? Tone::red : Tone::secondary);
+    status->setSelectable(failed);
+    status->setText(statusText());
+    if (failed && !wasFailed) area->reveal(*hint);
+}
+
+QString ContentView::statusText() const {
+    const BonkoEngine::Phase& phase = engine.phase;
     switch (phase.kind) {
     case BonkoEngine::Phase::Kind::idle:
-        return status->setText("Press Start, then slap your MacBook.");
+        return "Press Start, then slap your MacBook.";
     case BonkoEngine::Phase::Kind::listening:
-        return status->setText(QString("Listening with %1 sounds. Slap away.").arg(engine.pack.get().title()));
+        return QString("Listening with %1 sounds. Slap away.").arg(engine.pack.get().title());
     case BonkoEngine::Phase::Kind::error:
-        return status->setText(QString::fromStdString(phase.message));
+        return QString::fromStdString(phase.message);
     }
+    Q_UNREACHABLE();
 }
 
 void ContentView::refreshCounter() {
-    counter->setVisible(engine.slapCount > 0);
+    const bool counts = engine.slapCount > 0;
     counter->setText(QString::asprintf("Slaps this session: %lld  ·  last %.3fg",
                                        static_cast<long long>(engine.slapCount), engine.lastAmplitude.get()));
+    if (counts == counter->isVisibleTo(this)) return;
+    counter->setVisible(counts);
+    if (counts) area->reveal(*counter);
 }
 
 void ContentView::choosePack(int index) {

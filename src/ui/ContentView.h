@@ -11,6 +11,7 @@ namespace quiverly {
 class Label;
 class MonospacedDigits;
 class PushButton;
+class ScrollArea;
 class SegmentedPicker;
 class Slider;
 class StatusPill;
@@ -18,6 +19,7 @@ class StatusPill;
 // The main view: start and stop, the choice of the pack, the sensitivity, and what the engine is doing.
 //
 // Keeps no state of its own: shows what it reads from the engine, and writes what the user chooses straight into it.
+// Its focus is on the picker.
 class ContentView : public View {
 public:
     explicit ContentView(BonkoEngine& engine); // the engine outlives the view
@@ -33,6 +35,7 @@ private:
 
     void refresh();
     void refreshStatusBlock();
+    QString statusText() const;
     void refreshCounter();
 
     void choosePack(int index);
@@ -47,6 +50,7 @@ private:
     Label* status;
     Label* hint;
     Label* counter;
+    ScrollArea* area;
     EngineObserver observer;
 };
 

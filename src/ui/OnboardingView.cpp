@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include <QKeyEvent>
 #include <QVBoxLayout>
 
 #include "platform/main_queue.h"
@@ -30,6 +31,7 @@ std::optional<QString> phaseError(const BonkoEngine& engine) {
 OnboardingView::OnboardingView(BonkoEngine& engine)
     : engine(engine),
       steps(new StepList),
+      area(new ScrollArea(welcomeAndSteps())),
       continueButton(new PushButton("Continue")),
       observer(engine.objectWillChange, [this] { refresh(); }) {
     setFixedSize(420, 560);
@@ -40,7 +42,7 @@ OnboardingView::OnboardingView(BonkoEngine& engine)
     auto* root = new QVBoxLayout(this);
     root->setContentsMargins(0, 0, 0, 28);
     root->setSpacing(0);
-    root->addWidget(new ScrollArea(welcomeAndSteps()), 1);
+    root->addWidget(area, 1);
     root->addLayout(footer);
 
     connect(continueButton, &PushButton::clicked, this, [this] {
@@ -102,16 +104,13 @@ void OnboardingView::resetHardwareState() {
 void OnboardingView::beginHardwareCheck() {
     resetHardwareState();
     engine.beginHardwareCheck([this](double) { feelTestSlap(); });
-    check = std::make_shared<const bool>(true);
-    const std::weak_ptr<const bool> thisCheck = check;
-    mainQueue::postAfter(verdictDelay, [this, thisCheck] {
-        if (!thisCheck.expired()) judgeAccelerometer();
+    mainQueue::postAfter(verdictDelay, [this, life = std::weak_ptr(alive)] {
+        if (!life.expired()) judgeAccelerometer();
     });
     refresh();
 }
 
 void OnboardingView::endHardwareCheck() {
-    check.reset();
     engine.endHardwareCheck();
     engine.stop();
 }
@@ -135,13 +134,35 @@ void OnboardingView::feelTestSlap() {
 }
 
 void OnboardingView::refresh() {
-    const auto status = hardwareStatus();
-    for (std::size_t index = 0; index < lines.size(); ++index) {
-        lines[index]->setVisible(index < status.size());
-        if (index < status.size()) lines[index]->show(status[index]);
-    }
+    refreshLines();
     steps->show(1, step == 1, step > 1);
-    continueButton->setVisible(step > 1);
+    refreshContinue();
+}
+
+void OnboardingView::refreshLines() {
+    const auto status = hardwareStatus();
+    QWidget* news = nullptr;
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        const bool isShown = index < status.size();
+        const bool isNew = isShown && (lines[index]->show(status[index]) || lines[index]->isHidden());
+        lines[index]->setVisible(isShown);
+        if (isNew) news = lines[index];
+    }
+    if (news) area->reveal(*news);
+}
+
+void OnboardingView::refreshContinue() {
+    const bool complete = step > 1;
+    if (complete == !continueButton->isHidden()) return;
+    continueButton->setVisible(complete);
+    if (complete) continueButton->setFocus();
+}
+
+// Enter continues wherever the focus is.
+void OnboardingView::keyPressEvent(QKeyEvent* event) {
+    const bool enters = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enters && !event->isAutoRepeat() && continueButton->isVisible()) return continueButton->click();
+    View::keyPressEvent(event);
 }
 
 std::vector<StatusLine::Status> OnboardingView::hardwareStatus() const {

@@ -15,6 +15,7 @@ class QLayout;
 namespace quiverly {
 
 class PushButton;
+class ScrollArea;
 class StepList;
 
 // What a new user sees first: a welcome, and a check that the sensor works and feels one test slap.
@@ -27,6 +28,8 @@ public:
     std::function<void()> onContinue; // called when the check is complete and the user continues
 
 private:
+    void keyPressEvent(QKeyEvent* event) override;
+
     QWidget* welcomeAndSteps();
     QLayout* welcomeBlock();
     QWidget* hardwareBody();
@@ -38,6 +41,8 @@ private:
     void feelTestSlap();
 
     void refresh();
+    void refreshLines();
+    void refreshContinue();
     std::vector<StatusLine::Status> hardwareStatus() const;
 
     BonkoEngine& engine;
@@ -45,10 +50,12 @@ private:
     bool accelOK = false;
     bool slapOK = false;
     bool waitingForSlap = true;
-    std::shared_ptr<const bool> check; // lives as long as the current check
+    std::shared_ptr<const bool> alive =
+        std::make_shared<const bool>(true); // goes with the view; the verdict watches it
 
     std::array<StatusLine*, 4> lines{};
     StepList* steps;
+    ScrollArea* area;
     PushButton* continueButton;
     EngineObserver observer;
 };

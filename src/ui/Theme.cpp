@@ -37,6 +37,8 @@ const Theme::Colors Theme::light{
     .groove = {208, 208, 208},
     .handle = {255, 255, 255},
     .handleEdge = {190, 190, 190},
+    .trackEdge = {0, 0, 0, 0},
+    .edgeWidth = 0.5,
 };
 
 const Theme::Colors Theme::dark{
@@ -56,6 +58,8 @@ const Theme::Colors Theme::dark{
     .groove = {82, 82, 82},
     .handle = {208, 208, 208},
     .handleEdge = {150, 150, 150},
+    .trackEdge = {0, 0, 0, 0},
+    .edgeWidth = 0.5,
 };
 
 Theme& Theme::current() {
@@ -90,8 +94,11 @@ QColor Theme::color(Tone tone) const {
 }
 
 QPalette Theme::palette() const {
-    return {colors().primary, colors().track,   colors().selection, colors().divider, colors().groove,
-            colors().primary, colors().primary, colors().window,    colors().window};
+    QPalette palette(colors().primary, colors().track, colors().selection, colors().divider, colors().groove,
+                     colors().primary, colors().primary, colors().window, colors().window);
+    palette.setColor(QPalette::Highlight, primaryPink);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
 }
 
 bool Theme::eventFilter(QObject* watched, QEvent* event) {

@@ -25,6 +25,8 @@ public:
         QColor divider;
         QColor track, selection, selectionEdge; // of the mode picker
         QColor groove, handle, handleEdge;      // of the slider
+        QColor trackEdge;                       // of the mode picker; transparent where there is none
+        double edgeWidth;                       // pixels
     };
 
     static constexpr QColor primaryPink{242, 71, 158}; // sRGB 0.95, 0.28, 0.62

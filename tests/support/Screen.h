@@ -140,6 +140,13 @@ inline void expectNear(const QColor& seen, const QColor& wanted) {
     EXPECT_NEAR(seen.blue(), wanted.blue(), 1) << seen.name().toStdString();
 }
 
+// The colour of a line whose edges may be smoothed.
+inline void expectSimilar(const QColor& seen, const QColor& wanted) {
+    EXPECT_NEAR(seen.red(), wanted.red(), 64) << seen.name().toStdString();
+    EXPECT_NEAR(seen.green(), wanted.green(), 64) << seen.name().toStdString();
+    EXPECT_NEAR(seen.blue(), wanted.blue(), 64) << seen.name().toStdString();
+}
+
 // The colour a prominent button is filled with.
 inline QColor tintOf(QWidget& button) {
     return colorAt(button, QPoint(button.width() / 2, 4));

@@ -276,6 +276,22 @@ TEST_F(BonkoAppTest, ThereIsNoCommandForANewWindow) {
     EXPECT_TRUE(window().findChildren<QAction*>().isEmpty());
 }
 
+TEST_F(BonkoAppTest, AfterContinueThePickerHasTheFocus) {
+    passOnboarding();
+    EXPECT_EQ(QApplication::focusWidget(), &find<QRadioButton>(window(), "Sexy"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    EXPECT_TRUE(find<QRadioButton>(window(), "Halo").isChecked());
+}
+
+TEST_F(BonkoAppTest, KeysCanCloseTheWindow) {
+    app->closeOn(Qt::CTRL | Qt::Key_Q);
+    show();
+    QTest::keyClick(&window(), Qt::Key_Q);
+    EXPECT_TRUE(window().isVisible());
+    QTest::keyClick(&window(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_FALSE(window().isVisible());
+}
+
 TEST_F(BonkoAppTest, ReopeningTheWindowLeavesTheSoundOn) {
     passOnboarding();
     close();

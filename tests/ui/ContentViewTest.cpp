@@ -4,6 +4,7 @@
 
 #include <map>
 
+#include <QClipboard>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -601,16 +602,74 @@ TEST_F(ContentViewTest, TheFocusRingHasItsColorOnPickerAndSlider) {
     view.activateWindow();
     startButton().setFocus();
     const QColor ring = Theme::current().colors().focus;
+    const QColor window = QApplication::palette().color(QPalette::Window);
+    const auto expectRing = [&](const QRect& control) {
+        const QImage picture = view.grab().toImage();
+        const int x = control.center().x();
+        EXPECT_EQ(colorAt(picture, {x, control.top() - 4}), window);
+        expectSimilar(colorAt(picture, {x, control.top() - 2}), ring);
+        EXPECT_NE(colorAt(picture, {x, control.top()}), ring) << "the ring is outside";
+        expectSimilar(colorAt(picture, {x, control.bottom() + 3}), ring);
+    };
+    const auto tab = [&] {
+        QTest::keyClick(&view, Qt::Key_Tab);
+        stage.settle();
+    };
+    tab();
+    expectRing(place(*segment("Sexy").parentWidget(), view));
+    tab();
+    const QRect track = place(slider(), view);
+    const int handle = track.left() + (track.width() - 19) * (slider().value() - 4) / 36;
+    expectRing({handle, track.top() + 1, 19, 19});
+    press(slider(), Qt::Key_End);
+    expectRing({track.right() - 18, track.top() + 1, 19, 19});
+    tab();
+    expectRing(place(startButton(), view).adjusted(1, 1, -1, -1));
+}
+
+TEST_F(ContentViewTest, AClickTakesTheRingAway) {
+    open();
+    view.activateWindow();
+    startButton().setFocus();
+    press(startButton(), Qt::Key_Left);
+    EXPECT_TRUE(hasColor(view.grab().toImage(), Theme::current().colors().focus));
+    QTest::mousePress(&startButton(), Qt::LeftButton);
+    EXPECT_FALSE(hasColor(view.grab().toImage(), Theme::current().colors().focus));
+}
+
+TEST_F(ContentViewTest, ControlsAnswerToPointerAndPress) {
+    open();
+    const auto picture = [](QWidget& control) { return control.grab().toImage(); };
+    for (QWidget* control : std::initializer_list<QWidget*>{&startButton(), &segment("Pain"), &slider()}) {
+        const QImage atRest = picture(*control);
+        control->setAttribute(Qt::WA_UnderMouse);
+        const QImage pointedAt = picture(*control);
+        EXPECT_NE(pointedAt, atRest) << control->metaObject()->className();
+        QTest::mousePress(control, Qt::LeftButton);
+        EXPECT_NE(picture(*control), atRest) << control->metaObject()->className();
+        EXPECT_NE(picture(*control), pointedAt) << control->metaObject()->className();
+        QTest::mouseRelease(control, Qt::LeftButton, {}, {-50, -50});
+        control->setAttribute(Qt::WA_UnderMouse, false);
+    }
+}
+
+TEST_F(ContentViewTest, AnErrorCanBeCopiedAndReachedWithTheKeyboard) {
+    stage.removeSensor();
+    open();
+    view.activateWindow();
+    EXPECT_EQ(text(view, idleHint).focusPolicy(), Qt::NoFocus);
+    click(startButton());
+    startButton().setFocus();
     QTest::keyClick(&view, Qt::Key_Tab);
-    stage.settle();
-    EXPECT_EQ(colorAt(segment("Sexy"), {segment("Sexy").width() / 2, 2}), ring);
-    QTest::keyClick(&view, Qt::Key_Tab);
-    stage.settle();
-    const int handle = 9 + (slider().width() - 19) * (slider().value() - 4) / 36;
-    const QImage picture = slider().grab().toImage();
-    EXPECT_EQ(colorAt(picture, {handle + 1, 2}), ring);
-    EXPECT_EQ(colorAt(picture, {handle + 1, 4}), Theme::current().colors().window) << "a gap around the handle";
-    EXPECT_EQ(colorAt(picture, {handle + 1, 11}), Theme::current().colors().handle);
+    QLabel& message = text(view, "Accelerometer device missing on this Mac.");
+    ASSERT_EQ(QApplication::focusWidget(), &message);
+    QTest::keySequence(&message, QKeySequence::SelectAll);
+    QTest::keySequence(&message, QKeySequence::Copy);
+    EXPECT_EQ(QApplication::clipboard()->text(), message.text());
+    EXPECT_EQ(activity(view), QStringList()) << "no cursor blinks";
+    stage.connectSensor();
+    click(startButton());
+    EXPECT_EQ(text(view, "Listening with Sexy sounds. Slap away.").focusPolicy(), Qt::NoFocus);
 }
 
 TEST_F(ContentViewTest, SpaceAndEnterPressTheButton) {

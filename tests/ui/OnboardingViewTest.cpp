@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QClipboard>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVariantAnimation>
 
 #include "support/Activity.h"
 #include "support/PngPicture.h"
@@ -39,10 +43,8 @@ protected:
     }
 
     void awaitEndOfAnimation() {
-        ASSERT_TRUE(QTest::qWaitFor([&] { return parts() == partsAtRest; }, 60'000));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return view.findChildren<QVariantAnimation*>().isEmpty(); }, 60'000));
     }
-
-    qsizetype parts() { return view.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly).size(); }
 
     // The icon on the line with that text.
     QString iconOf(const QString& line) {
@@ -65,7 +67,6 @@ protected:
     Stage stage;
     BonkoEngine engine;
     OnboardingView view{engine};
-    const qsizetype partsAtRest = parts();
 };
 
 TEST_F(OnboardingViewTest, AppearingBeginsTheCheck) {
@@ -274,15 +275,28 @@ TEST_F(OnboardingViewTest, AppearingAgainStartsAfresh) {
     EXPECT_EQ(lines(), QStringList({detected, volume, prompt}));
 }
 
-TEST_F(OnboardingViewTest, AVerdictBelongsToTheAppearanceThatAskedForIt) {
+TEST_F(OnboardingViewTest, AVerdictComesThoughTheViewWentAwayAndCameBack) {
     open();
     stage.pass(0.5);
     view.hide();
     open();
-    stage.pass(0.1);
+    stage.pass(0.099);
     EXPECT_EQ(lines(), QStringList({looking, volume}));
+    stage.pass(0.001);
+    EXPECT_EQ(lines(), QStringList({detected, volume, prompt}));
     stage.pass(0.5);
     EXPECT_EQ(lines(), QStringList({detected, volume, prompt}));
+}
+
+TEST_F(OnboardingViewTest, AVerdictAfterTheViewIsGoneIsHarmless) {
+    {
+        OnboardingView second(engine);
+        second.show();
+        stage.settle();
+        second.hide();
+    }
+    stage.pass(0.6);
+    EXPECT_FALSE(engine.isRunning());
 }
 
 TEST_F(OnboardingViewTest, AFailedCheckSucceedsWhenTheViewAppearsAgain) {
@@ -343,6 +357,34 @@ TEST_F(OnboardingViewTest, ContinueCanBeClickedWhileTheStepFades) {
     ASSERT_EQ(under, &button);
     QTest::mouseClick(under, Qt::LeftButton);
     EXPECT_EQ(continued, 1);
+}
+
+TEST_F(OnboardingViewTest, ContinueHasTheFocusAndEnterPressesItFromAnywhere) {
+    int continued = 0;
+    view.onContinue = [&] { ++continued; };
+    view.activateWindow();
+    openAndWait();
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_EQ(continued, 0) << "there is nothing to continue yet";
+    stage.slap(0.5);
+    QPushButton& button = find<QPushButton>(view, "Continue");
+    EXPECT_EQ(QApplication::focusWidget(), &button);
+    QTest::keyClick(&button, Qt::Key_Return);
+    EXPECT_EQ(continued, 1);
+    QTest::keyClick(&view, Qt::Key_Enter);
+    EXPECT_EQ(continued, 2);
+}
+
+TEST_F(OnboardingViewTest, AnErrorCanBeCopied) {
+    stage.removeSensor();
+    open();
+    view.activateWindow();
+    QLabel& message = text(view, missing);
+    message.setFocus();
+    QTest::keySequence(&message, QKeySequence::SelectAll);
+    QTest::keySequence(&message, QKeySequence::Copy);
+    EXPECT_EQ(QApplication::clipboard()->text(), missing);
+    EXPECT_EQ(text(view, volume).textInteractionFlags(), Qt::NoTextInteraction);
 }
 
 TEST_F(OnboardingViewTest, EverythingStandsInItsPlace) {

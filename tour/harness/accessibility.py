@@ -13,6 +13,8 @@ from harness.waiting import wait_until
 
 Accessible = Atspi.Accessible
 
+KEYS = {"space": 0x20, "Tab": 0xFF09, "Return": 0xFF0D}  # key symbols of X
+
 # Older releases of the library call it PUSH_BUTTON.
 BUTTON = getattr(Atspi.Role, "BUTTON", None) or Atspi.Role.PUSH_BUTTON
 
@@ -44,6 +46,11 @@ def visible(root: Accessible) -> Iterator[Accessible]:
 
 def has_state(each: Accessible, state: Atspi.StateType) -> bool:
     return each.get_state_set().contains(state)
+
+
+def press_key(name: str) -> None:
+    """Presses and releases one of the KEYS, as the user of the desktop does."""
+    Atspi.generate_keyboard_event(KEYS[name], None, Atspi.KeySynthType.SYM)
 
 
 class NameChanges:

@@ -7,19 +7,25 @@
 
 #include "ui/Fonts.h"
 #include "ui/Theme.h"
+#include "ui/controls/FocusRing.h"
+#include "ui/controls/accessibility.h"
 #include "ui/controls/painting.h"
 
 namespace quiverly {
 
+// Lengths of the design, in pixels.
 namespace {
-constexpr int fillInset = 1;    // pixels from the widget's edge to the fill
-constexpr int labelPadding = 9; // pixels above and below: the label's own 4 and the large button's 5
-constexpr int leastFillHeight = 34;
-constexpr int cornerRadius = 6;
+constexpr int faceInset = 1;    // from the widget's edge to what is filled
+constexpr int labelPadding = 9; // above and below: the label's own 4 and the large button's 5
+constexpr int leastFaceHeight = 34;
+constexpr double cornerRadius = 6;
 } // namespace
 
-PushButton::PushButton(const QString& label) : QPushButton(label), tint(Theme::primaryPink) {
+PushButton::PushButton(const QString& label)
+    : QPushButton(label), tint(Theme::primaryPink), ring(new FocusRing(*this)) {
+    describeAs(*this, QAccessible::Button);
     setAttribute(Qt::WA_LayoutUsesWidgetRect);
+    setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setFont(fontFor(FontRole::headline));
     connect(&Theme::current(), &Theme::changed, this, [this] { setFont(fontFor(FontRole::headline)); });
@@ -33,8 +39,12 @@ void PushButton::setTint(const QColor& next) {
 
 QSize PushButton::sizeHint() const {
     const QSize label = fontMetrics().size(Qt::TextSingleLine, text());
-    const int fillHeight = std::max(leastFillHeight, fontMetrics().height() + 2 * labelPadding);
-    return {label.width() + 2 * (fillInset + 12), fillHeight + 2 * fillInset};
+    const int faceHeight = std::max(leastFaceHeight, fontMetrics().height() + 2 * scaled(labelPadding));
+    return {label.width() + 2 * (faceInset + scaled(12)), faceHeight + 2 * faceInset};
+}
+
+QRectF PushButton::face() const {
+    return rect().adjusted(faceInset, faceInset, -faceInset, -faceInset);
 }
 
 void PushButton::keyPressEvent(QKeyEvent* event) {
@@ -43,11 +53,17 @@ void PushButton::keyPressEvent(QKeyEvent* event) {
     QPushButton::keyPressEvent(event);
 }
 
+void PushButton::resizeEvent(QResizeEvent* event) {
+    QPushButton::resizeEvent(event);
+    ring->surround(face(), scaled(cornerRadius));
+}
+
 void PushButton::paintEvent(QPaintEvent*) {
+    QColor color = tint;
+    if (underMouse()) color = tint.darker(106);
+    if (isDown()) color = tint.darker(118);
     QPainter painter(this);
-    const QRectF fill = rect().adjusted(fillInset, fillInset, -fillInset, -fillInset);
-    fillRounded(painter, fill, cornerRadius, isDown() ? tint.darker(115) : tint);
-    if (focusIsVisible(*this)) drawFocusRing(painter, fill.adjusted(2, 2, -2, -2), cornerRadius - 2, Qt::white);
+    fillRounded(painter, face(), scaled(cornerRadius), color);
     painter.setPen(Qt::white);
     painter.drawText(rect(), Qt::AlignCenter, text());
 }

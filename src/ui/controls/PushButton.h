@@ -4,6 +4,8 @@
 
 namespace quiverly {
 
+class FocusRing;
+
 // The prominent button: as wide as its layout allows, filled with its tint, with a white label.
 class PushButton : public QPushButton {
 public:
@@ -15,9 +17,13 @@ public:
 
 private:
     void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
+    QRectF face() const;
+
     QColor tint;
+    FocusRing* ring;
 };
 
 } // namespace quiverly

@@ -9,7 +9,9 @@ class QRadioButton;
 
 namespace quiverly {
 
-// A choice of one among a few: radio buttons side by side that look like one control.
+class FocusRing;
+
+// A choice of one among a few: radio buttons side by side that look like one control. Its focus is on the selected one.
 class SegmentedPicker : public QWidget {
 public:
     // `name` is for screen readers.
@@ -20,9 +22,13 @@ public:
     std::function<void(int index)> onChoice; // the user has chosen
 
 private:
+    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
+    void didToggle(int index, bool on);
+
     std::vector<QRadioButton*> segments;
+    FocusRing* ring;
     bool selecting = false;
 };
 

@@ -3,76 +3,36 @@
 #include <algorithm>
 #include <cmath>
 
-#include <QAccessibleWidget>
 #include <QMouseEvent>
 
+#include "ui/Fonts.h"
 #include "ui/Theme.h"
+#include "ui/controls/FocusRing.h"
+#include "ui/controls/accessibility.h"
 #include "ui/controls/painting.h"
 
 namespace quiverly {
 
 namespace {
 
-constexpr double handleRadius = 9.5; // pixels, as are all lengths here
-constexpr double focusGap = 4.5;     // from the edge of the handle's place to the handle inside the focus ring
+// Lengths of the design, in pixels.
+constexpr double handleRadius = 9.5;
 constexpr double grooveHeight = 4;
 constexpr double grooveInset = 2;
 constexpr int controlHeight = 22;
 
-// What a screen reader sees: the value in its own unit, not the position in hundredths.
-class AccessibleSlider : public QAccessibleWidget, public QAccessibleValueInterface {
-public:
-    explicit AccessibleSlider(Slider& slider) : QAccessibleWidget(&slider, QAccessible::Slider), slider(slider) {}
-
-    void* interface_cast(QAccessible::InterfaceType type) override {
-        if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
-        return QAccessibleWidget::interface_cast(type);
-    }
-
-    QString text(QAccessible::Text kind) const override {
-        if (kind == QAccessible::Value) return QString::asprintf("%.2f", slider.shown());
-        return QAccessibleWidget::text(kind);
-    }
-
-    QVariant currentValue() const override { return slider.shown(); }
-    void setCurrentValue(const QVariant& value) override { slider.choose(value.toDouble()); }
-    QVariant minimumValue() const override { return slider.minimum() / 100.0; }
-    QVariant maximumValue() const override { return slider.maximum() / 100.0; }
-    QVariant minimumStepSize() const override { return slider.singleStep() / 100.0; }
-
-    QStringList actionNames() const override {
-        return QStringList{increaseAction(), decreaseAction()} + QAccessibleWidget::actionNames();
-    }
-
-    void doAction(const QString& name) override {
-        if (name == increaseAction()) {
-            slider.triggerAction(QAbstractSlider::SliderSingleStepAdd);
-        } else if (name == decreaseAction()) {
-            slider.triggerAction(QAbstractSlider::SliderSingleStepSub);
-        } else {
-            QAccessibleWidget::doAction(name);
-        }
-    }
-
-private:
-    Slider& slider;
-};
-
-QAccessibleInterface* describeSlider(const QString&, QObject* object) {
-    auto* slider = dynamic_cast<Slider*>(object);
-    return slider ? new AccessibleSlider(*slider) : nullptr;
-}
-
 } // namespace
 
-Slider::Slider(const QString& name, int minimum, int maximum) : QSlider(Qt::Horizontal), shownValue(minimum / 100.0) {
-    QAccessible::installFactory(describeSlider); // of no effect when it is installed already
-    setAccessibleName(name);
+Slider::Slider(const QString& name, int minimum, int maximum)
+    : QSlider(Qt::Horizontal), shownValue(minimum / 100.0), ring(new FocusRing(*this)) {
+    describeAs(*this, QAccessible::Slider, name);
     setAttribute(Qt::WA_LayoutUsesWidgetRect);
+    setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setRange(minimum, maximum);
     setPageStep(5);
     connect(this, &QSlider::actionTriggered, this, [this] { didMove(); });
+    connect(&Theme::current(), &Theme::changed, this, [this] { updateGeometry(); });
 }
 
 void Slider::show(double value) {
@@ -99,21 +59,26 @@ void Slider::didMove() {
 }
 
 QSize Slider::sizeHint() const {
-    return {160, controlHeight};
+    return {160, scaled(controlHeight)};
 }
 
 QSize Slider::minimumSizeHint() const {
-    return {80, controlHeight};
+    return {80, scaled(controlHeight)};
 }
 
 QRectF Slider::groove() const {
-    return {grooveInset, (height() - grooveHeight) / 2, width() - 2 * grooveInset, grooveHeight};
+    const double thickness = scaled(grooveHeight);
+    return {grooveInset, (height() - thickness) / 2, width() - 2 * grooveInset, thickness};
 }
 
-QPointF Slider::handleCentre() const {
-    const double travel = width() - 2 * handleRadius;
+double Slider::travel() const {
+    return width() - 2 * scaled(handleRadius);
+}
+
+QRectF Slider::handle() const {
+    const double diameter = 2 * scaled(handleRadius);
     const double fraction = double(sliderPosition() - minimum()) / (maximum() - minimum());
-    return {handleRadius + travel * fraction, height() / 2.0};
+    return {travel() * fraction, (height() - diameter) / 2, diameter, diameter};
 }
 
 // The nearest position; the lowest for a value that is not a number.
@@ -123,8 +88,7 @@ int Slider::positionOf(double value) const {
 }
 
 int Slider::positionAt(double x) const {
-    const double travel = width() - 2 * handleRadius;
-    const double fraction = std::clamp((x - handleRadius) / travel, 0.0, 1.0);
+    const double fraction = std::clamp((x - scaled(handleRadius)) / travel(), 0.0, 1.0);
     return minimum() + int(std::lround(fraction * (maximum() - minimum())));
 }
 
@@ -137,8 +101,8 @@ void Slider::moveHandle(double x) {
 void Slider::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return event->ignore();
     setSliderDown(true);
-    grip = event->position().x() - handleCentre().x();
-    if (std::abs(grip) <= handleRadius) return;
+    grip = event->position().x() - handle().center().x();
+    if (std::abs(grip) <= scaled(handleRadius)) return;
     grip = 0.0;
     moveHandle(event->position().x());
 }
@@ -156,24 +120,28 @@ void Slider::wheelEvent(QWheelEvent* event) {
     event->ignore();
 }
 
+void Slider::resizeEvent(QResizeEvent* event) {
+    QSlider::resizeEvent(event);
+    ring->surround(handle(), scaled(handleRadius));
+}
+
+void Slider::sliderChange(SliderChange change) {
+    QSlider::sliderChange(change);
+    ring->surround(handle(), scaled(handleRadius));
+}
+
 void Slider::paintEvent(QPaintEvent*) {
     const Theme::Colors& colors = Theme::current().colors();
-    const QPointF centre = handleCentre();
+    const double roundness = groove().height() / 2;
+    QRectF chosen = groove();
+    chosen.setRight(handle().center().x());
     QPainter painter(this);
-    fillRounded(painter, groove(), grooveHeight / 2, colors.groove);
-    QRectF filled = groove();
-    filled.setRight(centre.x());
-    fillRounded(painter, filled, grooveHeight / 2, Theme::primaryPink);
-    double radius = handleRadius;
-    if (focusIsVisible(*this)) {
-        painter.setBrush(colors.window);
-        painter.setPen(QPen(colors.focus, 2));
-        painter.drawEllipse(centre, radius - 1, radius - 1);
-        radius -= focusGap;
-    }
-    painter.setBrush(isSliderDown() ? colors.handle.darker(105) : colors.handle);
-    painter.setPen(QPen(colors.handleEdge, 0.5));
-    painter.drawEllipse(centre, radius - 0.25, radius - 0.25);
+    fillRounded(painter, groove(), roundness, colors.groove);
+    fillRounded(painter, chosen, roundness, Theme::primaryPink);
+    fillRounded(painter, handle(), scaled(handleRadius), isSliderDown() ? colors.handle.darker(108) : colors.handle);
+    const bool answers = underMouse() || isSliderDown();
+    outlineRounded(painter, handle(), scaled(handleRadius), answers ? Theme::primaryPink : colors.handleEdge,
+                   answers ? 1.0 : colors.edgeWidth);
 }
 
 } // namespace quiverly

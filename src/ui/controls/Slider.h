@@ -6,6 +6,8 @@
 
 namespace quiverly {
 
+class FocusRing;
+
 // A slider in steps of a hundredth. It shows any value, at the nearer end of its range if the value lies outside.
 // onMove is called with what the user chooses, n/100, and never because a value is shown.
 class Slider : public QSlider {
@@ -28,16 +30,20 @@ private:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void sliderChange(SliderChange change) override;
     void paintEvent(QPaintEvent* event) override;
 
     void moveHandle(double x);
     void didMove();
     QRectF groove() const;
-    QPointF handleCentre() const;
+    QRectF handle() const;
+    double travel() const; // pixels, of the handle
     int positionOf(double value) const;
     int positionAt(double x) const;
 
     double shownValue;
+    FocusRing* ring;
     double grip = 0.0; // pixels from the handle's centre to where the mouse holds it
 };
 

@@ -3,7 +3,6 @@
 #include <QPainter>
 
 #include "ui/Theme.h"
-#include "ui/controls/accessibility.h"
 
 namespace quiverly {
 
@@ -11,10 +10,6 @@ namespace {
 constexpr int spokes = 8;
 constexpr int stepTime = 120; // milliseconds
 } // namespace
-
-Spinner::Spinner() {
-    describeAs(*this, QAccessible::Graphic, "Working");
-}
 
 void Spinner::showEvent(QShowEvent*) {
     timer.start(stepTime, this);

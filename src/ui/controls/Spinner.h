@@ -7,9 +7,6 @@ namespace quiverly {
 
 // Turns one step every 120 milliseconds while it is visible, and costs nothing otherwise. Fills its geometry.
 class Spinner : public QWidget {
-public:
-    Spinner();
-
 private:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;

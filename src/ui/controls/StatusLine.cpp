@@ -33,13 +33,10 @@ public:
     }
 
 private:
-    void resizeWithTexts() {
-        const int size = qRound(16 * fontScale());
-        setFixedSize(size, size);
-    }
+    void resizeWithTexts() { setFixedSize(scaled(16), scaled(16)); }
 
     QString meaning() const {
-        if (!symbol) return {}; // the spinner has a name of its own
+        if (!symbol) return "Working";
         switch (*symbol) {
         case Symbol::hand:
             return "Slap now";
@@ -72,13 +69,15 @@ std::optional<Symbol> symbolFor(const StatusLine::Status& status, bool warns) {
 
 } // namespace
 
-StatusLine::StatusLine() : icon(new Icon), text(new Label(FontRole::callout, Tone::primary)) {
+StatusLine::StatusLine() : icon(new Icon), text(new Label(FontRole::callout, Tone::primary)), beside(new QVBoxLayout) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
     row->addWidget(icon, 0, Qt::AlignTop);
-    row->addWidget(text, 1);
+    row->addLayout(beside, 1);
+    beside->addWidget(text);
     text->wrap();
+    text->speakChanges();
     connect(&Theme::current(), &Theme::changed, this, &StatusLine::alignWithIcon);
     alignWithIcon();
 }
@@ -86,14 +85,18 @@ StatusLine::StatusLine() : icon(new Icon), text(new Label(FontRole::callout, Ton
 // Centres the first line of the text on the icon.
 void StatusLine::alignWithIcon() {
     const int slack = icon->height() - text->fontMetrics().height();
-    text->setContentsMargins(0, std::max(0, (slack + 1) / 2), 0, 0);
+    beside->setContentsMargins(0, std::max(0, (slack + 1) / 2), 0, 0);
 }
 
-void StatusLine::show(const Status& status) {
-    const bool warns = status.forceWarning || (status.warning && !status.ok);
+bool StatusLine::show(const Status& status) {
+    const bool failed = status.warning && !status.ok;
+    const bool warns = status.forceWarning || failed;
+    const bool isNew = status.text != text->text();
     icon->show(symbolFor(status, warns));
     text->setText(status.text);
     text->setTone(warns ? Tone::orange : Tone::primary);
+    text->setSelectable(failed && !status.forceWarning);
+    return isNew;
 }
 
 } // namespace quiverly

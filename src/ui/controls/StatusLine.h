@@ -4,9 +4,12 @@
 
 #include "ui/controls/Label.h"
 
+class QVBoxLayout;
+
 namespace quiverly {
 
-// One line of a step's progress: an icon for done, working, warning or slap now, and a text that wraps.
+// One line of a step's progress: an icon for done, working, warning or slap now, and a text that wraps. A screen reader
+// speaks each new text; one that tells of a failure can be copied.
 class StatusLine : public QWidget {
 public:
     struct Status {
@@ -19,7 +22,7 @@ public:
 
     StatusLine();
 
-    void show(const Status& status);
+    bool show(const Status& status); // whether its text is another one than before
 
 private:
     class Icon;
@@ -28,6 +31,7 @@ private:
 
     Icon* icon;
     Label* text;
+    QVBoxLayout* beside; // around the text
 };
 
 } // namespace quiverly

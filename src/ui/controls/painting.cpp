@@ -1,7 +1,5 @@
 #include "ui/controls/painting.h"
 
-#include <QWidget>
-
 namespace quiverly {
 
 void fillRounded(QPainter& painter, const QRectF& rect, double radius, const QColor& color) {
@@ -11,15 +9,12 @@ void fillRounded(QPainter& painter, const QRectF& rect, double radius, const QCo
     painter.drawRoundedRect(rect, radius, radius);
 }
 
-void drawFocusRing(QPainter& painter, const QRectF& rect, double radius, const QColor& color) {
+void outlineRounded(QPainter& painter, const QRectF& rect, double radius, const QColor& color, double width) {
+    const double inset = width / 2;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(color, 2));
+    painter.setPen(QPen(color, width));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(rect.adjusted(1, 1, -1, -1), radius - 1, radius - 1);
-}
-
-bool focusIsVisible(const QWidget& widget) {
-    return widget.hasFocus() && widget.window()->testAttribute(Qt::WA_KeyboardFocusChange);
+    painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius - inset, radius - inset);
 }
 
 } // namespace quiverly

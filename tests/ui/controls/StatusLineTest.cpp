@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/virtual/VirtualPlatform.h"
 #include "support/Screen.h"
 
 namespace quiverly {
@@ -17,6 +18,7 @@ class StatusLineTest : public testing::TestWithParam<LineCase> {};
 
 TEST_P(StatusLineTest, TheFirstIconThatAppliesWins) {
     const LineCase& line = GetParam();
+    const VirtualPlatform platform;
     StatusLine view;
     static_cast<QWidget&>(view).show();
     view.show(line.status);

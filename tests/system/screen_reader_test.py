@@ -1,0 +1,47 @@
+"""What a screen reader speaks of the application, though the focus is elsewhere."""
+
+import unittest
+
+from harness.accessibility import press_key
+from harness.screen_reader import ScreenReader
+from system_case import SystemTest
+
+
+class ScreenReaderTest(SystemTest):
+    def setUp(self) -> None:
+        super().setUp()
+        self.reader = ScreenReader(self.desktop)
+
+    def test_it_speaks_phases_slaps_and_errors(self) -> None:
+        self.start_laptop()
+        self.start_on_main_view()
+        self.reader.wait_for("Sexy")
+        press_key("Tab")
+        self.reader.wait_for("Sensitivity slider 0.12")
+        press_key("Tab")
+        self.reader.wait_for("Start listening")
+        press_key("space")
+        self.reader.wait_for("Listening with Sexy sounds. Slap away.")
+        self.reader.wait_for(f"Slaps this session: 1  ·  last {self.application.wait_for_slaps(1).amplitude:.3f}g")
+        self.slap_until_counted(2)
+        self.reader.wait_for(f"Slaps this session: {self.application.counter().count}")
+        self.laptop.quit()
+        press_key("space")
+        self.reader.wait_for("Press Start, then slap your MacBook.")
+        press_key("space")
+        self.reader.wait_for("Accelerometer device missing on this Mac.")
+
+    def test_it_speaks_every_step_of_the_hardware_check(self) -> None:
+        self.start_laptop()
+        self.start_application()
+        self.reader.wait_for("Accelerometer detected")
+        self.reader.wait_for("Slap your MacBook to test — you’ll hear a sexy clip!")
+        self.pass_hardware_check()
+        self.reader.wait_for("Accelerometer OK — you’re good to go!")
+        self.reader.wait_for("Motion check passed")
+        press_key("Return")
+        self.reader.wait_for("Press Start, then slap your MacBook.")
+
+
+if __name__ == "__main__":
+    unittest.main()
