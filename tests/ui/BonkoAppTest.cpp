@@ -254,7 +254,7 @@ TEST_F(BonkoAppTest, TheLeastSizeGrowsWithTheTexts) {
         EXPECT_LE(place(label, window()).right(), window().width()) << name;
     }
     const auto segments = window().findChildren<QRadioButton*>();
-    EXPECT_EQ(segments.size(), 4);
+    EXPECT_EQ(segments.size(), std::ssize(SoundPack::allCases));
     for (const QRadioButton* segment : segments) {
         EXPECT_LE(place(*segment, window()).right(), window().width() - 20) << segment->text().toStdString();
     }
