@@ -14,8 +14,8 @@ namespace quiverly {
 
 // Decodes an MP3 file piece by piece, while it plays. One thread at a time.
 //
-// Each step reads and decodes no more than a bounded part of the file, and what the decoder remembers does not grow with
-// the file. A file that turns bad in the middle ends there. Nothing is said on the terminal.
+// Each step reads and decodes no more than a bounded part of the file, and what the decoder remembers does not grow
+// with the file. A file that turns bad in the middle ends there. Nothing is said on the terminal.
 class ClipDecoder {
 public:
     // Decodes the first piece. Null when the file cannot be opened or decoded, or holds no sound.

@@ -13,8 +13,8 @@ namespace quiverly {
 
 // A sound file, read through a buffer. One thread at a time.
 //
-// A decoder that searches a hostile file for sound could read on for seconds. So the file seems to end once more has been
-// read for one piece of sound than an honest file needs.
+// A decoder that searches a hostile file for sound could read on for seconds. So the file seems to end once more has
+// been read for one piece of sound than an honest file needs.
 class ClipFile {
 public:
     static constexpr std::size_t bufferSize = 4096;

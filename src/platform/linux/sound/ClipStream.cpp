@@ -13,7 +13,7 @@ namespace quiverly {
 namespace {
 
 constexpr auto serverChoice = static_cast<std::uint32_t>(-1);
-constexpr pa_usec_t firstFill = 100 * PA_USEC_PER_MSEC; // what the server has when it starts, or the whole clip
+constexpr double beginning = 0.1; // seconds of the clip that the server has when it starts
 
 } // namespace
 
@@ -36,6 +36,7 @@ ClipStream::ClipStream(pa_mainloop_api& api, pa_context& context, std::unique_pt
       onChange(std::move(onChange)),
       nextPiece(pa_context_rttime_new(&context, PA_USEC_INVALID, nextPieceIsDue, this), FreeTimer{&api}) {
     const ClipDecoder& clip = *playback->clip;
+    framesUntilStart = static_cast<std::size_t>(beginning * clip.rate());
     const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, clip.rate(), clip.channels()};
     stream.reset(pa_stream_new(&context, "Slap", &format, nullptr));
     if (!stream || !connect()) currentState = State::finished;
@@ -43,10 +44,12 @@ ClipStream::ClipStream(pa_mainloop_api& api, pa_context& context, std::unique_pt
 
 ClipStream::~ClipStream() = default;
 
+// A stream that ran dry goes on with the first frame that the server has. With no frame at all to wait for, draining
+// would never end.
 bool ClipStream::connect() {
-    const auto fill = static_cast<std::uint32_t>(pa_usec_to_bytes(firstFill, pa_stream_get_sample_spec(stream.get())));
-    const pa_buffer_attr buffer{serverChoice, serverChoice, fill, serverChoice, serverChoice};
-    if (pa_stream_connect_playback(stream.get(), nullptr, &buffer, PA_STREAM_NOFLAGS, nullptr, nullptr) < 0)
+    const auto frame = static_cast<std::uint32_t>(pa_frame_size(pa_stream_get_sample_spec(stream.get())));
+    const pa_buffer_attr buffer{serverChoice, serverChoice, frame, serverChoice, serverChoice};
+    if (pa_stream_connect_playback(stream.get(), nullptr, &buffer, PA_STREAM_START_CORKED, nullptr, nullptr) < 0)
         return false;
     pa_stream_set_state_callback(stream.get(), stateChanged, this);
     pa_stream_set_write_callback(stream.get(), dataWanted, this);
@@ -81,9 +84,11 @@ void ClipStream::feed() {
     if (wanted == static_cast<std::size_t>(-1)) return become(State::finished);
     const std::size_t wantedFrames = wanted / pa_frame_size(pa_stream_get_sample_spec(stream.get()));
     const std::size_t count = std::min(samples.size(), wantedFrames * clip.channels());
-    if (count == 0) return; // until the server wants more
+    if (count == 0) return start(); // the server has no room for more
     if (!write(samples.first(count))) return become(State::finished);
     clip.take(count);
+    framesUntilStart -= std::min(framesUntilStart, count / clip.channels());
+    if (framesUntilStart == 0) start();
     pa_context_rttime_restart(&context, nextPiece.get(), pa_rtclock_now());
 }
 
@@ -96,7 +101,12 @@ bool ClipStream::write(std::span<const float> samples) {
     return pa_stream_write(stream.get(), memory, samples.size_bytes(), nullptr, 0, PA_SEEK_RELATIVE) == 0;
 }
 
+void ClipStream::start() {
+    if (!starting) starting.reset(pa_stream_cork(stream.get(), 0, nullptr, nullptr));
+}
+
 void ClipStream::drain() {
+    start();
     draining.reset(pa_stream_drain(stream.get(), drained, this));
     if (!draining) become(State::finished);
 }

@@ -17,8 +17,9 @@ namespace quiverly {
 // A stream of the sound server that plays one clip once, on the default sink. Sound thread.
 //
 // The clip is decoded as the server asks for it, piece by piece; between two pieces the loop looks at everything else.
-// A stream that the server grants too late plays nothing. Destroying one that is past its start ends its sound; while
-// it is starting the server cannot be told to end it, so its owner waits for the answer.
+// The stream starts once the server has the beginning of the clip, so that the device's next cycle plays it. A stream
+// that the server grants too late plays nothing. Destroying one that is past its start ends its sound; while it is
+// starting the server cannot be told to end it, so its owner waits for the answer.
 class ClipStream {
 public:
     enum class State { starting, sounding, finished };
@@ -48,6 +49,7 @@ private:
 
     bool connect();
     void feed();
+    void start();
     bool write(std::span<const float> samples);
     void drain();
     void become(State state);
@@ -62,7 +64,9 @@ private:
     std::function<void()> onChange;
     std::unique_ptr<pa_stream, Disconnect> stream;
     std::unique_ptr<pa_time_event, FreeTimer> nextPiece;
+    std::unique_ptr<pa_operation, Cancel> starting;
     std::unique_ptr<pa_operation, Cancel> draining;
+    std::size_t framesUntilStart; // to write yet
     State currentState = State::starting;
 };
 

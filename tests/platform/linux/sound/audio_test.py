@@ -13,7 +13,7 @@ from harness.analysis import Note, notes
 from harness.clips import TONE_PEAK, write_tone
 from harness.private_user import PrivateUser
 from harness.recorder import Recorder
-from harness.sound_server import DEVICE, SoundServer
+from harness.sound_server import DEVICE, start_sound_server
 from harness.waiting import wait_until
 
 PROGRAMS = Path(os.environ["QUIVERLY_PROGRAMS"])  # folder of the programs under test
@@ -118,7 +118,7 @@ class AudioTest(unittest.TestCase):
         return port
 
     def start_server(self) -> None:
-        self.server = SoundServer(self.user)
+        self.server = start_sound_server(self.user)
         self.recorder = Recorder(self.server, self.user.folder / "recording.raw")
 
     def tone(self, pitch: int, seconds: float = 0.5, rate: int = 48_000, channels: int = 2) -> Path:
@@ -262,6 +262,12 @@ class AudioTest(unittest.TestCase):
         self.assertEqual({sink[1] for sink in sinks}, {DEVICE, "other"})
         (other,) = (sink[0] for sink in sinks if sink[1] == "other")
         self.assertEqual(self.server.control("list", "short", "sink-inputs").split("\t")[1], other)
+
+    def test_a_buffer_shorter_than_the_beginning_of_a_clip_does_for_it(self) -> None:
+        self.start_server()
+        self.user.environment["PULSE_LATENCY_MSEC"] = "20"
+        self.port = self.start_port()
+        self.play_to_its_end(1000)  # not necessarily without a gap, when the machine is busy
 
     def test_nothing_wakes_again_and_again_while_nothing_sounds(self) -> None:
         self.start_server()
