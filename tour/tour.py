@@ -20,7 +20,7 @@ from harness.desktop import Desktop
 from harness.recorder import Recorder
 from harness.samples import RATE, Samples
 from harness.simulated_laptop import SimulatedLaptop
-from harness.sound_server import SoundServer
+from harness.sound_server import start_sound_server
 from harness.transcript import Transcript
 
 TEST_CLIP, TEST_AMPLITUDE = "sexy/28.mp3", 0.35  # of the hardware check; its volume is that of 0.35 g at least
@@ -53,7 +53,7 @@ class Tour:
         self._desktop = desktop
         self._transcript = transcript
         self._answers: list[bool] = []  # whether each slap was answered as it should
-        self._recorder = Recorder(SoundServer(desktop), desktop.folder / "recording.raw")
+        self._recorder = Recorder(start_sound_server(desktop), desktop.folder / "recording.raw")
         self._laptop = SimulatedLaptop(desktop, programs)
         self._application = Application(desktop, [programs / "quiverly"])
 

@@ -10,8 +10,8 @@
 
 namespace quiverly {
 
-// Reports of a laptop at rest that flow without end, on a thread of their own, for as long as this lives. The platform's
-// threads must be real.
+// Reports of a laptop at rest that flow without end, on a thread of their own, for as long as this lives. The
+// platform's threads must be real.
 class ReportFlow {
 public:
     explicit ReportFlow(VirtualPlatform& platform) : platform(platform) {}

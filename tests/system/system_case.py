@@ -15,7 +15,7 @@ from settings import ONBOARDED, write_settings
 from harness.simulated_laptop import SimulatedLaptop
 from harness.recorder import Recorder
 from harness.samples import RATE, Samples
-from harness.sound_server import SoundServer
+from harness.sound_server import start_sound_server
 from harness.waiting import wait_until
 
 PROGRAMS = Path(os.environ["QUIVERLY_PROGRAMS"])  # folder of the programs under test
@@ -29,7 +29,7 @@ class SystemTest(unittest.TestCase):
         self.addCleanup(lambda: print(self.desktop.logs()))
 
     def start_sound(self) -> Recorder:
-        self.sound_server = SoundServer(self.desktop)
+        self.sound_server = start_sound_server(self.desktop)
         self.recorder = Recorder(self.sound_server, self.desktop.folder / "recording.raw")
         return self.recorder
 

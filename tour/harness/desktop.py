@@ -1,4 +1,4 @@
-"""A private desktop: display, window manager, session bus."""
+"""A private desktop: display and window manager."""
 
 import os
 import subprocess
@@ -16,7 +16,6 @@ class Desktop(PrivateUser):
         try:
             self._prepare_environment()
             self.environment["DISPLAY"] = self._start_display(width, height)
-            self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start_bus()
             self._start_window_manager()
         except BaseException:
             self.close()
@@ -79,16 +78,6 @@ class Desktop(PrivateUser):
         )
         return ":" + self._first_line(told, tell, "the X server")
 
-    def _start_bus(self) -> str:
-        told, tell = os.pipe()
-        self.start(
-            ["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--print-address={tell}"],
-            pass_fds=[tell],
-            stdout=self.log("bus"),
-            stderr=subprocess.STDOUT,
-        )
-        return self._first_line(told, tell, "the session bus")
-
     def _start_window_manager(self) -> None:
         managed = self.folder / "windows-are-managed"
         self.start(
@@ -105,11 +94,3 @@ class Desktop(PrivateUser):
 
     def _ask(self, *command: str) -> subprocess.CompletedProcess[bytes]:
         return subprocess.run(command, env=self.environment, capture_output=True, check=False)
-
-    def _first_line(self, told: int, tell: int, who: str) -> str:
-        os.close(tell)
-        with os.fdopen(told) as answers:
-            line = answers.readline().strip()
-        if not line:
-            raise RuntimeError(f"{who} does not start\n{self.logs()}")
-        return line

@@ -1,4 +1,4 @@
-"""A private user: folders and programs apart from those of everyone else on the machine."""
+"""A private user: folders, programs and session bus apart from those of everyone else on the machine."""
 
 import os
 import shutil
@@ -35,6 +35,11 @@ class PrivateUser:
             "XDG_CACHE_HOME": str(self.folder / "cache"),
             "XDG_RUNTIME_DIR": str(self.runtime),
         }
+        try:
+            self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start_bus()
+        except BaseException:
+            self.close()
+            raise
 
     def __enter__(self) -> Self:
         return self
@@ -75,3 +80,21 @@ class PrivateUser:
         """What all programs said so far, for the report of a failure."""
         texts = ((path.stem, path.read_text(errors="replace")) for path in sorted(self.folder.glob("*.log")))
         return "\n".join(f"--- {name}\n{text}" for name, text in texts if text)
+
+    def _start_bus(self) -> str:
+        told, tell = os.pipe()
+        self.start(
+            ["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--print-address={tell}"],
+            pass_fds=[tell],
+            stdout=self.log("bus"),
+            stderr=subprocess.STDOUT,
+        )
+        return self._first_line(told, tell, "the session bus")
+
+    def _first_line(self, told: int, tell: int, who: str) -> str:
+        os.close(tell)
+        with os.fdopen(told) as answers:
+            line = answers.readline().strip()
+        if not line:
+            raise RuntimeError(f"{who} does not start\n{self.logs()}")
+        return line

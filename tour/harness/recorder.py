@@ -10,7 +10,7 @@ from harness.sound_server import DEVICE, SoundServer
 from harness.waiting import wait_until
 
 FORMAT = ["--format=float32le", f"--rate={RATE}", f"--channels={CHANNELS}", "--raw"]
-COMMAND = ["parec", "-d", f"{DEVICE}.monitor", "--latency-msec=5", *FORMAT]
+COMMAND = ["parec", "-d", f"{DEVICE}.monitor", *FORMAT]
 
 
 class Recorder:
@@ -19,11 +19,13 @@ class Recorder:
     def __init__(self, server: SoundServer, file: Path) -> None:
         self._file = file
         with file.open("wb") as output:
-            server.user.start(COMMAND, stdout=output, stderr=server.user.log("recorder"))
+            server.user.start(
+                [*COMMAND, f"--latency-msec={server.recorder_latency}"],
+                stdout=output,
+                stderr=server.user.log("recorder"),
+            )
         wait_until(lambda: server.control("list", "short", "source-outputs"), "the recorder to be connected")
-        # Resumed, the device takes up the recorder's short pieces at once, and not after a first one of 2 s.
-        server.control("suspend-sink", DEVICE, "1")
-        server.control("suspend-sink", DEVICE, "0")
+        server.hurry_recorder()
         wait_until(lambda: self.length > 0, "the recording to grow")
 
     @property

@@ -166,7 +166,8 @@ TEST_F(ClipDecoderTest, OfATruncatedFileTheBeginningIsLeft) {
 
 TEST_F(ClipDecoderTest, AFileThatTurnsBadInTheMiddleEndsThere) {
     const std::string whole = contentOf({.pitch = 1000, .seconds = 1.0});
-    for (const std::string& rest : {std::string(200'000, '\0'), std::string(200'000, '\xff'), tagWithPicture(200'000)}) {
+    for (const std::string& rest :
+         {std::string(200'000, '\0'), std::string(200'000, '\xff'), tagWithPicture(200'000)}) {
         const std::size_t frames = framesOf(file(whole.substr(0, whole.size() / 2) + rest));
         EXPECT_GT(frames, 12'000U);
         EXPECT_LT(frames, 36'000U);
@@ -196,8 +197,9 @@ TEST_F(ClipDecoderTest, NoTruncationAndNoFlippedByteDoesHarm) {
 // Files that would keep a decoder searching.
 TEST_F(ClipDecoderTest, AHostileFileIsNotReadFarInSearchOfSound) {
     const std::string tone = contentOf({.pitch = 1000});
-    for (const std::string& trap : {tag(""), tag(std::string(5'000, 'x')), std::string("APET"), std::string("\xff\xfb\x90\x64"),
-                                    std::string("TAG") + std::string(125, 'x'), std::string("RIFF"), std::string("x")}) {
+    for (const std::string& trap :
+         {tag(""), tag(std::string(5'000, 'x')), std::string("APET"), std::string("\xff\xfb\x90\x64"),
+          std::string("TAG") + std::string(125, 'x'), std::string("RIFF"), std::string("x")}) {
         const std::string traps = repeated(trap, 1'200'000);
         EXPECT_FALSE(ClipDecoder::open(file(traps + tone))) << trap.substr(0, 4);
         EXPECT_LT(framesOf(file(tone + traps + tone)), 30'000U) << trap.substr(0, 4);
