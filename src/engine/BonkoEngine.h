@@ -26,7 +26,7 @@ public:
     struct Phase {
         enum class Kind { idle, listening, error };
         Kind kind = Kind::idle;
-        std::string message = {}; // why listening failed, for the user's eyes; empty unless kind is error
+        std::string message = {}; // why listening failed, shown to the user; empty unless kind is error
 
         bool operator==(const Phase&) const = default;
     };
@@ -40,7 +40,7 @@ public:
     Published<SoundPack> pack{objectWillChange, SoundPack::sexy, [this] { packDidChange(); }};
     Published<double> threshold{objectWillChange, 0.12, [this] { thresholdDidChange(); }}; // in g
 
-    // Told of each sample, in g, when the detector has seen it; for those who watch the road. On the main thread.
+    // Called with each sample, in g, after the detector has processed it; for tools that show what the sensor feels.
     std::function<void(double x, double y, double z)> onSample;
 
     BonkoEngine();

@@ -27,7 +27,7 @@ inline constexpr ReturnCode notPermitted = -536870174;    // 0xE00002E2
 using InputReportCallback = void (*)(void* context, ReturnCode result, void* sender, std::uint32_t reportType,
                                      std::uint32_t reportID, std::uint8_t* report, std::ptrdiff_t reportLength);
 
-struct Matching;   // the wish for all services of one class
+struct Matching;   // the query for all services of one class
 struct Services;   // a walk over the services found
 struct Service;    // one entry of the registry
 struct Properties; // what a service said of itself when it was asked
@@ -44,10 +44,10 @@ struct Release {
 template<class Object>
 using Handle = std::unique_ptr<Object, Release>;
 
-// Null when the wish cannot be built.
+// Null when the query cannot be built.
 Handle<Matching> matchingClass(const char* className);
 
-// Null when the lookup fails; finding no service is no failure. Uses up the wish either way.
+// Null when the lookup fails; finding no service is not a failure. Uses up the query either way.
 Handle<Services> findServices(Handle<Matching> matching);
 
 // The next service of the walk; null at its end.
@@ -56,10 +56,10 @@ Handle<Service> nextService(Services& services);
 // Null when the service has no properties that can be read.
 Handle<Properties> readProperties(const Service& service);
 
-// The property under that key; nothing when it is missing or no integer.
+// The property under that key; nothing when it is missing or not an integer.
 std::optional<std::int64_t> integerProperty(const Properties& properties, const char* key);
 
-// Asks the service to take the property. A refusal is passed over.
+// Asks the service to take the property. A refusal is ignored.
 void setProperty(Service& service, const char* key, std::int32_t value);
 
 // Null when no device can be made of the service.

@@ -10,7 +10,7 @@ namespace quiverly {
 
 namespace {
 
-// What each sensor driver is asked for before it reports; the interval is in microseconds.
+// What each sensor driver is told so that it reports; the interval is in microseconds.
 struct DriverProperty {
     const char* key;
     std::int32_t value;
@@ -24,13 +24,13 @@ constexpr DriverProperty driverProperties[] = {
 constexpr double runLoopSlice = 0.25;           // seconds; bounds the delay of a stop
 constexpr std::size_t threadStackSize = 524288; // bytes
 
-// Where the axes stand in a report, and how long a report is that has all of them.
+// Bytes: where the axes stand in a report, and the length of the shortest report that has all three.
 constexpr std::ptrdiff_t xOffset = 6;
 constexpr std::ptrdiff_t yOffset = 10;
 constexpr std::ptrdiff_t zOffset = 14;
-constexpr std::ptrdiff_t leastLength = 18;
+constexpr std::ptrdiff_t shortestLength = 18;
 
-// Magnitudes between these, in g, are plausible; they themselves are not.
+// A sample is plausible if its magnitude, in g, is strictly between these.
 constexpr double leastMagnitude = 0.2;
 constexpr double greatestMagnitude = 25.0;
 
@@ -152,7 +152,7 @@ void AccelerometerReader::inputReportCallback(void* context, hid::ReturnCode, vo
 void AccelerometerReader::handleReport(const std::uint8_t* report, std::ptrdiff_t length) {
     ++decimationCounter;
     if (decimationCounter % decimationFactor != 0) return;
-    if (length < leastLength) return;
+    if (length < shortestLength) return;
 
     const std::span bytes(report, static_cast<std::size_t>(length));
     const double x = readInt32LE(bytes, xOffset) / accelScale;
@@ -163,7 +163,7 @@ void AccelerometerReader::handleReport(const std::uint8_t* report, std::ptrdiff_
 }
 
 std::int32_t AccelerometerReader::readInt32LE(std::span<const std::uint8_t> bytes, std::ptrdiff_t offset) {
-    if (offset < 0) std::abort(); // cannot be meant
+    if (offset < 0) std::abort(); // every caller passes one of the constants above
     const auto first = static_cast<std::size_t>(offset);
     if (first + 3 >= bytes.size()) return 0;
     const auto byte = [&](std::size_t index) { return std::uint32_t{bytes[first + index]}; };

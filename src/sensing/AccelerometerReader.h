@@ -30,13 +30,13 @@ public:
     AccelerometerReader(const AccelerometerReader&) = delete;
     AccelerometerReader& operator=(const AccelerometerReader&) = delete;
 
-    // True when the reader is listening afterwards. Otherwise lastOpenError() says why, or nothing when the system had
-    // no thread to give.
+    // Whether the reader is listening afterwards. If not, lastOpenError() says why; it says nothing when the system had
+    // no thread to spare.
     bool start();
     void stop();
 
     bool isRunning() const;
-    const std::optional<std::string>& lastOpenError() const; // of the last start(), for the user's eyes
+    const std::optional<std::string>& lastOpenError() const; // why the last start() failed; shown to the user
 
 private:
     using RunFlag = std::atomic<bool>;
@@ -63,7 +63,7 @@ private:
     bool isListening = false;
     std::int64_t decimationCounter = 0; // reports received since construction
     ThreadHandle hidThread;
-    ThreadHandle endingThread;                // of the listening period before, until the next start()
+    ThreadHandle endingThread;                // of the previous listening period, until the next start()
     std::shared_ptr<RunFlag> threadShouldRun; // one for each listening period
     std::optional<std::string> openError;
 };

@@ -24,7 +24,7 @@ public:
     constexpr const char* rawValue() const { return facts().rawValue; } // how a pack is stored
     constexpr const char* id() const { return rawValue(); }
     constexpr const char* folder() const { return rawValue(); }
-    constexpr const char* title() const { return facts().title; } // for the user's eyes
+    constexpr const char* title() const { return facts().title; } // shown to the user
 
     // Whether clips follow the pace of the slaps instead of chance.
     constexpr bool escalates() const { return facts().escalates; }

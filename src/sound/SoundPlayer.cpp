@@ -46,7 +46,7 @@ void SoundPlayer::playSlap(double amplitude, bool muted) {
     play(pack.escalates() ? escalatedFile() : files[random::uniformIndex(files.size())], amplitude);
 }
 
-// Counts a slap and picks the clip that its pace has earned.
+// Counts one more slap, and chooses a clip by how many there were of late.
 const SoundPlayer::Path& SoundPlayer::escalatedFile() {
     const calendar::TimePoint now = calendar::now();
     slapTimes.push_back(now);

@@ -13,10 +13,10 @@ namespace quiverly {
 //
 // Packs that do not escalate draw a clip at random. Those that do move from the first clip towards the last with the
 // number of slaps of the last 300 seconds. The volume is 0.45 + 1.2 x amplitude, at most 1. Only one clip sounds at a
-// time: a new one cuts off the one before. What cannot be played is silent. Main thread only.
+// time: a new one cuts off the one before. A clip that cannot be opened is silent. Main thread only.
 class SoundPlayer {
 public:
-    // Makes the pack current and looks its clips up in the resources. A clip that sounds goes on sounding.
+    // Makes the pack current and looks its clips up in the resources. A clip that is playing goes on.
     void load(SoundPack pack);
 
     // Amplitudes are in g. A muted slap leaves no trace: it does not count toward escalation.

@@ -31,7 +31,7 @@ void AccelerometerReader::stop() {
     ++FakeReader::current().stopCalls;
 }
 
-// Runs always, so that nobody can mistake it for the engine's own state.
+// Runs always, so that no test can mistake it for the engine's own state.
 bool AccelerometerReader::isRunning() const {
     return true;
 }
