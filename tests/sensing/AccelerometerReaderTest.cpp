@@ -259,6 +259,20 @@ TEST_F(AccelerometerReaderTest, AFailedStartAfterAStopLeavesNothingOpen) {
     expectIdle();
 }
 
+TEST_F(AccelerometerReaderTest, AFailedStartLeavesTheCountOfReports) {
+    ASSERT_TRUE(reader.start());
+    deliver(5);
+    reader.stop();
+    accelerometer().canBecomeDevice = false;
+    ASSERT_FALSE(reader.start());
+    accelerometer().canBecomeDevice = true;
+    ASSERT_TRUE(reader.start());
+    deliver(2);
+    EXPECT_TRUE(samples.empty());
+    deliver(1); // the eighth since construction
+    EXPECT_EQ(samples.size(), 1U);
+}
+
 TEST_F(AccelerometerReaderTest, TheFirstMatchingServiceWins) {
     platform.registry.services.push_back(VirtualService::accelerometer());
     ASSERT_TRUE(reader.start());

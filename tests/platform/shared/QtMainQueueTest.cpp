@@ -130,7 +130,10 @@ TEST_F(QtMainQueueTest, InASteadyFlowNothingIsAllocatedButTheJobs) {
             mainQueue::post([&ran] { ++ran; }); // wakes the queue while the event that woke it lives
             ++ran;
         });
-        while (ran < before + 2) QCoreApplication::processEvents();
+        waitUntil([&] {
+            QCoreApplication::processEvents();
+            return ran == before + 2;
+        });
     };
     for (int round = 0; round < 10; ++round) flow();
     EXPECT_EQ(allocationsDuring([&] {
