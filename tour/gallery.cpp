@@ -134,7 +134,10 @@ void summary() {
 }
 
 void everyState() {
-    mainView("main-idle", [](Laptop&, BonkoEngine&) {});
+    const auto nothing = [](Laptop&, BonkoEngine&) {};
+    const auto check = [](Laptop& laptop, BonkoEngine&) { laptop.pass(0.6); };
+
+    mainView("main-idle", nothing);
     mainView("main-listening", [](Laptop& laptop, BonkoEngine& engine) {
         engine.pack = SoundPack::halo;
         engine.start();
@@ -150,20 +153,17 @@ void everyState() {
         engine.start();
     });
     mainView("main-picker-disabled", [](Laptop&, BonkoEngine& engine) { engine.soundEnabled = false; });
-    mainView(
-        "main-no-logo", [](Laptop&, BonkoEngine&) {}, false);
+    mainView("main-no-logo", nothing, false);
 
-    onboarding("onboarding-checking", [](Laptop&, BonkoEngine&) {});
-    onboarding("onboarding-waiting", [](Laptop& laptop, BonkoEngine&) { laptop.pass(0.6); });
-    onboarding(
-        "onboarding-failed", [](Laptop& laptop, BonkoEngine&) { laptop.pass(0.6); }, true, false);
+    onboarding("onboarding-checking", nothing);
+    onboarding("onboarding-waiting", check);
+    onboarding("onboarding-failed", check, true, false);
     onboarding("onboarding-complete", [](Laptop& laptop, BonkoEngine&) {
         laptop.rest();
         laptop.pass(2.0);
         laptop.hit(0.5);
     });
-    onboarding(
-        "onboarding-no-logo", [](Laptop&, BonkoEngine&) {}, false);
+    onboarding("onboarding-no-logo", nothing, false);
 }
 
 void everyPicture() {

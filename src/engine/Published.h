@@ -28,7 +28,8 @@ public:
     const T& get() const { return value; }
 
     Published& operator=(const Published&) = delete;
-    Published& operator=(T next) requires std::same_as<Writer, Anyone> {
+    template<std::same_as<Anyone> Assigner = Writer>
+    Published& operator=(T next) {
         write(std::move(next));
         return *this;
     }

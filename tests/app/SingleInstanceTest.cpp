@@ -63,7 +63,7 @@ TEST_F(SingleInstanceTest, ALaterCopyCallsTheFirst) {
 }
 
 TEST_F(SingleInstanceTest, ThePlaceIsFreeWhenTheFirstIsGone) {
-    { const SingleInstance first(nobodyCalls); }
+    std::make_unique<SingleInstance>(nobodyCalls).reset();
     EXPECT_EQ(SingleInstance(nobodyCalls).place(), Place::first);
 }
 

@@ -254,7 +254,8 @@ TEST(ClipsTest, LengthLoudnessAndDensityAllRiseFromTheFirstToTheLastThirdOfAnEsc
         std::vector<Strength> strengths;
         for (const CommittedClip& clip : clipsOf(recipe)) strengths.push_back(strengthOf(clip.sound));
         const auto third = static_cast<std::ptrdiff_t>(strengths.size() / 3);
-        const auto rises = [&](double Strength::*part) {
+        using Part = double Strength::*;
+        const auto rises = [&](Part part) {
             const auto sum = [part](double total, const Strength& strength) { return total + strength.*part; };
             return std::accumulate(strengths.end() - third, strengths.end(), 0.0, sum) >
                    std::accumulate(strengths.begin(), strengths.begin() + third, 0.0, sum);

@@ -17,9 +17,7 @@ static_assert(!std::is_copy_constructible_v<BonkoEngine> && !std::is_move_constr
 
 // What only the engine may write cannot be assigned.
 template<class Property, class Value>
-concept AssignableFrom = requires(Property& property, Value value) {
-    property = value;
-};
+concept AssignableFrom = std::is_assignable_v<Property&, Value>;
 static_assert(!AssignableFrom<decltype(BonkoEngine::phase), BonkoEngine::Phase>);
 static_assert(!AssignableFrom<decltype(BonkoEngine::slapCount), std::int64_t>);
 static_assert(!AssignableFrom<decltype(BonkoEngine::lastAmplitude), double>);

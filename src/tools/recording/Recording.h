@@ -17,14 +17,15 @@ namespace quiverly {
 class Recording {
 public:
     // "-" stands for standard input. beforeRead is called whenever the file is about to be read, which may take long.
-    explicit Recording(
-        const std::string& name, std::function<void()> beforeRead = [] {});
+    explicit Recording(const std::string& name, std::function<void()> beforeRead = doNothing);
 
     // The next line that says something; nothing at the end. The error, "NAME: reason" or "NAME:LINE: what is wrong",
     // is an end too: nothing may be asked for after it.
     tl::expected<std::optional<RecordingLine>, std::string> next();
 
 private:
+    static void doNothing() {}
+
     std::string name;
     LineReader lines;
     RecordingParser parser;

@@ -35,10 +35,9 @@ protected:
     // A pack of clips that last half a second, made below the folder.
     PackRecipe tones(std::size_t count) {
         PackRecipe recipe{SoundPack::halo, {}};
+        const auto tone = [](RandomNumbers&) -> Stereo { return {sine(0.5, 440), sine(0.5, 440)}; };
         for (std::size_t index = 0; index < count; ++index) {
-            recipe.clips.push_back({"A tone", 1, [](RandomNumbers&) -> Stereo {
-                                        return {sine(0.5, 440), sine(0.5, 440)};
-                                    }});
+            recipe.clips.push_back({"A tone", 1, tone});
             const auto made = makeClip(recipe, index, folder.path());
             if (!made) throw std::runtime_error(made.error());
         }

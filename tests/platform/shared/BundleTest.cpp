@@ -105,8 +105,9 @@ TEST_F(BundleTest, AFileInTheFoldersPlaceIsNoFolder) {
 }
 
 TEST_F(BundleTest, ForeignNamesAreFoundWhateverTheyHold) {
-    Names names{"-rf.mp3",  "2 Füße.mp3",     "10 O'Malley \"quoted\" $(x).mp3", "Ärger.mp3", "悲鳴.mp3",
-                "🦎.mp3", "two\nlines.mp3", std::string(250, 'z') + ".mp3"};
+    Names names{"-rf.mp3", "2 Füße.mp3", "10 O'Malley \"quoted\" $(x).mp3", "Ärger.mp3", "two\nlines.mp3"};
+    for (const char* name : {"悲鳴.mp3", "🦎.mp3"}) names.emplace_back(name);
+    names.push_back(std::string(250, 'z') + ".mp3");
     for (const std::string& name : names) own.addFile(fs::path("clips") / name);
     std::sort(names.begin(), names.end());
     EXPECT_EQ(clips("clips"), names);

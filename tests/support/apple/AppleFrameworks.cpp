@@ -19,7 +19,7 @@ std::optional<RunLoopRun> AppleFrameworks::lastRun() const {
     return run;
 }
 
-bool AppleFrameworks::occurs(Fault AppleFrameworks::*fault) {
+bool AppleFrameworks::occurs(FaultMember fault) {
     return instance != nullptr && instance->*fault;
 }
 

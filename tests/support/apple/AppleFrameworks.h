@@ -41,7 +41,8 @@ public:
     std::optional<RunLoopRun> lastRun() const; // on whichever thread
 
     // The stand-ins use these.
-    static bool occurs(Fault AppleFrameworks::*fault);
+    using FaultMember = Fault AppleFrameworks::*;
+    static bool occurs(FaultMember fault);
     static std::vector<std::uint8_t> reportAfterUnscheduling();
     static std::filesystem::path executablePath();
     static void tell(const RunLoopRun& run);

@@ -13,7 +13,7 @@ namespace {
 
 FileDescriptor openRegularFile(const std::filesystem::path& path) {
     FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat status {};
+    struct stat status = {};
     const bool isRegular = file && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode);
     return isRegular ? std::move(file) : FileDescriptor();
 }
@@ -32,7 +32,7 @@ std::size_t ClipFile::read(std::span<std::byte> bytes) {
 }
 
 off_t ClipFile::seek(off_t offset, int whence) {
-    struct stat status {};
+    struct stat status = {};
     if (whence == SEEK_END && ::fstat(file.get(), &status) != 0) return -1;
     const off_t origin = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? position : status.st_size;
     off_t target = 0;
