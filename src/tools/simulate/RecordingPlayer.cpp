@@ -4,24 +4,30 @@
 
 namespace quiverly {
 
-RecordingPlayer::RecordingPlayer(const std::string& file) : recording(file), next(readReport()) {
-    if (next) begin = next->seconds;
+tl::expected<RecordingPlayer, std::string> RecordingPlayer::open(const std::string& file) {
+    RecordingPlayer player(file);
+    player.next = player.readReport();
+    if (!player.next) return tl::unexpected(player.next.error());
+    if (*player.next) player.begin = (*player.next)->seconds;
+    return player;
 }
 
-std::optional<std::vector<std::uint8_t>> RecordingPlayer::take(std::chrono::milliseconds sinceFirst) {
-    if (!next || std::chrono::duration<double>(next->seconds - begin) > sinceFirst) return std::nullopt;
-    return std::exchange(next, readReport())->bytes;
+tl::expected<std::optional<RecordingPlayer::Bytes>, std::string>
+RecordingPlayer::take(std::chrono::milliseconds sinceFirst) {
+    if (!next) return tl::unexpected(next.error());
+    if (!*next || std::chrono::duration<double>((*next)->seconds - begin) > sinceFirst) return std::nullopt;
+    return std::move(*std::exchange(next, readReport()))->bytes;
 }
 
-std::optional<RecordingPlayer::Report> RecordingPlayer::readReport() {
-    auto line = recording.next();
-    for (; line && *line; line = recording.next()) {
+RecordingPlayer::Next RecordingPlayer::readReport() {
+    for (;;) {
+        auto line = recording.next();
+        if (!line) return tl::unexpected(line.error());
+        if (!*line) return std::nullopt;
         if (auto* report = std::get_if<action::Report>(&(*line)->action)) {
             return Report{.seconds = (*line)->seconds, .bytes = std::move(report->bytes)};
         }
     }
-    if (!line) unusable = line.error();
-    return std::nullopt;
 }
 
 } // namespace quiverly

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include <tl/expected.hpp>
+
 #include "tools/recording/Recording.h"
 
 namespace quiverly {
@@ -14,28 +16,30 @@ namespace quiverly {
 // they steer the application, which a laptop cannot do. Constant memory however long the recording is.
 class RecordingPlayer {
 public:
-    explicit RecordingPlayer(const std::string& file);
+    using Bytes = std::vector<std::uint8_t>;
+
+    // Errors are of the form "FILE: reason" or "FILE:LINE: what is wrong". Opening reads up to the first report.
+    static tl::expected<RecordingPlayer, std::string> open(const std::string& file);
 
     // The next report, when it is due by then.
-    std::optional<std::vector<std::uint8_t>> take(std::chrono::milliseconds sinceFirst);
+    tl::expected<std::optional<Bytes>, std::string> take(std::chrono::milliseconds sinceFirst);
 
-    // Nothing is left to play. Unless there is a problem, all was played.
-    bool hasEnded() const { return !next; }
-
-    // "FILE: reason" or "FILE:LINE: what is wrong".
-    std::optional<std::string> problem() const { return unusable; }
+    // Whether all has been played.
+    bool hasEnded() const { return next && !*next; }
 
 private:
     struct Report {
         double seconds; // since the beginning of the recording
-        std::vector<std::uint8_t> bytes;
+        Bytes bytes;
     };
+    using Next = tl::expected<std::optional<Report>, std::string>;
 
-    std::optional<Report> readReport();
+    explicit RecordingPlayer(const std::string& file) : recording(file) {}
+
+    Next readReport();
 
     Recording recording;
-    std::optional<std::string> unusable;
-    std::optional<Report> next;
+    Next next;
     double begin = 0.0; // of the first report, in seconds
 };
 

@@ -22,8 +22,9 @@ Simulator::Simulator(Options options, std::ostream& output, std::ostream& errors
 
 tl::expected<void, std::string> Simulator::open() {
     if (options.recording) {
-        recording = std::make_unique<RecordingPlayer>(*options.recording);
-        if (const auto problem = recording->problem()) return tl::unexpected(*problem);
+        auto player = RecordingPlayer::open(*options.recording);
+        if (!player) return tl::unexpected(player.error());
+        recording = *std::move(player);
     }
     return server.appear().map([this] { output << "quiverly-simulate: ready at " << server.address() << std::endl; });
 }
@@ -102,21 +103,22 @@ void Simulator::sendReports() {
 }
 
 void Simulator::playRecording() {
-    while (const auto report = recording->take(next - *begin)) server.report(*report);
-    if (!recording->hasEnded()) return;
-    if (const auto problem = recording->problem()) {
-        outcome = tl::unexpected(*problem);
+    auto report = recording->take(next - *begin);
+    for (; report && *report; report = recording->take(next - *begin)) server.report(**report);
+    if (!report) {
+        outcome = tl::unexpected(report.error());
         finished = true;
+    } else if (recording->hasEnded()) {
+        say("the recording has ended");
+        recording.reset();
+        asleep = true;
     }
-    say("the recording has ended");
-    recording.reset();
-    asleep = true;
 }
 
 // What the recording holds for a time when the sensor does not report is lost.
 void Simulator::missRecording() {
-    while (recording && begin && recording->take(next - *begin)) {
-    }
+    if (!recording || !begin) return;
+    for (auto report = recording->take(next - *begin); report && *report;) report = recording->take(next - *begin);
 }
 
 void Simulator::obey(const command::Command& command, const std::string& line) {

@@ -80,7 +80,7 @@ private:
     std::ostream& errors;
     LaptopServer server{[this](const std::string& event) { say(event); }};
     Motion motion;
-    std::unique_ptr<RecordingPlayer> recording;
+    std::optional<RecordingPlayer> recording;
     const Clock::time_point origin = Clock::now();
     Milliseconds next{0};              // the next millisecond to live through
     std::optional<Milliseconds> begin; // when the first report was sent
