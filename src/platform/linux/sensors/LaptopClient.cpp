@@ -53,8 +53,11 @@ std::shared_ptr<LaptopClient> LaptopClient::connect(const laptop::SocketPlace& p
     const auto identity = identityOf(place.socket());
     if (!identity || (identity == silentLaptop.socket && Clock::now() < silentLaptop.forgotten)) return nullptr;
     FileDescriptor socket = connectedSocket(place.socket());
-    if (!socket) return nullptr;
-    std::shared_ptr<LaptopClient> client(new LaptopClient(std::move(socket), *identity));
+    return socket ? over(std::move(socket), *identity) : nullptr;
+}
+
+std::shared_ptr<LaptopClient> LaptopClient::over(FileDescriptor socket, const SocketIdentity& identity) {
+    std::shared_ptr<LaptopClient> client(new LaptopClient(std::move(socket), identity));
     return client->receiveHellos() ? client : nullptr;
 }
 

@@ -32,6 +32,9 @@ public:
     // that a start, which asks several times, waits for it only once.
     static std::shared_ptr<LaptopClient> connect(const laptop::SocketPlace& place = laptop::SocketPlace::ofThisUser());
 
+    // The same over a socket that is connected to a laptop already.
+    static std::shared_ptr<LaptopClient> over(FileDescriptor socket, const SocketIdentity& identity);
+
     const std::vector<laptop::ServiceHello>& services() const { return hellos; }
 
     void writeProperty(std::uint8_t service, std::string_view key, std::int32_t value);
