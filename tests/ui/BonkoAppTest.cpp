@@ -14,14 +14,12 @@
 #include "support/Screen.h"
 #include "support/Stage.h"
 #include "support/TemporaryFolder.h"
+#include "support/sensor_texts.h"
 
 namespace quiverly {
 namespace {
 
 constexpr char completedKey[] = "bonko.onboardingCompleted";
-constexpr char looking[] = "Looking for accelerometer…";
-constexpr char detected[] = "Accelerometer detected";
-constexpr char missing[] = "Accelerometer device missing on this Mac.";
 
 // The application on a laptop, used through its window. What it plays is written down.
 class RunningApp {

@@ -13,14 +13,12 @@
 #include "support/Screen.h"
 #include "support/Stage.h"
 #include "support/TemporaryFolder.h"
+#include "support/sensor_texts.h"
 #include "ui/Theme.h"
 
 namespace quiverly {
 namespace {
 
-constexpr char looking[] = "Looking for accelerometer…";
-constexpr char detected[] = "Accelerometer detected";
-constexpr char missing[] = "Accelerometer device missing on this Mac.";
 constexpr char volume[] = "Turn volume down if you’re in public — the test slap plays a sexy sound.";
 constexpr char prompt[] = "Slap your MacBook to test — you’ll hear a sexy clip!";
 constexpr char accelerometerOK[] = "Accelerometer OK — you’re good to go!";
