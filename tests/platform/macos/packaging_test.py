@@ -10,6 +10,7 @@ import os
 import pathlib
 import plistlib
 import re
+import shutil
 import struct
 import subprocess
 import sys
@@ -235,18 +236,48 @@ class Scripts(unittest.TestCase):
             ["spctl", "--assess", "--type"]])
         self.assertEqual(len(self.run_script("notarize", "Quiverly.dmg", "PROFILE", failing="xcrun")[0]), 1)
 
-    def test_on_a_mac_every_test_it_has_runs_in_two_presets(self):
-        counted = "100% tests passed, 0 tests failed out of 7"
+
+class TestsOnAMac(unittest.TestCase):
+    """The command ./test, in a copy of what it consists of, with stand-ins for what it calls."""
+
+    LISTED = json.dumps({"tests": [{"name": "one"}]})
+    PASSED = '<testsuite><testcase name="one" status="run"/></testsuite>'
+    FAILED = '<testsuite><testcase name="one" status="fail"/></testsuite>'
+
+    def run_tests(self, *arguments, results=PASSED, failing=None):
+        """The calls that it makes, the last line that it prints, and its exit status."""
+        with tempfile.TemporaryDirectory() as name:
+            project, tools = pathlib.Path(name, "project"), pathlib.Path(name, "tools")
+            shutil.copytree(SOURCE / "scripts", project / "scripts")
+            shutil.copy(SOURCE / "test", project)
+            note = 'echo "${0##*/} $*${HOMEBREW_NO_INSTALL_UPGRADE:+ without upgrades}" >>"$CALLS"'
+            put_tool(tools, "uname", "echo Darwin")
+            put_tool(tools, "brew", note)
+            put_tool(tools, "cmake", note, f"exit {int(failing == 'cmake')}")
+            put_tool(tools, "ctest",
+                     f"case \"$*\" in *--show-only*) echo '{self.LISTED}'; exit ;; esac",
+                     'file=${*##*--output-junit }', note.replace("$*", "${*%% --output-junit*}"),
+                     f"[ -z '{results}' ] || {{ mkdir -p \"${{file%/*}}\"; echo '{results}' >\"$file\"; }}",
+                     f"exit {int(failing == 'ctest')}")
+            calls = pathlib.Path(name, "calls")
+            script = subprocess.run([project / "test", *arguments], env=with_tools(tools, CALLS=str(calls)),
+                                    capture_output=True, text=True, check=False)
+            return calls.read_text().splitlines(), script.stdout.splitlines()[-1], script.returncode
+
+    def test_every_test_there_is_runs_in_two_presets(self):
         for arguments in ((), ("--full",)):
-            calls, status = self.run_script(SOURCE / "test", *arguments, ctest=counted)
-            self.assertEqual(status, 0)
+            calls, last, status = self.run_tests(*arguments)
+            self.assertEqual((last, status), ("5 passed, 0 failed, 0 not run", 0))
             self.assertRegex(calls.pop(0), "^brew install .+ without upgrades$")
             self.assertEqual(calls, [
-                "cmake --preset dev", "cmake --build --preset dev", "ctest --preset dev",
-                "cmake --preset tsan", "cmake --build --preset tsan", "ctest --preset tsan"])
-        for answers in ({"ctest": "50% tests passed, 1 tests failed out of 2"}, {"ctest": "No tests were found"},
-                        {"ctest": counted, "failing": "ctest"}, {"ctest": counted, "failing": "cmake"}):
-            self.assertNotEqual(self.run_script(SOURCE / "test", **answers)[1], 0)
+                "cmake --preset dev", "cmake --build --preset dev -- -k 0", "ctest --preset dev",
+                "cmake --preset tsan", "cmake --build --preset tsan -- -k 0", "ctest --preset tsan"])
+
+    def test_what_fails_or_cannot_be_counted_is_a_failure(self):
+        self.assertEqual(self.run_tests(results=self.FAILED, failing="ctest")[2], 1)
+        self.assertEqual(self.run_tests(results="", failing="ctest")[2], 1)
+        self.assertEqual(self.run_tests(results="")[2], 1)
+        self.assertEqual(self.run_tests(failing="cmake")[2], 1)
 
 
 if __name__ == "__main__":
