@@ -1,6 +1,5 @@
 #include "laptop/protocol.h"
 
-#include <algorithm>
 #include <concepts>
 #include <optional>
 #include <string_view>
@@ -38,9 +37,9 @@ public:
     }
 
     Writer& text(std::string_view value) {
-        const auto length = static_cast<std::uint8_t>(std::min<std::size_t>(value.size(), 255));
-        integer(length);
-        bytes.insert(bytes.end(), value.begin(), value.begin() + length);
+        const std::string_view content = value.substr(0, 255);
+        integer(static_cast<std::uint8_t>(content.size()));
+        for (const char character : content) integer(static_cast<std::uint8_t>(character));
         return *this;
     }
 
