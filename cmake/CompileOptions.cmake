@@ -3,6 +3,8 @@
 set(QUIVERLY_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wnon-virtual-dtor -Wold-style-cast)
 add_compile_options(${QUIVERLY_WARNINGS})
 add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wshadow=local>)
+# Optimising, g++ takes a moved variant for uninitialised (https://gcc.gnu.org/bugzilla/show_bug.cgi?id=80635).
+add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-maybe-uninitialized>)
 
 # The same bits on every processor: a fused multiply-add rounds once where the formulas round twice.
 add_compile_options(-ffp-contract=off)
