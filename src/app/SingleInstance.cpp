@@ -58,7 +58,7 @@ bool call(const fs::path& socket, const QByteArray& token, Clock::time_point end
 
 } // namespace
 
-SingleInstance::SingleInstance(OnCall onCall, QByteArray token, const fs::path& shared)
+SingleInstance::SingleInstance(OnCall onCall, const QByteArray& token, const fs::path& shared)
     : folder(privateFolder(shared)), onCall(std::move(onCall)), token(token.left(longestToken)), found(find()) {}
 
 SingleInstance::~SingleInstance() {

@@ -29,7 +29,7 @@ public:
     using OnCall = std::function<void(const QByteArray& token)>;
 
     // Tells the first copy this token, of which a kilobyte counts.
-    explicit SingleInstance(OnCall onCall, QByteArray token = {}, const std::filesystem::path& shared = "/tmp");
+    explicit SingleInstance(OnCall onCall, const QByteArray& token = {}, const std::filesystem::path& shared = "/tmp");
     ~SingleInstance() override;
 
     Place place() const { return found; }

@@ -16,6 +16,7 @@ struct Thread {
 namespace {
 
 // Each turn has an autorelease pool of its own: the thread has no event loop that would drain one.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): what the loop holds is let go when it has ended
 void run(ThreadLoop loop) {
     @autoreleasepool {
         loop.begin();
