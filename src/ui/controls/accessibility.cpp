@@ -187,27 +187,27 @@ void describeAs(QWidget& widget, QAccessible::Role role, const QString& name) {
 
 // Until Qt 6.8 nothing but a notification that appears is spoken by itself.
 #if QT_VERSION < QT_VERSION_CHECK(6, 8, 0)
-void describeAsSpeaking(QWidget& label) {
+void describeAsSpeaking(QLabel& label) {
     describeAs(label, QAccessible::Notification);
 }
 
-void speak(QWidget& label) {
+void speak(QLabel& label) {
     QAccessibleEvent appeared(&label, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&appeared);
 }
 
-void speakOnAppearing(QWidget&) {} // the toolkit itself reports that it appears
+void speakOnAppearing(QLabel&) {} // the toolkit itself reports that it appears
 #else
-void describeAsSpeaking(QWidget& label) {
+void describeAsSpeaking(QLabel& label) {
     describeAs(label, QAccessible::StaticText);
 }
 
-void speak(QWidget& label) {
-    QAccessibleAnnouncementEvent announcement(&label, qobject_cast<QLabel&>(label).text());
+void speak(QLabel& label) {
+    QAccessibleAnnouncementEvent announcement(&label, label.text());
     QAccessible::updateAccessibility(&announcement);
 }
 
-void speakOnAppearing(QWidget& label) {
+void speakOnAppearing(QLabel& label) {
     speak(label);
 }
 #endif

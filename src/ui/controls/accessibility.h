@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 
+class QLabel;
 class QString;
 class QWidget;
 
@@ -15,8 +16,8 @@ void describeAs(QWidget& widget, QAccessible::Role role, const QString& name = {
 
 // Has a screen reader speak what a label says, though the focus is elsewhere. The label is described as one that
 // speaks.
-void describeAsSpeaking(QWidget& label);
-void speak(QWidget& label);
-void speakOnAppearing(QWidget& label); // to be called from its show event
+void describeAsSpeaking(QLabel& label);
+void speak(QLabel& label);
+void speakOnAppearing(QLabel& label); // to be called from its show event
 
 } // namespace quiverly
