@@ -107,9 +107,13 @@ class PipeWire(SoundServer):
         wait_until(lambda: self._ask(*use_device).returncode == 0, "the device to be the default")
 
     def _hide_devices(self) -> None:
-        """Leaves the machine's devices to the user's own server."""
+        """Leaves the machine's devices to the user's own server; WirePlumber 0.4 and 0.5 are told in different ways."""
         folder = self.user.configuration / "wireplumber"
         for group, monitors in {"main": ("alsa", "v4l2", "libcamera"), "bluetooth": ("bluez",)}.items():
             file = folder / f"{group}.lua.d" / "60-no-devices.lua"
             file.parent.mkdir(parents=True, exist_ok=True)
             file.write_text("".join(f"{monitor}_monitor.enabled = false\n" for monitor in monitors))
+        features = "".join(f"hardware.{name} = disabled " for name in ("audio", "bluetooth", "video-capture"))
+        file = folder / "wireplumber.conf.d" / "60-no-devices.conf"
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_text(f"wireplumber.profiles = {{ main = {{ {features}}} }}\n")
