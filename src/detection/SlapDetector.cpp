@@ -16,17 +16,18 @@ constexpr double sampleWeight = 0.005;
 void SlapDetector::process(double x, double y, double z) {
     const double mag = std::sqrt((x * x + y * y) + z * z);
     baseline = baseline * baselineWeight + mag * sampleWeight;
-    const double fromBaseline = std::abs(mag - baseline);
-    const double fromPrevious = std::abs(mag - prevMag);
+    const double amplitude = score(mag, baseline, prevMag);
     prevMag = mag;
-
-    const double score = std::max(fromBaseline, fromPrevious);
-    if (score < threshold || std::isnan(score)) return;
+    if (amplitude < threshold || std::isnan(amplitude)) return;
 
     const calendar::TimePoint now = calendar::now();
-    if (calendar::elapsed(lastFire, now) < cooldown) return;
+    if (isCoolingDown(now)) return;
     lastFire = now;
-    if (const auto receiver = onSlap) receiver(score); // a copy, which outlives its replacement
+    if (const auto receiver = onSlap) receiver(amplitude); // a copy, which outlives its replacement
+}
+
+double SlapDetector::score(double mag, double baseline, double prevMag) {
+    return std::max(std::abs(mag - baseline), std::abs(mag - prevMag));
 }
 
 } // namespace quiverly

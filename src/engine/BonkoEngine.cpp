@@ -68,7 +68,7 @@ void BonkoEngine::handleSample(double x, double y, double z) {
 }
 
 void BonkoEngine::handleSlap(double amplitude) {
-    if (calendar::now() < ignoreSlapsUntil) return;
+    if (isSettling()) return;
     if (onboardingMode && amplitude < minimumCheckAmplitude) return;
 
     slapCount.write(slapCount + 1);

@@ -40,8 +40,11 @@ public:
     Published<SoundPack> pack{objectWillChange, SoundPack::sexy, [this] { packDidChange(); }};
     Published<double> threshold{objectWillChange, 0.12, [this] { thresholdDidChange(); }}; // in g
 
-    // Called with each sample, in g, after the detector has processed it; for tools that show what the sensor feels.
+    // For tools that show what the sensor feels: called with each sample, in g, after the detector has processed it;
+    // the detector; and whether a hardware check has just begun and slaps are ignored.
     std::function<void(double x, double y, double z)> onSample;
+    const SlapDetector& slapDetector() const { return detector; }
+    bool isSettling() const { return calendar::now() < ignoreSlapsUntil; }
 
     BonkoEngine();
     BonkoEngine(const BonkoEngine&) = delete;

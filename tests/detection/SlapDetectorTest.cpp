@@ -284,5 +284,21 @@ TEST_F(SlapDetectorTest, AClockSetBackSuppressesEventsUntilItHasCaughtUp) {
     EXPECT_EQ(amplitudes.size(), 2U);
 }
 
+TEST_F(SlapDetectorTest, TellsWhatItsSamplesHaveComeTo) {
+    EXPECT_EQ(detector.magnitude(), 0.0);
+    EXPECT_EQ(detector.runningBaseline(), 1.0);
+    EXPECT_FALSE(detector.isCoolingDown(platform.calendar.now));
+    settle();
+    detector.process(0, 0, -1.5);
+    EXPECT_EQ(detector.magnitude(), 1.5);
+    EXPECT_NEAR(detector.runningBaseline(), 1.0025, rounding);
+    EXPECT_EQ(amplitudes, Amplitudes{SlapDetector::score(1.5, detector.runningBaseline(), 1.0)});
+
+    const auto fired = platform.calendar.now;
+    EXPECT_TRUE(detector.isCoolingDown(fired));
+    EXPECT_TRUE(detector.isCoolingDown(fired + 550ms - 1ns));
+    EXPECT_FALSE(detector.isCoolingDown(fired + 550ms));
+}
+
 } // namespace
 } // namespace quiverly

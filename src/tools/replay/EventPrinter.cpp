@@ -19,9 +19,9 @@ void EventPrinter::slap(std::int64_t count, double amplitude) {
     finish();
 }
 
-void EventPrinter::clip(const std::filesystem::path& file, float volume) {
+void EventPrinter::clip(const std::string& name, float volume) {
     begin("clip");
-    string("file", file.parent_path().filename().string() + '/' + file.filename().string());
+    string("file", name);
     number("volume", volume);
     finish();
 }

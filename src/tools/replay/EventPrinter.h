@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <string>
 
 #include "engine/BonkoEngine.h"
@@ -22,10 +21,10 @@ public:
 
     void setTime(double seconds) { time = seconds; } // of the events to come
 
-    void sample(double x, double y, double z);                  // g
-    void slap(std::int64_t count, double amplitude);            // g
-    void clip(const std::filesystem::path& file, float volume); // named by its last folder and its own name
-    void checkSlap(double amplitude);                           // g
+    void sample(double x, double y, double z);       // g
+    void slap(std::int64_t count, double amplitude); // g
+    void clip(const std::string& name, float volume);
+    void checkSlap(double amplitude); // g
     void phase(const BonkoEngine::Phase& phase);
     void settingsPage(const std::string& url);
     void end(const Totals& totals);

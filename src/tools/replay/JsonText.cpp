@@ -1,20 +1,12 @@
 #include "tools/replay/JsonText.h"
 
-#include <cstdint>
 #include <cstdio>
 
-#include <unicode/unistr.h>
+#include "tools/replay/utf8.h"
 
 namespace quiverly::json {
 
 namespace {
-
-std::string validUtf8(std::string_view bytes) {
-    std::string text;
-    const icu::StringPiece piece(bytes.data(), static_cast<std::int32_t>(bytes.size()));
-    icu::UnicodeString::fromUTF8(piece).toUTF8String(text);
-    return text;
-}
 
 void appendEscaped(std::string& text, char character) {
     switch (character) {

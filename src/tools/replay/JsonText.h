@@ -16,8 +16,7 @@ void appendNumber(std::string& text, Number number) {
     text.append(digits, end);
 }
 
-// The text in quotation marks, UTF-8 as it is. Bytes that are not UTF-8 become U+FFFD, one for each maximal subpart, as
-// the Unicode standard recommends.
+// The text in quotation marks, as valid UTF-8.
 void appendString(std::string& text, std::string_view bytes);
 
 } // namespace quiverly::json

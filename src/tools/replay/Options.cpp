@@ -17,6 +17,11 @@ Text folderName(const std::string& text) {
     return text;
 }
 
+Text svgName(const std::string& text) {
+    if (!text.ends_with(".svg")) return tl::make_unexpected("the name of a plot ends in .svg");
+    return text;
+}
+
 constexpr char exitStatuses[] =
     "Exit status: 0 when the whole recording was replayed, 1 when the output could not be written\n"
     "or the system did not let the program work, 2 when the options or the recording cannot be used.";
@@ -35,6 +40,7 @@ tl::expected<Options, EarlyExit> parseOptions(std::span<const char* const> argum
     line.addValue("--resources", options.resources, folderName, "the folder that holds audio/<pack>/*.mp3")
         ->type_name("DIR");
     line.addValue("--seed", options.seed, wholeNumber, "start of the random choices, 0 unless given")->type_name("N");
+    line.addValue("--plot", options.plot, svgName, "draw the recording, too")->type_name("FILE.svg");
     return line.read(arguments).map([&] { return options; });
 }
 

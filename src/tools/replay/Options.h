@@ -18,7 +18,8 @@ struct Options {
     std::optional<double> threshold; // g
     std::optional<std::string> resources;
     std::uint64_t seed = 0;
-    std::string recording; // a file, or - for standard input
+    std::optional<std::string> plot; // the file that shall hold the drawing
+    std::string recording;           // a file, or - for standard input
 };
 
 // Understands the arguments that follow the program's name.

@@ -1,7 +1,11 @@
 #include "tools/replay/Replay.h"
 
+#include <filesystem>
+#include <string>
 #include <utility>
 #include <variant>
+
+#include "tools/replay/utf8.h"
 
 namespace quiverly {
 
@@ -22,9 +26,15 @@ void setSensor(VirtualRegistry& registry, SensorAnswer answer) {
     if (answer == SensorAnswer::noLookup) registry.unsearchable.insert(deviceClass);
 }
 
+// A clip by its last folder and its own name, as sexy/28.mp3.
+std::string nameOf(const std::filesystem::path& clip) {
+    return clip.parent_path().filename().string() + '/' + clip.filename().string();
+}
+
 } // namespace
 
-Replay::Replay(VirtualPlatform& platform, EventPrinter& events, Samples samples) : platform(platform), events(events) {
+Replay::Replay(VirtualPlatform& platform, EventPrinter& events, Samples samples, Plot* plot)
+    : platform(platform), events(events), plot(plot) {
     setSensor(platform.registry, SensorAnswer::ok);
     watchSamples(samples);
     watchState();
@@ -35,6 +45,7 @@ void Replay::watchSamples(Samples printing) {
     engine.onSample = [this, printing](double x, double y, double z) {
         ++samples;
         if (printing == Samples::printed) events.sample(x, y, z);
+        if (plot) plotSample();
     };
 }
 
@@ -48,7 +59,9 @@ void Replay::watchPlatform() {
     platform.audio.onPlay = [this](const VirtualAudio::PlayedClip& clip) {
         ++clips;
         printChanges();
-        events.clip(clip.file, clip.volume);
+        const std::string name = nameOf(clip.file);
+        events.clip(name, clip.volume);
+        if (plot) plot->clips.push_back({.seconds = seconds, .name = validUtf8(name)});
     };
     platform.workspace.onOpen = [this](const std::string& url) {
         printChanges();
@@ -57,7 +70,8 @@ void Replay::watchPlatform() {
 }
 
 void Replay::perform(const RecordingLine& line) {
-    events.setTime(line.seconds);
+    seconds = line.seconds;
+    events.setTime(seconds);
     platform.calendar.now = line.calendar;
     if (std::exchange(firstLine, false) && std::holds_alternative<action::Report>(line.action)) {
         carryOut(action::Sound{true});
@@ -121,7 +135,24 @@ void Replay::carryOut(const action::Sensor& sensor) {
 
 void Replay::printChanges() {
     if (std::exchange(phaseWritten, false)) events.phase(engine.phase);
-    if (std::exchange(slapAccepted, false)) events.slap(engine.slapCount, engine.lastAmplitude);
+    if (std::exchange(slapAccepted, false)) {
+        events.slap(engine.slapCount, engine.lastAmplitude);
+        if (plot) plot->slaps.push_back({.seconds = seconds, .amplitude = engine.lastAmplitude});
+    }
+}
+
+void Replay::plotSample() {
+    const SlapDetector& detector = engine.slapDetector();
+    const double magnitude = detector.magnitude();
+    const double baseline = detector.runningBaseline();
+    plot->trace.add({.seconds = seconds,
+                     .magnitude = magnitude,
+                     .baseline = baseline,
+                     .score = SlapDetector::score(magnitude, baseline, lastMagnitude),
+                     .threshold = detector.threshold});
+    plot->cooldowns.observe(seconds, detector.isCoolingDown(calendar::now()));
+    plot->settling.observe(seconds, engine.isSettling());
+    lastMagnitude = magnitude;
 }
 
 } // namespace quiverly

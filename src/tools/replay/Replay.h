@@ -4,12 +4,14 @@
 
 #include "engine/BonkoEngine.h"
 #include "platform/virtual/VirtualPlatform.h"
+#include "tools/plot/Plot.h"
 #include "tools/recording/RecordingLine.h"
 #include "tools/replay/EventPrinter.h"
 
 namespace quiverly {
 
-// Lets an engine live through a recording on a virtual platform and prints what happens.
+// Lets an engine live through a recording on a virtual platform, prints what happens, and draws it into a plot if there
+// is one.
 //
 // Settings, resources and chance of the platform are set up before; the sensor is there. When perform() returns, all
 // that its line sets going is over: jobs have run and a device no longer listened to is closed.
@@ -17,7 +19,7 @@ class Replay {
 public:
     enum class Samples { hidden, printed };
 
-    Replay(VirtualPlatform& platform, EventPrinter& events, Samples samples);
+    Replay(VirtualPlatform& platform, EventPrinter& events, Samples samples, Plot* plot = nullptr);
 
     void perform(const RecordingLine& line);
 
@@ -40,12 +42,16 @@ private:
     void carryOut(const action::ClockJump&);
     void carryOut(const action::Sensor& sensor);
     void printChanges();
+    void plotSample();
 
     VirtualPlatform& platform;
     EventPrinter& events;
+    Plot* const plot; // or null
     BonkoEngine engine;
     ChangePublisher::Subscription phaseWatcher;
     ChangePublisher::Subscription slapWatcher;
+    double seconds = 0.0; // since the recording began
+    double lastMagnitude = 0.0;
     bool firstLine = true;
     bool phaseWritten = false; // and not printed yet
     bool slapAccepted = false; // and not printed yet

@@ -1,20 +1,25 @@
 // quiverly-replay: lets the engine live through a recording of sensor reports and prints what happens.
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <span>
 #include <string>
+#include <system_error>
 
 #include "platform/shared/program_resources.h"
 #include "platform/virtual/VirtualPlatform.h"
+#include "tools/plot/svg.h"
 #include "tools/recording/Recording.h"
 #include "tools/replay/EventOutput.h"
 #include "tools/replay/EventPrinter.h"
 #include "tools/replay/Options.h"
 #include "tools/replay/Progress.h"
 #include "tools/replay/Replay.h"
+#include "tools/replay/utf8.h"
 
 namespace quiverly {
 namespace {
@@ -44,6 +49,15 @@ void prepare(VirtualPlatform& platform, const Options& options) {
     }
 }
 
+bool store(const Plot& plot, const std::string& name) {
+    std::ofstream file(name);
+    file << svg(plot);
+    file.close();
+    if (file) return true;
+    complain(name + ": " + std::generic_category().message(errno));
+    return false;
+}
+
 ExitStatus replay(const Options& options) {
     VirtualPlatform platform;
     prepare(platform, options);
@@ -56,7 +70,10 @@ ExitStatus replay(const Options& options) {
         output.flush();
     });
     EventPrinter events(output.text);
-    Replay replay(platform, events, options.samples ? Replay::Samples::printed : Replay::Samples::hidden);
+    Plot plot;
+    plot.title = validUtf8(std::filesystem::path(options.recording).filename().string());
+    Replay replay(platform, events, options.samples ? Replay::Samples::printed : Replay::Samples::hidden,
+                  options.plot ? &plot : nullptr);
 
     auto line = recording.next();
     for (; line && *line && !output.error(); line = recording.next()) {
@@ -68,6 +85,7 @@ ExitStatus replay(const Options& options) {
     progress.clear();
     const ExitStatus status = finish(output, line ? success : unusable);
     if (!line) complain(line.error());
+    if (options.plot && !store(plot, *options.plot)) return status == success ? failed : status;
     return status;
 }
 

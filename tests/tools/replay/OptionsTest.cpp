@@ -30,6 +30,7 @@ TEST(OptionsTest, ARecordingIsEnough) {
     EXPECT_EQ(parsed.threshold, std::nullopt);
     EXPECT_EQ(parsed.resources, std::nullopt);
     EXPECT_EQ(parsed.seed, 0U);
+    EXPECT_EQ(parsed.plot, std::nullopt);
 }
 
 TEST(OptionsTest, AValueStandsInTheNextArgumentOrBehindAnEqualsSign) {
@@ -80,6 +81,11 @@ TEST(OptionsTest, ThereIsExactlyOneRecording) {
     expectUnusable({"a", "b"});
     expectUnusable({"-", "-"});
     expectUnusable({"a", "--", "--samples"});
+}
+
+TEST(OptionsTest, APlotIsAnSvgFile) {
+    EXPECT_EQ(options({"--plot=a b.svg", "r"}).plot, "a b.svg");
+    for (const char* const name : {"--plot=r.txt", "--plot=", "--plot=svg"}) expectUnusable({name, "r"});
 }
 
 TEST(OptionsTest, UnknownOptionsAreUnusable) {

@@ -8,6 +8,7 @@ import subprocess
 import tempfile
 import tty
 import unittest
+import xml.etree.ElementTree
 from pathlib import Path
 
 from program import PROGRAM, run
@@ -222,6 +223,45 @@ class CommandTest(unittest.TestCase):
         self.assertEqual(played(), played("--seed=0"))
         self.assertEqual(played("--seed=18446744073709551615"), played("--seed=18446744073709551615"))
         self.assertNotEqual(played("--seed=1"), played("--seed=2"))
+
+    def test_draws_what_it_replays(self):
+        drawing = self.folder / "a.svg"
+        without = run(f"--resources={self.folder}", "-", recording=SLAPS)
+        result = run(f"--resources={self.folder}", f"--plot={drawing}", "-", recording=SLAPS)
+        self.assertEqual((result.stdout, result.stderr, result.returncode), (without.stdout, b"", 0))
+        document = xml.etree.ElementTree.parse(drawing)
+        titles = [title.text for title in document.iter("{http://www.w3.org/2000/svg}title")]
+        slaps = [json.loads(line) for line in result.stdout.splitlines() if b'"slap"' in line]
+        self.assertEqual([title for title in titles if "slap at" in title],
+                         [f"slap at {slap['t']}, {round(slap['amplitude'], 3):g} g" for slap in slaps])
+
+    def test_the_drawing_shades_cooldown_and_settling(self):
+        drawing = self.folder / "a.svg"
+        sample = "0" * 12 + (65536).to_bytes(12, "little").hex()
+        rest = "".join(f"{tick / 1000:.3f} {sample}\n" for tick in range(4000))
+        begun = rest.replace("1.000 ", "1.000 !check begin\n1.000 ").encode()
+        run(f"--plot={drawing}", "-", recording=b"0 !start\n" + begun)
+        width = 1200 - 56 - 24
+        shades = {}
+        for shape in xml.etree.ElementTree.parse(drawing).findall(".//{*}g/{*}rect"):
+            seconds = float(shape.get("width")) / width * 3.999
+            shades[shape.get("class")] = round(seconds, 1)
+        self.assertEqual(shades, {"cooldown": 0.6, "settling": 2.0})  # the first sample is a slap
+
+    def test_draws_a_recording_up_to_its_malformed_line(self):
+        drawing = self.folder / "a.svg"
+        result = run(f"--plot={drawing}", "-", recording=SLAPS + b"x\n")
+        self.assertEqual(result.returncode, 2)
+        self.assertIn("59 s, ", drawing.read_text())
+
+    def test_a_drawing_that_cannot_be_stored_is_a_failure(self):
+        for file, reason in ((f"{self.folder}/no/a.svg", "No such file or directory"), ("/dev/full", None)):
+            if reason is None:
+                link = self.folder / "full.svg"
+                link.symlink_to(file)
+                file, reason = str(link), "No space left on device"
+            result = run(f"--plot={file}", "-", recording=SLAPS)
+            self.assertEqual((result.stderr.decode(), result.returncode), (f"quiverly-replay: {file}: {reason}\n", 1))
 
     def test_bytes_of_a_file_name_that_are_not_utf8_are_replaced(self):
         folder = os.fsencode(self.folder) + b"/audio/sexy"
