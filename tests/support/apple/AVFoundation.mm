@@ -6,6 +6,8 @@
 #include "support/apple/AppleServices.h"
 #include "support/apple/AppleState.h"
 
+NS_ASSUME_NONNULL_BEGIN
+
 namespace {
 
 void tell(const std::string& call) {
@@ -37,3 +39,5 @@ void tell(const std::string& call) {
     return YES;
 }
 @end
+
+NS_ASSUME_NONNULL_END

@@ -4,6 +4,8 @@
 
 #include "support/apple/AppleServices.h"
 
+NS_ASSUME_NONNULL_BEGIN
+
 @implementation NSWorkspace
 + (NSWorkspace*)sharedWorkspace {
     return [NSWorkspace alloc];
@@ -13,3 +15,5 @@
     return YES;
 }
 @end
+
+NS_ASSUME_NONNULL_END

@@ -11,6 +11,8 @@
 #include "support/apple/AppleServices.h"
 #include "support/apple/AppleState.h"
 
+NS_ASSUME_NONNULL_BEGIN
+
 using quiverly::AppleServices;
 
 namespace fs = std::filesystem;
@@ -79,7 +81,7 @@ NSURL* makeURL(const fs::path& file) {
     stateOf<std::string>(self) = std::move(text);
     return self;
 }
-- (const char*)UTF8String {
+- (nullable const char*)UTF8String {
     return stateOf<std::string>(self).c_str();
 }
 // Enough of it to tell which of the two names is asked about.
@@ -94,7 +96,7 @@ NSURL* makeURL(const fs::path& file) {
 @end
 
 @implementation LiteralString
-- (const char*)UTF8String {
+- (nullable const char*)UTF8String {
     return static_cast<const char* const*>(static_cast<const void*>(self))[1];
 }
 @end
@@ -226,3 +228,5 @@ struct ThreadState {
     }).detach();
 }
 @end
+
+NS_ASSUME_NONNULL_END
