@@ -40,18 +40,15 @@ ExitStatus run(int argc, char** argv) {
     CommandLine line("quiverly-clips", "Makes the clips, and the contact sheets that show them.",
                      "Exit status: 0 when all is done, 1 when a file could not be read or written or a clip could\n"
                      "not be made, 2 when the arguments cannot be used.");
-    line.require_subcommand(1);
-    CLI::App* const make = line.add_subcommand("make", "make every clip, as FOLDER/<pack>/<number>.mp3");
-    make->add_option("FOLDER", folder, "where the clips go")->required()->type_name("");
-    CLI::App* const sheets = line.add_subcommand("sheets", "draw every pack as FOLDER/<pack>.png");
-    sheets->add_option("AUDIO", audio, "the folder of the clips")->required()->type_name("");
-    sheets->add_option("FOLDER", folder, "where the contact sheets go; the Markdown that shows them is printed")
-        ->required()
-        ->type_name("");
+    CommandLine& make = line.addCommand("make", "make every clip, as FOLDER/<pack>/<number>.mp3");
+    make.addValue("FOLDER", folder, anyText, "where the clips go");
+    CommandLine& sheets = line.addCommand("sheets", "draw every pack as FOLDER/<pack>.png");
+    sheets.addValue("AUDIO", audio, anyText, "the folder of the clips");
+    sheets.addValue("FOLDER", folder, anyText, "where the contact sheets go; the Markdown that shows them is printed");
 
     const auto read = line.read(std::span(argv, static_cast<std::size_t>(argc)).subspan(1));
     if (!read) return read.error().print();
-    return make->parsed() ? makeClips(folder) : drawSheets(argc, argv, audio, folder);
+    return make.isGiven() ? makeClips(folder) : drawSheets(argc, argv, audio, folder);
 }
 
 } // namespace

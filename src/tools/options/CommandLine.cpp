@@ -1,5 +1,7 @@
 #include "tools/options/CommandLine.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -39,32 +41,80 @@ ExitStatus EarlyExit::print() const {
     return failed;
 }
 
-CommandLine::CommandLine(const std::string& program, const std::string& description, const std::string& ending)
-    : CLI::App(description, program) {
-    option_defaults()->take_last()->disable_flag_override();
-    set_help_flag("--help", "print this text and exit");
-    set_version_flag("--version", program + ' ' + identity::version, "print the version and exit");
-    footer(ending);
-    get_formatter()->column_width(24);
-    get_formatter()->label("REQUIRED", "");
+struct CommandLine::Parser {
+    std::unique_ptr<CLI::App> own; // none for a command, which the program's parser owns
+    CLI::App& app;
+    std::vector<std::unique_ptr<CommandLine>> commands;
+};
+
+CommandLine::CommandLine(const std::string& program, const std::string& description, const std::string& ending) {
+    auto app = std::make_unique<CLI::App>(description, program);
+    app->option_defaults()->take_last()->disable_flag_override();
+    app->set_help_flag("--help", "print this text and exit");
+    app->set_version_flag("--version", program + ' ' + identity::version, "print the version and exit");
+    app->footer(ending);
+    app->get_formatter()->column_width(24);
+    app->get_formatter()->label("REQUIRED", "");
+    CLI::App& reference = *app;
+    parser.reset(new Parser{.own = std::move(app), .app = reference, .commands = {}});
+}
+
+CommandLine::CommandLine(std::unique_ptr<Parser> parser) : parser(std::move(parser)) {}
+
+CommandLine::~CommandLine() = default;
+
+void CommandLine::add(const std::string& name, const Take& take, const std::string& description,
+                      const std::string& kind) {
+    const auto takeOrThrow = [name, take](const std::string& text) {
+        const auto taken = take(text);
+        if (!taken) throw CLI::ValidationError(name, taken.error());
+    };
+    CLI::Option* const option = parser->app.add_option_function<std::string>(name, takeOrThrow, description);
+    if (name.starts_with('-')) {
+        option->type_name(kind);
+    } else {
+        option->type_name("")->required();
+    }
+}
+
+void CommandLine::addFlag(const std::string& name, bool& target, const std::string& description) {
+    parser->app.add_flag(name, target, description);
+}
+
+CommandLine& CommandLine::addCommand(const std::string& name, const std::string& description) {
+    parser->app.require_subcommand(1);
+    CLI::App& command = *parser->app.add_subcommand(name, description);
+    std::unique_ptr<Parser> its(new Parser{.own = nullptr, .app = command, .commands = {}});
+    parser->commands.emplace_back(new CommandLine(std::move(its)));
+    return *parser->commands.back();
+}
+
+bool CommandLine::isGiven() const {
+    return parser->app.parsed();
 }
 
 tl::expected<void, EarlyExit> CommandLine::read(std::span<const char* const> arguments) {
-    const auto exit = [this](ExitStatus status, const std::string& text) {
-        return tl::unexpected(EarlyExit{.program = get_name(), .status = status, .text = text});
+    CLI::App& app = parser->app;
+    const std::string program = app.get_name();
+    const auto exit = [&program](ExitStatus status, const std::string& text) {
+        return tl::unexpected(EarlyExit{.program = program, .status = status, .text = text});
     };
     auto texts = withEmptyValuesApart(arguments);
     std::ranges::reverse(texts); // as CLI11 wants them
     try {
-        parse(texts);
+        app.parse(texts);
         return {};
     } catch (const CLI::CallForHelp&) {
-        return exit(success, help());
+        return exit(success, app.help());
     } catch (const CLI::CallForVersion& version) {
         return exit(success, std::string(version.what()) + '\n');
     } catch (const CLI::ParseError& error) {
-        return exit(unusable, get_name() + ": " + error.what() + "\nTry '" + get_name() + " --help'.\n");
+        return exit(unusable, program + ": " + error.what() + "\nTry '" + program + " --help'.\n");
     }
+}
+
+tl::expected<std::string, std::string> anyText(const std::string& text) {
+    return text;
 }
 
 } // namespace quiverly

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
+#include <functional>
+#include <memory>
 #include <span>
 #include <string>
 #include <utility>
@@ -24,32 +24,52 @@ struct EarlyExit {
 
 // The arguments of a program, understood in the same way by all programs: options and other arguments in any order,
 // values in the next argument or behind "=", of a repeated option the last counts, after "--" nothing is an option.
+// --help and --version are there.
 //
-// Options and arguments are added as CLI::App describes or with addValue(); --help and --version are there.
-class CommandLine : public CLI::App {
+// What the arguments are written to must outlive the CommandLine.
+class CommandLine {
 public:
     // `ending` closes the help text: what the exit status means, and whatever else there is to tell.
     CommandLine(const std::string& program, const std::string& description, const std::string& ending);
+    ~CommandLine();
 
-    // Adds an option (or an argument, where the name has no dashes) whose text `parse` turns into an expected value;
-    // its error says what is wrong with the text. The target must outlive the parsing.
+    // Adds an option, or an argument that must be given where the name has no dashes. `parse` turns its text into an
+    // expected value; the error says what is wrong with the text. The help text calls the value of an option `kind`.
     template<class Target, class Parse>
-    CLI::Option* addValue(const std::string& name, Target& target, Parse parse, const std::string& description);
+    void addValue(const std::string& name, Target& target, Parse parse, const std::string& description,
+                  const std::string& kind = "TEXT");
+
+    // Adds an option without a value.
+    void addFlag(const std::string& name, bool& target, const std::string& description);
+
+    // Adds a word that says what to do, with arguments of its own; one of the words must be given.
+    CommandLine& addCommand(const std::string& name, const std::string& description);
+    bool isGiven() const;
 
     // Takes in the arguments that follow the program's name.
     tl::expected<void, EarlyExit> read(std::span<const char* const> arguments);
+
+private:
+    using Take = std::function<tl::expected<void, std::string>(const std::string&)>; // writes what the text says
+
+    struct Parser;
+
+    explicit CommandLine(std::unique_ptr<Parser> parser);
+    void add(const std::string& name, const Take& take, const std::string& description, const std::string& kind);
+
+    std::unique_ptr<Parser> parser;
 };
 
 template<class Target, class Parse>
-CLI::Option* CommandLine::addValue(const std::string& name, Target& target, Parse parse,
-                                   const std::string& description) {
-    const auto take = [name, &target, parse](const std::string& text) {
-        auto value = parse(text);
-        if (!value) throw CLI::ValidationError(name, value.error());
-        target = *std::move(value);
+void CommandLine::addValue(const std::string& name, Target& target, Parse parse, const std::string& description,
+                           const std::string& kind) {
+    const auto take = [&target, parse](const std::string& text) {
+        return parse(text).map([&target](auto&& value) { target = std::forward<decltype(value)>(value); });
     };
-    CLI::Option* const option = add_option_function<std::string>(name, take, description);
-    return name.starts_with('-') ? option : option->type_name("");
+    add(name, take, description, kind);
 }
+
+// For a value that may be any text.
+tl::expected<std::string, std::string> anyText(const std::string& text);
 
 } // namespace quiverly

@@ -6,18 +6,12 @@ namespace quiverly {
 
 namespace {
 
-using Text = tl::expected<std::string, std::string>;
-
-Text anyText(const std::string& text) {
-    return text;
-}
-
-Text folderName(const std::string& text) {
+tl::expected<std::string, std::string> folderName(const std::string& text) {
     if (text.empty()) return tl::make_unexpected("a folder needs a name");
     return text;
 }
 
-Text svgName(const std::string& text) {
+tl::expected<std::string, std::string> svgName(const std::string& text) {
     if (!text.ends_with(".svg")) return tl::make_unexpected("the name of a plot ends in .svg");
     return text;
 }
@@ -33,14 +27,13 @@ tl::expected<Options, EarlyExit> parseOptions(std::span<const char* const> argum
     CommandLine line("quiverly-replay",
                      "Replays a recording of sensor reports and prints what happens, one JSON object a line.",
                      exitStatuses);
-    line.addValue("RECORDING", options.recording, anyText, "a file, or - for standard input")->required();
-    line.add_flag("--samples", options.samples, "print every sample, too");
+    line.addValue("RECORDING", options.recording, anyText, "a file, or - for standard input");
+    line.addFlag("--samples", options.samples, "print every sample, too");
     line.addValue("--pack", options.pack, anyText, "the stored sound pack, by the name of its folder, as pain");
-    line.addValue("--threshold", options.threshold, decimalNumber, "the stored threshold, in g")->type_name("NUMBER");
-    line.addValue("--resources", options.resources, folderName, "the folder that holds audio/<pack>/*.mp3")
-        ->type_name("DIR");
-    line.addValue("--seed", options.seed, wholeNumber, "start of the random choices, 0 unless given")->type_name("N");
-    line.addValue("--plot", options.plot, svgName, "draw the recording, too")->type_name("FILE.svg");
+    line.addValue("--threshold", options.threshold, decimalNumber, "the stored threshold, in g", "NUMBER");
+    line.addValue("--resources", options.resources, folderName, "the folder that holds audio/<pack>/*.mp3", "DIR");
+    line.addValue("--seed", options.seed, wholeNumber, "start of the random choices, 0 unless given", "N");
+    line.addValue("--plot", options.plot, svgName, "draw the recording, too", "FILE.svg");
     return line.read(arguments).map([&] { return options; });
 }
 

@@ -13,7 +13,7 @@ namespace quiverly {
 namespace {
 
 constexpr std::chrono::milliseconds longestBacklog{1000}; // what is older when the laptop wakes up never happened
-constexpr std::chrono::nanoseconds forever = std::chrono::hours(24);
+constexpr std::chrono::nanoseconds wholeDay = std::chrono::hours(24);
 
 } // namespace
 
@@ -35,7 +35,7 @@ tl::expected<void, std::string> Simulator::run(int commands, int interruptions) 
     while (!finished) {
         inputs = {inputOf(input.descriptor()), inputOf(interruptions)};
         server.addInputs(inputs);
-        waitForInput(inputs, std::min(untilNext(), input.pause().value_or(forever)));
+        waitForInput(inputs, std::min(untilNext(), input.pause().value_or(wholeDay)));
         skipSilence();
         server.handleInputs(std::span(inputs).subspan(2));
         if (inputs[0].revents != 0) obeyLines(input.read());
@@ -53,7 +53,7 @@ Simulator::Milliseconds Simulator::now() const {
 std::chrono::nanoseconds Simulator::untilNext() const {
     if (isReporting()) return origin + next - Clock::now();
     if (begin && !options.script.empty()) return origin + *begin + options.script.front().due - Clock::now();
-    return forever;
+    return wholeDay;
 }
 
 // There is nothing to catch up on for the time during which the sensor did not report.

@@ -32,26 +32,24 @@ tl::expected<Simulator::Options, EarlyExit> parseOptions(std::span<const char* c
                      "Simulates a laptop with a motion sensor for Quiverly and obeys commands on standard input.",
                      std::string(command::help) + exitStatuses);
     line.addValue("--script", options.script, readScript,
-                  "obey timed commands, such as \"2.5 slap 0.6\"; time 0 is the first report")
-        ->type_name("FILE");
+                  "obey timed commands, such as \"2.5 slap 0.6\"; time 0 is the first report", "FILE");
     line.addValue("--recording", options.recording, recordingName,
-                  "send the reports of a recording at their times, then sleep")
-        ->type_name("FILE");
-    line.addValue("--seed", options.seed, wholeNumber, "start of the sensor's noise, 0 unless given")->type_name("N");
-    line.add_flag("--verbose", options.verbose, "tell what happens");
+                  "send the reports of a recording at their times, then sleep", "FILE");
+    line.addValue("--seed", options.seed, wholeNumber, "start of the sensor's noise, 0 unless given", "N");
+    line.addFlag("--verbose", options.verbose, "tell what happens");
     return line.read(arguments).map([&] { return std::move(options); });
 }
 
 // Makes the signals that ask a program to end readable instead, and keeps others from ending or stopping it: SIGPIPE
 // when nobody reads its output, SIGTTIN when it reads from its terminal in the background.
 FileDescriptor interruptions() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, signal);
-    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    sigset_t ending;
+    sigemptyset(&ending);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ending, signal);
+    ::pthread_sigmask(SIG_BLOCK, &ending, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGTTIN, SIG_IGN);
-    return FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
+    return FileDescriptor(::signalfd(-1, &ending, SFD_CLOEXEC));
 }
 
 ExitStatus simulate(Simulator::Options options) {

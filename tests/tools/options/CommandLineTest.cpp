@@ -22,8 +22,8 @@ tl::expected<std::string, std::string> shortText(const std::string& text) {
 class CommandLineTest : public ::testing::Test {
 protected:
     CommandLineTest() {
-        line.addValue("FILE", file, shortText, "a file")->required();
-        line.add_flag("--loud", loud, "make noise");
+        line.addValue("FILE", file, shortText, "a file");
+        line.addFlag("--loud", loud, "make noise");
         line.addValue("--name", name, shortText, "its name");
     }
 
