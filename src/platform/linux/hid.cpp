@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <span>
 #include <string>
 #include <system_error>
@@ -10,6 +11,8 @@
 
 #include "laptop/transport.h"
 #include "platform/linux/sensors/SensorService.h"
+#include "platform/linux/sensors/iio/Accelerometer.h"
+#include "platform/linux/sensors/iio_source.h"
 #include "platform/linux/sensors/laptop_source.h"
 #include "sockets/FileDescriptor.h"
 #include "sockets/input.h"
@@ -33,6 +36,7 @@ struct hid::Properties {
 
 struct hid::Device {
     SensorService::Open openSensor;
+    int reportsPerPacket = 1;
     FileDescriptor reports = {}; // while open
     std::span<std::uint8_t> buffer = {};
     InputReportCallback callback = nullptr;
@@ -63,7 +67,8 @@ public:
         devices.erase(found);
     }
 
-    // Until one report has been handled. What cannot be read for the moment is tried again every millisecond.
+    // Until one packet of reports has been handled. What cannot be read for the moment is tried again every
+    // millisecond.
     void run(std::chrono::nanoseconds longest) {
         using Clock = std::chrono::steady_clock;
         const auto end = Clock::now() + longest;
@@ -79,8 +84,10 @@ public:
 
 private:
     static void report(hid::Device& device, std::size_t length) {
-        device.callback(device.context, hid::success, nullptr, 0, 0, device.buffer.data(),
-                        static_cast<std::ptrdiff_t>(length));
+        for (int count = 0; count < device.reportsPerPacket; ++count) {
+            device.callback(device.context, hid::success, nullptr, 0, 0, device.buffer.data(),
+                            static_cast<std::ptrdiff_t>(length));
+        }
     }
 
     static void pauseAfter(const std::error_code& error, pollfd& input) {
@@ -124,7 +131,9 @@ hid::Handle<hid::Matching> hid::matchingClass(const char* className) {
 }
 
 hid::Handle<hid::Services> hid::findServices(Handle<Matching> matching) {
-    return Handle<Services>(new Services{.found = findSimulatedLaptop(matching->className)});
+    auto found = findSimulatedLaptop(matching->className);
+    std::ranges::move(findIioSensors(matching->className, systemFolder()), std::back_inserter(found));
+    return Handle<Services>(new Services{.found = std::move(found)});
 }
 
 hid::Handle<hid::Service> hid::nextService(Services& services) {
@@ -148,7 +157,7 @@ void hid::setProperty(Service& service, const char* key, std::int32_t value) {
 }
 
 hid::Handle<hid::Device> hid::createDevice(const Service& service) {
-    return Handle<Device>(new Device{.openSensor = service.open});
+    return Handle<Device>(new Device{.openSensor = service.open, .reportsPerPacket = service.reportsPerPacket});
 }
 
 hid::ReturnCode hid::open(Device& device) {

@@ -26,6 +26,10 @@ struct SensorService {
     // Opens the sensor: a socket whose packets are its reports, as laptop::receiveReport() takes them in. Closing the
     // socket closes the sensor; the other end closes when the sensor is gone. Errors are the system's own (errno).
     Open open;
+
+    // How many equal reports each packet stands for: a source that is slower than the reader expects hands on a reading
+    // in one go.
+    int reportsPerPacket = 1;
 };
 
 } // namespace quiverly
