@@ -65,8 +65,15 @@ TEST(LinuxSensorTest, TheRegistryHoldsServicesToBePassedOver) {
     int accelerometers = 0;
     int withoutIntegers = 0;
     int others = 0;
-    const auto services = hid::findServices(hid::matchingClass("AppleSPUHIDDevice"));
-    while (const auto service = hid::nextService(*services)) {
+    hid::Handle<hid::Services> services;
+    hid::Handle<hid::Service> service;
+    // A laptop that gets no processor for long enough is taken for one that is not there.
+    waitUntil([&] {
+        services = hid::findServices(hid::matchingClass("AppleSPUHIDDevice"));
+        service = hid::nextService(*services);
+        return service != nullptr;
+    });
+    for (; service; service = hid::nextService(*services)) {
         const auto properties = hid::readProperties(*service);
         const auto page = hid::integerProperty(*properties, "PrimaryUsagePage");
         const auto usage = hid::integerProperty(*properties, "PrimaryUsage");
