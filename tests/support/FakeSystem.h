@@ -10,7 +10,8 @@
 
 namespace quiverly {
 
-// A folder laid out as Linux lays out /sys for Industrial I/O, which programs take for /sys while this lives; afterwards they find no sensors.
+// A folder laid out as Linux lays out /sys for Industrial I/O, which programs take for /sys while this lives;
+// afterwards they find no sensors.
 class FakeSystem : public TemporaryFolder {
 public:
     FakeSystem() { setVariable("QUIVERLY_SYS", path().c_str()); }

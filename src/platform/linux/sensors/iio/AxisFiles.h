@@ -17,8 +17,8 @@ public:
     // Opens the files and reads nothing, so that it does not wait.
     static tl::expected<AxisFiles, std::error_code> open(const Accelerometer& accelerometer);
 
-    // Asks the driver for the three axes, one after the other, which may take seconds. The error bad_message for what is
-    // not a number, or more than a report can hold.
+    // Asks the driver for the three axes, one after the other, which may take seconds. The error bad_message for what
+    // is not a number, or more than a report can hold.
     tl::expected<Acceleration3, std::error_code> read() const;
 
 private:

@@ -21,10 +21,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto interval = 8ms;        // 125 readings a second
+constexpr auto interval = 8ms; // 125 readings a second
 constexpr auto longestReading = 100ms;
 constexpr auto pauseAfterFailure = 40ms; // once it has failed several times
-constexpr int quickRetries = 5;           // at the usual interval, so that an opening learns of the failure
+constexpr int quickRetries = 5;          // at the usual interval, so that an opening learns of the failure
 constexpr auto openingPatience = 45ms;
 constexpr std::size_t threadStackSize = 524288; // bytes
 

@@ -62,7 +62,7 @@ private:
 
     std::mutex mutex; // of all that follows
     std::condition_variable changed;
-    FileDescriptor output; // none once the thread has ended
+    FileDescriptor output;                       // none once the thread has ended
     std::optional<std::error_code> firstOutcome; // of a reading, since the last opening; no error for success
 };
 

@@ -26,7 +26,8 @@ std::optional<double> attributeNumber(std::string_view text) {
     double value = 0.0;
     const char* const end = text.data() + text.size();
     const auto [rest, error] = fast_float::from_chars(text.data(), end, value, fast_float::chars_format::fixed);
-    if (rest != end || text.empty() || error == std::errc::invalid_argument || !std::isfinite(value)) return std::nullopt;
+    if (rest != end || text.empty() || error == std::errc::invalid_argument || !std::isfinite(value))
+        return std::nullopt;
     return value;
 }
 

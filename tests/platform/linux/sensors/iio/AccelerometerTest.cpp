@@ -157,7 +157,8 @@ TEST_F(AccelerometerTest, DriversThatPowerItUpForEachValueAreTooSlow) {
 }
 
 TEST_F(AccelerometerTest, ASensorHubOfAmdIsTooSlowAndThoseOfOthersAreNot) {
-    const auto folder = system.addAccelerometer(0, "hid_sensor_accel_3d", "0020:1022:0001.0001/HID-SENSOR-200073.1.auto");
+    const auto folder =
+        system.addAccelerometer(0, "hid_sensor_accel_3d", "0020:1022:0001.0001/HID-SENSOR-200073.1.auto");
     EXPECT_EQ(refusal(), Kind::tooSlow);
     EXPECT_EQ(reason(), "gives new values only 5 times a second");
     std::filesystem::remove(system.path() / "bus/iio/devices/iio:device0");

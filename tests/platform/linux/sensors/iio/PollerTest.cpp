@@ -289,7 +289,8 @@ TEST_F(PollerTest, ReadingsGoOnAfterErrors) {
 TEST_F(PollerTest, WhatIsNotALineWithANumberIsDropped) {
     ASSERT_TRUE(listener.start());
     ASSERT_TRUE(listener.hears());
-    for (const char* text : {"-", "12", "1 2\n", "0x10\n", "\n", "nan\n", "99999999999999999999\n", "1,5\n", "1\n2\n"}) {
+    for (const char* text :
+         {"-", "12", "1 2\n", "0x10\n", "\n", "nan\n", "99999999999999999999\n", "1,5\n", "1\n2\n"}) {
         const int reads = driver().reads;
         driver().answer(text);
         ASSERT_TRUE(waitUntil([&] { return driver().reads >= reads + 3; })) << text;
