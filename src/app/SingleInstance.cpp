@@ -14,6 +14,7 @@
 #include <utility>
 
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include "sockets/input.h"
 #include "sockets/user_socket.h"
@@ -26,7 +27,7 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds patience{5};    // with the first copy
-constexpr std::chrono::milliseconds pause{10}; // while the first copy begins or ends, or others call it
+constexpr std::chrono::milliseconds pause{10}; // while the first copy begins or ends, or cannot take a call
 constexpr std::size_t longestToken = 1024;
 constexpr char shown[] = "shown";
 
@@ -75,7 +76,7 @@ SingleInstance::Place SingleInstance::find() {
     return Place::unanswered;
 }
 
-// False when another copy has the lock. A copy that has not got what it takes to hold it runs all the same.
+// False when another copy has the lock. A copy that cannot create the lock runs nevertheless.
 bool SingleInstance::hold() {
     if (!folder) return true;
     const fs::path file = *folder / "quiverly.lock";
@@ -94,13 +95,18 @@ void SingleInstance::listen() {
     if (::bind(fresh.get(), address.get(), address.length()) != 0 || ::listen(fresh.get(), 16) != 0) return;
     listener = std::move(fresh);
     auto* notifier = new QSocketNotifier(listener.get(), QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, &SingleInstance::accept);
+    connect(notifier, &QSocketNotifier::activated, this, [this, notifier] {
+        if (accept()) return;
+        notifier->setEnabled(false);
+        QTimer::singleShot(pause, notifier, [notifier] { notifier->setEnabled(true); });
+    });
 }
 
-void SingleInstance::accept() {
+// False when the call still waits, which would be announced again at once.
+bool SingleInstance::accept() {
     auto caller =
         std::make_shared<FileDescriptor>(::accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-    if (!*caller) return;
+    if (!*caller) return false;
     auto* notifier = new QSocketNotifier(caller->get(), QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this, caller, notifier] {
         std::array<char, sizeof "show" + longestToken> message; // NOLINT: filled by the next call
@@ -111,6 +117,7 @@ void SingleInstance::accept() {
         }
         notifier->deleteLater();
     });
+    return true;
 }
 
 } // namespace quiverly

@@ -15,7 +15,7 @@ namespace quiverly {
 //
 // The first copy holds a lock, which the kernel frees when the program is gone, however it ended. A later copy asks it
 // to show its window, and waits for the answer. Lock and socket are in a folder that only the user enters: in
-// $XDG_RUNTIME_DIR; where that is not private, in a folder of the user's own in `shared`. Where there is no such
+// $XDG_RUNTIME_DIR; where that is not private, in a private folder in `shared`. Where there is no such
 // folder, every copy is a first one.
 class SingleInstance : public QObject {
 public:
@@ -25,10 +25,10 @@ public:
         unanswered, // there is a first copy, but it does not respond
     };
 
-    // What a copy is told when another is started: the desktop's token for bringing a window to the front, or nothing.
+    // Called when another copy is started: with the desktop's token for bringing a window to the front, or nothing.
     using OnCall = std::function<void(const QByteArray& token)>;
 
-    // Tells the first copy this token, of which a kilobyte counts.
+    // Sends the first copy this token, cut to a kilobyte.
     explicit SingleInstance(OnCall onCall, const QByteArray& token = {}, const std::filesystem::path& shared = "/tmp");
     ~SingleInstance() override;
 
@@ -38,7 +38,7 @@ private:
     Place find();
     bool hold();
     void listen();
-    void accept();
+    bool accept();
 
     std::optional<std::filesystem::path> folder;
     OnCall onCall;

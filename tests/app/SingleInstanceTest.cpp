@@ -18,6 +18,7 @@
 #include <vector>
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QTest>
 #include <QThread>
 
@@ -25,6 +26,7 @@
 #include "support/AnotherUser.h"
 #include "support/OtherProcess.h"
 #include "support/RuntimeFolder.h"
+#include "support/SystemCalls.h"
 #include "support/TemporaryFolder.h"
 #include "support/Waiting.h"
 
@@ -36,11 +38,11 @@ using Place = SingleInstance::Place;
 
 class SingleInstanceTest : public testing::Test {
 protected:
-    static void nobodyCalls(const QByteArray&) { ADD_FAILURE() << "a call that nobody made"; }
+    static void unexpectedCall(const QByteArray&) { ADD_FAILURE() << "an unexpected call"; }
 
     // Starts another copy while this one's events go on.
     static Place startAnother(const QByteArray& token = {}) {
-        auto other = std::async(std::launch::async, [&] { return SingleInstance(nobodyCalls, token).place(); });
+        auto other = std::async(std::launch::async, [&] { return SingleInstance(unexpectedCall, token).place(); });
         EXPECT_TRUE(QTest::qWaitFor(
             [&] { return other.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }, 60'000));
         return other.get();
@@ -51,7 +53,7 @@ protected:
 };
 
 TEST_F(SingleInstanceTest, TheFirstCopyRuns) {
-    EXPECT_EQ(SingleInstance(nobodyCalls).place(), Place::first);
+    EXPECT_EQ(SingleInstance(unexpectedCall).place(), Place::first);
 }
 
 TEST_F(SingleInstanceTest, ALaterCopyCallsTheFirst) {
@@ -63,17 +65,17 @@ TEST_F(SingleInstanceTest, ALaterCopyCallsTheFirst) {
 }
 
 TEST_F(SingleInstanceTest, ThePlaceIsFreeWhenTheFirstIsGone) {
-    std::make_unique<SingleInstance>(nobodyCalls).reset();
-    EXPECT_EQ(SingleInstance(nobodyCalls).place(), Place::first);
+    std::make_unique<SingleInstance>(unexpectedCall).reset();
+    EXPECT_EQ(SingleInstance(unexpectedCall).place(), Place::first);
 }
 
 TEST_F(SingleInstanceTest, EveryRuntimeFolderHasItsOwnFirst) {
-    const SingleInstance here(nobodyCalls);
+    const SingleInstance here(unexpectedCall);
     const RuntimeFolder elsewhere;
-    EXPECT_EQ(SingleInstance(nobodyCalls).place(), Place::first);
+    EXPECT_EQ(SingleInstance(unexpectedCall).place(), Place::first);
 }
 
-TEST_F(SingleInstanceTest, TheFirstIsToldTheTokenOfALaterCopy) {
+TEST_F(SingleInstanceTest, TheFirstCopyReceivesTheTokenOfALaterOne) {
     std::vector<QByteArray> told;
     const SingleInstance first([&](const QByteArray& token) { told.push_back(token); });
     const QByteArray longest(1024, 'x');
@@ -83,9 +85,9 @@ TEST_F(SingleInstanceTest, TheFirstIsToldTheTokenOfALaterCopy) {
     EXPECT_EQ(told, (std::vector<QByteArray>{"", "a token", longest, longest}));
 }
 
-TEST_F(SingleInstanceTest, WhatAFirstThatWasKilledLeftIsReplaced) {
+TEST_F(SingleInstanceTest, TheSocketOfAKilledCopyIsReplaced) {
     {
-        const OtherProcess killed([] { new SingleInstance(nobodyCalls); });
+        const OtherProcess killed([] { new SingleInstance(unexpectedCall); });
     } // ends without tidying up
     EXPECT_TRUE(fs::is_socket(socket));
     int calls = 0;
@@ -97,13 +99,13 @@ TEST_F(SingleInstanceTest, WhatAFirstThatWasKilledLeftIsReplaced) {
 
 TEST_F(SingleInstanceTest, TheFirstTakesItsSocketAway) {
     {
-        const SingleInstance first(nobodyCalls);
+        const SingleInstance first(unexpectedCall);
         EXPECT_TRUE(fs::is_socket(socket));
     }
     EXPECT_FALSE(fs::exists(socket));
 }
 
-TEST_F(SingleInstanceTest, ACallerThatSaysNothingIsNotWaitedFor) {
+TEST_F(SingleInstanceTest, ASilentCallerDelaysNoOther) {
     int calls = 0;
     const SingleInstance first([&](const QByteArray&) { ++calls; });
     const FileDescriptor mute = packetSocket();
@@ -113,7 +115,7 @@ TEST_F(SingleInstanceTest, ACallerThatSaysNothingIsNotWaitedFor) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(SingleInstanceTest, CopiesThatFindTheFirstBusyWithOthersWait) {
+TEST_F(SingleInstanceTest, CopiesWaitWhileTheFirstIsBusyWithOthers) {
     int calls = 0;
     const SingleInstance first([&](const QByteArray&) { ++calls; });
     const auto address = SocketAddress::ofFile(socket);
@@ -126,9 +128,9 @@ TEST_F(SingleInstanceTest, CopiesThatFindTheFirstBusyWithOthersWait) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(SingleInstanceTest, AFirstThatDoesNotRespondIsNotWaitedForForEver) {
-    const SingleInstance frozen(nobodyCalls);
-    EXPECT_EQ(SingleInstance(nobodyCalls).place(), Place::unanswered);
+TEST_F(SingleInstanceTest, AFirstCopyThatDoesNotRespondIsGivenUp) {
+    const SingleInstance frozen(unexpectedCall);
+    EXPECT_EQ(SingleInstance(unexpectedCall).place(), Place::unanswered);
 }
 
 TEST_F(SingleInstanceTest, ASignalDoesNotCutTheWaitForTheFirstShort) {
@@ -142,7 +144,7 @@ TEST_F(SingleInstanceTest, ASignalDoesNotCutTheWaitForTheFirstShort) {
     const SingleInstance first([&](const QByteArray&) { ++calls; });
     std::atomic<bool> answered = false;
     std::thread other([&] {
-        EXPECT_EQ(SingleInstance(nobodyCalls).place(), Place::taken);
+        EXPECT_EQ(SingleInstance(unexpectedCall).place(), Place::taken);
         answered = true;
     });
     for (int sent = 1; sent <= 1000; ++sent) { // the last of them long after it has begun to wait
@@ -156,21 +158,40 @@ TEST_F(SingleInstanceTest, ASignalDoesNotCutTheWaitForTheFirstShort) {
 }
 
 TEST_F(SingleInstanceTest, ACopyThatGetsNoSocketFromTheSystemRuns) {
-    EXPECT_EQ(SingleInstance(nobodyCalls).place(), Place::first); // a sanitizer that meets the class needs descriptors
+    EXPECT_EQ(SingleInstance(unexpectedCall).place(),
+              Place::first); // a sanitizer that meets the class needs descriptors
     rlimit former = {};
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &former), 0);
     const rlimit none{.rlim_cur = 0, .rlim_max = former.rlim_max};
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
-    const Place place = SingleInstance(nobodyCalls).place();
+    const Place place = SingleInstance(unexpectedCall).place();
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &former), 0);
     EXPECT_EQ(place, Place::first);
 }
 
-TEST_F(SingleInstanceTest, WithoutARuntimeFolderThereIsAFolderOfTheUsersOwn) {
+TEST_F(SingleInstanceTest, ACallThatCannotBeTakenIsTriedAgainAfterAPause) {
+    int calls = 0;
+    const SingleInstance first([&](const QByteArray&) { ++calls; });
+    const FileDescriptor caller = packetSocket();
+    const auto address = SocketAddress::ofFile(socket);
+    ASSERT_EQ(::connect(caller.get(), address.get(), address.length()), 0);
+    ASSERT_EQ(::send(caller.get(), "show ", 5, MSG_NOSIGNAL), 5);
+
+    accepting = {.error = EMFILE, .left = Fault::always};
+    constexpr int turns = 40; // of the event loop: the end of a pause is one, too
+    for (int turn = 0; turn < turns; ++turn) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_GT(accepting.calls, 1);
+    EXPECT_LE(accepting.calls, turns * 3 / 4);
+
+    accepting = {};
+    EXPECT_TRUE(QTest::qWaitFor([&] { return calls == 1; }, 60'000));
+}
+
+TEST_F(SingleInstanceTest, WithoutARuntimeFolderAPrivateOneIsUsed) {
     const TemporaryFolder shared;
     for (const char* none : {static_cast<const char*>(nullptr), "relative", "/nowhere"}) {
         setRuntimeFolder(none);
-        const SingleInstance first(nobodyCalls, {}, shared.path());
+        const SingleInstance first(unexpectedCall, {}, shared.path());
         const fs::path own = shared.path() / ("quiverly-" + std::to_string(::geteuid()));
         EXPECT_TRUE(isPrivate(own));
         EXPECT_TRUE(fs::is_socket(own / "quiverly.socket"));
@@ -182,8 +203,8 @@ TEST_F(SingleInstanceTest, FoldersThatAreOpenToOthersAreNotUsed) {
     const fs::path own = shared.addFolder("quiverly-" + std::to_string(::geteuid()));
     fs::permissions(own, fs::perms(0701));
     fs::permissions(folder.path(), fs::perms(0710));
-    const SingleInstance first(nobodyCalls, {}, shared.path());
-    const SingleInstance second(nobodyCalls, {}, shared.path());
+    const SingleInstance first(unexpectedCall, {}, shared.path());
+    const SingleInstance second(unexpectedCall, {}, shared.path());
     EXPECT_EQ(first.place(), Place::first);
     EXPECT_EQ(second.place(), Place::first);
     EXPECT_TRUE(fs::is_empty(own));
@@ -192,7 +213,7 @@ TEST_F(SingleInstanceTest, FoldersThatAreOpenToOthersAreNotUsed) {
 
 TEST_F(SingleInstanceTest, AnotherUserReachesNeitherTheLockNorTheSocket) {
     if (!another_user::isPossible()) GTEST_SKIP() << "NOT RUN: only root can act as another user";
-    const SingleInstance first(nobodyCalls);
+    const SingleInstance first(unexpectedCall);
     EXPECT_TRUE(fs::exists(folder.path() / "quiverly.lock"));
     another_user::act([&] {
         EXPECT_EQ(::open((folder.path() / "quiverly.lock").c_str(), O_RDONLY), -1);
@@ -203,10 +224,10 @@ TEST_F(SingleInstanceTest, AnotherUserReachesNeitherTheLockNorTheSocket) {
     });
 }
 
-TEST_F(SingleInstanceTest, AFirstThatEndsMeanwhileLeavesItsPlace) {
-    auto first = std::make_unique<SingleInstance>(nobodyCalls);
+TEST_F(SingleInstanceTest, WhenTheFirstCopyEndsMeanwhileALaterOneTakesItsPlace) {
+    auto first = std::make_unique<SingleInstance>(unexpectedCall);
     Place place{};
-    const std::unique_ptr<QThread> other(QThread::create([&] { place = SingleInstance(nobodyCalls).place(); }));
+    const std::unique_ptr<QThread> other(QThread::create([&] { place = SingleInstance(unexpectedCall).place(); }));
     other->start();
     first.reset();
     ASSERT_TRUE(other->wait(60'000));

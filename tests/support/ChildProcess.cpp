@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -75,7 +76,16 @@ void ChildProcess::limitDescriptors(rlim_t most) const {
     EXPECT_EQ(::prlimit(process, RLIMIT_NOFILE, &limit, nullptr), 0);
 }
 
-int ChildProcess::wait() {
+int ChildProcess::wait(std::chrono::seconds patience) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (isRunning()) {
+        if (std::chrono::steady_clock::now() >= end) {
+            ADD_FAILURE() << "the program does not end";
+            ::kill(process, SIGKILL);
+            break;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
     int status = 0;
     if (::waitpid(std::exchange(process, -1), &status, 0) < 0) return -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -35,7 +36,10 @@ public:
     void thaw();
     void signal(int number) const;
     void limitDescriptors(rlim_t most) const; // from now on
-    int wait();                               // for its end; its exit status, or -1 when a signal ended it
+
+    // Waits for its end. Its exit status, or -1 when a signal ended it; when it does not end, the test has failed and
+    // it is killed.
+    int wait(std::chrono::seconds patience = std::chrono::minutes(1));
 
     bool isRunning() const; // frozen or not
 

@@ -4,6 +4,7 @@
 #include <sys/socket.h>
 
 #include <cerrno>
+#include <chrono>
 
 #include "laptop/transport.h"
 #include "sockets/input.h"
@@ -47,42 +48,51 @@ void LaptopServer::addInputs(std::vector<pollfd>& inputs) const {
 }
 
 void LaptopServer::handleInputs(std::span<const pollfd> inputs) {
+    bool failed = false;
     for (std::size_t index = 1; index < inputs.size(); ++index) {
-        if (inputs[index].revents != 0) handle(clients[index - 1]);
+        if (inputs[index].revents != 0 && !handle(clients[index - 1])) failed = true;
     }
     forgetGone();
-    if (inputs[0].revents != 0) accept();
+    if (inputs[0].revents != 0 && !accept()) failed = true;
+    if (failed) waitForInput({}, std::chrono::milliseconds(1)); // what is left to do ends the next wait at once
 }
 
-void LaptopServer::accept() {
+// False when the client that waits to be accepted still waits.
+bool LaptopServer::accept() {
     FileDescriptor socket(::accept4(listener.descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
     if (!socket) return turnAway();
-    if (!peerIs(socket.get(), ::geteuid())) return say("another user's program was turned away");
-    if (!sendHellos(socket.get())) return;
-    clients.push_back({.socket = std::move(socket), .number = ++clientsSoFar});
-    say("client " + std::to_string(clientsSoFar) + " came");
+    if (!peerIs(socket.get(), ::geteuid())) {
+        say("another user's program was turned away");
+    } else if (sendHellos(socket.get())) {
+        clients.push_back({.socket = std::move(socket), .number = ++clientsSoFar});
+        say("client " + std::to_string(clientsSoFar) + " came");
+    }
+    return true;
 }
 
 FileDescriptor LaptopServer::openSpare() {
     return FileDescriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC));
 }
 
-// A client that waits to be accepted would end every wait for input at once.
-void LaptopServer::turnAway() {
-    if (errno != EMFILE && errno != ENFILE) return;
+// Whether a client waits no more, because it was let in for a moment.
+bool LaptopServer::turnAway() {
+    if (errno != EMFILE && errno != ENFILE) return false;
     spare.reset();
-    FileDescriptor(::accept4(listener.descriptor(), nullptr, nullptr, SOCK_CLOEXEC)).reset();
+    const bool accepted(FileDescriptor(::accept4(listener.descriptor(), nullptr, nullptr, SOCK_CLOEXEC)));
     spare = openSpare();
-    say("too many open files: a client was turned away");
+    if (accepted) say("too many open files: a client was turned away");
+    return accepted;
 }
 
-void LaptopServer::handle(Client& client) {
+// False when the client's message could not be read and still waits.
+bool LaptopServer::handle(Client& client) {
     const auto message = laptop::receive(client.socket.get());
     if (!message) {
         client.gone = laptop::endsConnection(message.error());
-    } else if (*message) {
-        client.gone = !answer(client, **message);
+        return client.gone;
     }
+    if (*message) client.gone = !answer(client, **message);
+    return true;
 }
 
 // Whether the client kept the rules.

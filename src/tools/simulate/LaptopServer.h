@@ -21,10 +21,10 @@ namespace quiverly {
 // reports.
 //
 // Never waits for a client. One that does not read loses reports, which are counted; one that breaks the rules or is
-// another user's is disconnected. One thread.
+// another user's is disconnected. After a call of the system that failed it rests for a millisecond. One thread.
 class LaptopServer {
 public:
-    // `say` is told what happens, a line each.
+    // `say` is called with what happens, a line each.
     explicit LaptopServer(std::function<void(const std::string& event)> say) : say(std::move(say)) {}
 
     // Shows the socket. The error says why it cannot be shown.
@@ -53,9 +53,9 @@ private:
     };
 
     static FileDescriptor openSpare();
-    void accept();
-    void turnAway();
-    void handle(Client& client);
+    bool accept();
+    bool turnAway();
+    bool handle(Client& client);
     bool answer(Client& client, const laptop::Message& message);
     tl::expected<void, std::error_code> writeProperty(const laptop::PropertyWrite& write);
     tl::expected<void, std::error_code> open(Client& client, std::uint8_t service);
