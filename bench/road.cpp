@@ -100,7 +100,7 @@ void reportsToSampleFloor(benchmark::State& state) {
 }
 BENCHMARK(reportsToSampleFloor)->Name("reports to sample/floor");
 
-// A sample that is no slap.
+// A sample that is not a slap.
 
 void process(benchmark::State& state) {
     const auto samples = blockOfSamples();

@@ -14,9 +14,9 @@
 // apart (SOCK_SEQPACKET). One packet is one message: a byte for its kind, then its content, integers little-endian, a
 // text as a byte for its length and that many bytes.
 //
-// The laptop begins: one ServiceHello for each of its services, then EndOfServices. From then on a service is called by
-// its place in that list. Each PropertyWrite and each OpenRequest is answered, in order. Reports follow on a connection
-// that has opened the accelerometer. Whoever breaks these rules is disconnected.
+// The laptop begins: one ServiceHello for each of its services, then EndOfServices. From then on a service is named by
+// its index in that list. Each PropertyWrite and each OpenRequest is answered, in order. Reports follow on a connection
+// that has opened the accelerometer. A client that breaks these rules is disconnected.
 namespace quiverly::laptop {
 
 using Value = std::variant<std::int64_t, std::string>;

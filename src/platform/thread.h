@@ -6,7 +6,7 @@
 
 namespace quiverly {
 
-// What a thread does: begin once, turn until it answers false, end once. What the functions hold is let go when the
+// What a thread does: begin once, turn until it answers false, end once. What the functions own is released when the
 // loop has ended.
 struct ThreadLoop {
     std::function<void()> begin;
@@ -14,8 +14,8 @@ struct ThreadLoop {
     std::function<void()> end;
 };
 
-// A thread that runs one ThreadLoop. Destroying its handle waits until the loop has ended; whoever destroys it makes
-// turn() answer false first.
+// A thread that runs one ThreadLoop. Destroying its handle waits until the loop has ended; the owner makes turn()
+// answer false first.
 struct Thread;
 
 struct JoinThread {

@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The check on an engine that listens already, and whose detector has seen its first sample.
+// The check on an engine that is already listening and whose detector has seen its first sample.
 class HardwareCheckTest : public BuiltEngineTest {
 protected:
     HardwareCheckTest() { listen(); }
@@ -122,7 +122,7 @@ TEST_F(HardwareCheckTest, AClockThatIsSetBackBeforeASecondBeginningDoesNotProlon
     EXPECT_EQ(testSlaps, Amplitudes{0.5});
 }
 
-TEST_F(HardwareCheckTest, EndingWithinTheTwoSecondsKeepsDroppingOrdinarySlapsUntilTheyHavePassed) {
+TEST_F(HardwareCheckTest, EndingWithinTheTwoSecondsKeepsIgnoringOrdinarySlapsUntilTheyAreOver) {
     begin();
     platform.calendar.advance(1s);
     engine->endHardwareCheck();

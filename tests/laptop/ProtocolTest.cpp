@@ -20,7 +20,7 @@ std::vector<Message> oneOfEachKind() {
     };
 }
 
-// What a decoder is given lies in a heap buffer of exactly its size, so that reading past its end is noticed.
+// The decoder's input lies in a heap buffer of exactly its size, so that reading past its end is noticed.
 tl::expected<Message, std::error_code> decodeExactly(std::span<const std::uint8_t> packet) {
     return decode(std::vector<std::uint8_t>(packet.begin(), packet.end()));
 }

@@ -20,7 +20,7 @@ TEST(SocketPlaceTest, IsInTheRuntimeFolder) {
     EXPECT_FALSE(SocketPlace::ofThisUser().isFallback);
 }
 
-TEST(SocketPlaceTest, IsInAFolderOfTheUsersOwnWithoutAUsableRuntimeFolder) {
+TEST(SocketPlaceTest, IsInAPrivateFolderWithoutAUsableRuntimeFolder) {
     for (const char* unusable : {static_cast<const char*>(nullptr), "", "relative/folder"}) {
         setRuntimeFolder(unusable);
         EXPECT_EQ(SocketPlace::ofThisUser().folder, fallback());

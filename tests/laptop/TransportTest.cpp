@@ -79,7 +79,7 @@ TEST_F(TransportTest, AConnectionThatTheOtherEndHasClosedIsReset) {
     EXPECT_FALSE(sendReport(near.get(), Bytes{}));
 }
 
-TEST_F(TransportTest, APacketThatIsNotAMessageIsSaidToBeBad) {
+TEST_F(TransportTest, APacketThatIsNotAMessageIsABadMessage) {
     for (const std::size_t length : {1UL, maximumMessage, maximumMessage + 1, 100000UL}) {
         sendBytes(Bytes(length));
         const auto message = receive(near.get());

@@ -10,7 +10,7 @@ PROJECT = pathlib.Path(__file__).resolve().parents[2]
 
 # Lines planted at the ends of files, and what is said of each. Every room has a file Planted.h.
 PLANTED = [
-    # The road knows its ports and nothing of a system.
+    # The road uses its ports, and nothing of a system.
     ("src/detection/Planted.h", "#include <sys/stat.h>", "src/detection must not include <sys/stat.h>"),
     ("src/detection/Planted.h", "#include <QObject>", "src/detection must not include <QObject>"),
     ("src/detection/Planted.h", "#ifdef __linux__", "src/detection is portable: no #ifdef"),
@@ -38,7 +38,7 @@ PLANTED = [
     ("src/ui/Planted.h", '#include "app/Planted.h"', "src/ui must not include src/app"),
     ("src/app/Planted.h", '#include "engine/Planted.h"', "src/app must not include src/engine"),
     ("src/platform/Planted.h", '#include "sensing/Planted.h"', "src/platform must not include src/sensing"),
-    # No platform knows another one, or what is above it.
+    # No platform uses another one, or what is above it.
     ("src/platform/linux/Planted.h", '#include "platform/macos/Planted.h"', "must not include src/platform/macos"),
     ("src/platform/macos/Planted.h", '#include "platform/linux/Planted.h"', "must not include src/platform/linux"),
     ("src/platform/macos/Planted.h", '#include "sockets/Planted.h"', "must not include src/sockets"),
@@ -56,7 +56,7 @@ PLANTED = [
     ("src/ui/Planted.h", '#include "clips/Planted.h"', "src/ui must not include clips"),
     ("clips/Planted.h", '#include "platform/Planted.h"', "clips must not include src/platform"),
     ("src/cellar/Planted.h", "", "is in no room"),
-    # Nothing but the tests knows the tests.
+    # Only tests use the tests.
     ("src/ui/Planted.h", '#include "support/Reports.h"', "includes support/Reports.h, which is in no folder"),
     ("src/ui/Planted.h", '#include "tests/support/Reports.h"', "includes tests/support/Reports.h, which is in no"),
     ("src/CMakeLists.txt", 'target_include_directories(a PRIVATE "${PROJECT_SOURCE_DIR}/tests")', "names the tests'"),

@@ -279,7 +279,7 @@ TEST_F(AccelerometerReaderTest, TheFirstMatchingServiceWins) {
     EXPECT_EQ(takeCalls("open"), (Calls{"open 1"}));
 }
 
-TEST_F(AccelerometerReaderTest, ADriverServiceWithTheAccelerometersUsagesIsNoDevice) {
+TEST_F(AccelerometerReaderTest, ADriverServiceWithTheAccelerometersUsagesIsNotADevice) {
     accelerometer().className = "AppleSPUHIDDriver";
     EXPECT_FALSE(reader.start());
     EXPECT_EQ(reader.lastOpenError(), "Accelerometer device missing on this Mac.");
@@ -351,7 +351,7 @@ void PrintTo(const Failure& failure, std::ostream* out) {
 
 class AccelerometerReaderFailureTest : public AccelerometerReaderTest, public testing::WithParamInterface<Failure> {};
 
-TEST_P(AccelerometerReaderFailureTest, IsToldInOneLineAndLeavesNothingOpen) {
+TEST_P(AccelerometerReaderFailureTest, IsReportedInOneLineAndLeavesNothingOpen) {
     GetParam().arrange(platform.registry);
     EXPECT_FALSE(reader.start());
     EXPECT_EQ(reader.lastOpenError(), GetParam().message);

@@ -99,7 +99,7 @@ TEST_F(InputReportCallbackTest, LengthsOfZeroAndLessAreCountedAndDropped) {
 }
 
 // Between the stop and the end of its thread a device may still deliver.
-TEST_F(InputReportCallbackTest, AReportThatComesAfterTheStopIsTakenAllTheSame) {
+TEST_F(InputReportCallbackTest, AReportAfterTheStopIsStillTaken) {
     ASSERT_TRUE(reader.start());
     Bytes report = sensorReport(0, 0, 1);
     for (int count = 0; count < 7; ++count) call(&reader, report.data(), 18);

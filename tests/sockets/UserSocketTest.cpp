@@ -40,7 +40,7 @@ TEST(UserSocketTest, AnAddressOfAFileIsTheWholePathOf107Bytes) {
     EXPECT_TRUE(std::filesystem::is_socket(longest));
 }
 
-TEST(UserSocketTest, OnlyAFolderThatNobodyElseEntersIsPrivate) {
+TEST(UserSocketTest, OnlyAFolderThatIsClosedToOthersIsPrivate) {
     const RuntimeFolder folder;
     EXPECT_TRUE(isPrivate(folder.path()));
     for (const mode_t mode : {0755U, 0770U, 0701U, 01700U, 0500U}) {
@@ -64,7 +64,7 @@ TEST(UserSocketTest, AFolderOfAnotherUserIsNotPrivate) {
     EXPECT_FALSE(isPrivate(folder.path()));
 }
 
-TEST(UserSocketTest, ThePeerIsTheUserWhoRunsItAndNobodyElse) {
+TEST(UserSocketTest, ThePeerIsTheUserWhoRunsItAndNoOther) {
     int ends[2];
     ASSERT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends), 0);
     const FileDescriptor near(ends[0]);

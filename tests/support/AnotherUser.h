@@ -11,8 +11,8 @@
 
 namespace quiverly {
 
-// Somebody whom the system does not allow everything as it does the superuser. Only tests of the superuser can act as
-// another; all others are run by such a user already, who stays who it is.
+// An ordinary user, whom the system refuses what the superuser may do. Tests that run as the superuser can act as this
+// user; other tests already run as an ordinary user.
 namespace another_user {
 
 inline constexpr uid_t id = 65534; // nobody on Linux

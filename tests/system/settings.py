@@ -23,6 +23,6 @@ def write_settings_text(desktop: Desktop, content: str) -> None:
 
 
 def read_settings(desktop: Desktop) -> dict[str, object]:
-    """The settings stored so far, none as long as there is no file."""
+    """The settings stored so far, none while there is no file."""
     file = settings_file(desktop)
     return json.loads(file.read_text()) if file.exists() else {}

@@ -1,4 +1,4 @@
-"""The two settings: kept from run to run, never in the way."""
+"""The two settings are kept from run to run, and never keep the application from starting."""
 
 import json
 import unittest

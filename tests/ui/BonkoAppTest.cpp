@@ -372,7 +372,7 @@ TEST_F(BonkoAppTest, TheWindowCanBeClosedAndReopenedInEveryState) {
 // Slaps, time, closing, reopening, Continue, the button and the sensor's coming and going, in a random order.
 class RandomOrderTest : public BonkoAppTest, public testing::WithParamInterface<unsigned> {};
 
-TEST_P(RandomOrderTest, TheWindowTellsTheTruth) {
+TEST_P(RandomOrderTest, TheWindowShowsTheStateOfTheEngine) {
     std::mt19937 random(GetParam());
     const std::vector<std::function<void()>> acts = {
         [&] { stage.slap(0.5); },
@@ -400,7 +400,7 @@ TEST_P(RandomOrderTest, TheWindowTellsTheTruth) {
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomOrderTest, testing::Range(0U, 40U));
 
 // Every order of what may happen to a check.
-TEST(EveryOrderTest, TheWindowTellsTheTruth) {
+TEST(EveryOrderTest, TheWindowShowsTheStateOfTheEngine) {
     std::array<std::size_t, 5> order{0, 1, 2, 3, 4};
     do {
         SCOPED_TRACE(testing::PrintToString(order));

@@ -8,11 +8,12 @@
 
 namespace quiverly {
 
-// Settings in one JSON object, in a file of the user's alone that several processes may use. No call waits for another
-// process.
+// Settings in one JSON object, in a file that only its user can read and several processes may use. No call waits for
+// another process.
 //
-// The file is replaced as a whole: whoever reads it, or is killed, leaves or finds the settings before a change or
-// after it. Changes are merged under the kernel's lock on the folder, which ends with the process that holds it.
+// The file is replaced as a whole: a reader finds the settings from before or after a change, and so does the next
+// start after this process was killed. Changes are merged under the kernel's lock on the folder, which ends with the
+// process that holds it.
 //
 // A file that holds something else reads as empty. Before it is replaced it is set aside, beside its old place, as
 // NAME.unreadable (or NAME.unreadable.2, and so on). What cannot be read or set aside is not replaced.

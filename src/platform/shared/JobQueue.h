@@ -12,7 +12,7 @@ namespace quiverly {
 // outside the lock. What a job pushes waits for the next turn. In a steady flow nothing is allocated but the jobs.
 class JobQueue {
 public:
-    // Whether the queue was empty, so that somebody has to be woken.
+    // Whether the queue was empty, so that its thread has to be woken.
     bool push(mainQueue::Job job) {
         const std::lock_guard lock(mutex);
         waiting.push_back(std::move(job));

@@ -9,7 +9,7 @@
 
 namespace quiverly {
 
-// The sound system of the virtual platform: opens no file, makes no sound, and tells what would be heard.
+// The sound system of the virtual platform: opens no file, makes no sound, and records what would be heard.
 class VirtualAudio {
 public:
     // What one player was asked to do.

@@ -11,7 +11,7 @@ namespace quiverly {
 
 struct Thread;
 
-// The device of one service, on the registry that is alive. It belongs to whoever implements the port on it.
+// The device of one service, on the registry that is alive. It belongs to the implementation of the port.
 class VirtualDevice {
 public:
     explicit VirtualDevice(std::size_t service);

@@ -42,7 +42,7 @@ struct VirtualResources {
     std::vector<std::filesystem::path> folders; // the first that has what is asked for answers
 };
 
-// The desktop. It shows nothing, and tells who asked for what.
+// The desktop. It shows nothing, and records what it was asked to show.
 struct VirtualWorkspace {
     std::optional<std::string> sensorAccessPage = inputMonitoringPage;
     std::function<void(const std::string& url)> onOpen;

@@ -46,7 +46,8 @@ public:
     // Has a driver (service 0) and the accelerometer (service 1), and nothing else.
     void connectAccelerometer() { services = {VirtualService::driver(), VirtualService::accelerometer()}; }
 
-    // Told of each call of the port but runLoop(), as in "open 2" for the service with index 2, on the calling thread.
+    // Called for each call of the port but runLoop(), as in "open 2" for the service with index 2, on the calling
+    // thread.
     std::function<void(const std::string& call)> onCall;
 
     // Hands one report to the open device. With stepped threads it has gone through the reader's callback when this
@@ -58,7 +59,7 @@ public:
     double lastSlice() const { return slice; } // seconds for which the run loop was run last
     bool deviceIsOpen() const;
 
-    // The arguments with which the port was last asked to register a callback, for whoever wants to play the device.
+    // The arguments with which the port was last asked to register a callback, for tests that play the device.
     struct Registration {
         std::uint8_t* buffer = nullptr;
         std::ptrdiff_t size = 0; // bytes

@@ -29,7 +29,7 @@ struct EarlyExit {
 // What the arguments are written to must outlive the CommandLine.
 class CommandLine {
 public:
-    // `ending` closes the help text: what the exit status means, and whatever else there is to tell.
+    // `ending` closes the help text: what the exit status means, and anything else.
     CommandLine(const std::string& program, const std::string& description, const std::string& ending);
     ~CommandLine();
 

@@ -12,7 +12,7 @@ namespace quiverly {
 // How the registry answers a search for the sensor: as it should, or failing at one of the steps of opening it.
 enum class SensorAnswer { ok, noQuery, noLookup, missing, noDevice, denied };
 
-// What a line of a recording makes happen.
+// What a line of a recording does.
 namespace action {
 
 struct Report {

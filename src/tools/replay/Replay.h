@@ -10,7 +10,7 @@
 
 namespace quiverly {
 
-// Lets an engine live through a recording on a virtual platform, prints what happens, and draws it into a plot if there
+// Runs an engine on a recording, on a virtual platform, prints what happens, and draws it into a plot if there
 // is one.
 //
 // Settings, resources and chance of the platform are set up before; the sensor is there. When perform() returns, all

@@ -1,4 +1,4 @@
-// quiverly-replay: lets the engine live through a recording of sensor reports and prints what happens.
+// quiverly-replay: runs the engine on a recording of sensor reports and prints what happens.
 
 #include <cerrno>
 #include <csignal>

@@ -8,7 +8,7 @@
 
 #include "tools/simulate/Motion.h"
 
-// What the simulated laptop can be told, one line for each command.
+// The commands of the simulated laptop, one line each.
 namespace quiverly::command {
 
 struct Slap {
@@ -33,7 +33,7 @@ using Command = std::variant<Slap, Rest, Tilt, Type, Walk, Sleep, Wake, Vanish, 
 // One line for each command, in the order of a manual.
 extern const std::string_view help;
 
-// What stands between words. A line without words, or whose first one begins with '#', is a remark.
+// What separates words. A line without words, or whose first word begins with '#', is a comment.
 inline constexpr std::string_view blanks = " \t\r";
 bool isRemark(std::string_view line);
 

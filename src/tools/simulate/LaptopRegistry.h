@@ -14,10 +14,10 @@ namespace quiverly {
 
 // The services of the simulated laptop. Decides when its accelerometer reports.
 //
-// Among the accelerometer and its driver are services that a reader has to ignore. The driver sleeps whenever nobody
-// has the accelerometer open, and a sleeping driver forgets what is written to it. So the accelerometer reports only
-// once reporting state, power state and report interval have all been written, each above zero, since it was last
-// opened with nobody else having it open. Whatever interval is asked for, it reports every millisecond.
+// Among the accelerometer and its driver are services that a reader has to ignore. While no client has
+// the accelerometer open, its driver sleeps and forgets what is written to it. When the first one has opened it, the
+// accelerometer reports as soon as reporting state, power state and report interval have all been written, each above
+// zero. Whatever interval is asked for, it reports every millisecond.
 class LaptopRegistry {
 public:
     // In the order in which the laptop names them.

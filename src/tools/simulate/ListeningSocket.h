@@ -12,7 +12,7 @@
 namespace quiverly {
 
 // The socket at which the simulated laptop is found. There is one laptop for each user: the first to show its socket
-// keeps the place, with a lock beside it, for as long as it lives. A socket that a dead one left is replaced.
+// keeps the place, with a lock beside it, as long as it runs. A socket that a dead one left behind is replaced.
 class ListeningSocket {
 public:
     explicit ListeningSocket(laptop::SocketPlace place = laptop::SocketPlace::ofThisUser()) : place(std::move(place)) {}

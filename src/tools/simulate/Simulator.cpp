@@ -115,7 +115,7 @@ void Simulator::playRecording() {
     }
 }
 
-// What the recording holds for a time when the sensor does not report is lost.
+// Reports of the recording are lost while the sensor does not report.
 void Simulator::missRecording() {
     if (!recording || !begin) return;
     for (auto report = recording->take(next - *begin); report && *report;) report = recording->take(next - *begin);

@@ -39,7 +39,7 @@ public:
     tl::expected<void, std::string> open();
 
     // Obeys the lines that come in at `commands`, until one of them is "quit" or there is something to read at
-    // `interruptions`; goes on after the end of `commands`. The error says what is wrong with the recording.
+    // `interruptions`; keeps running after the end of `commands`. The error says what is wrong with the recording.
     tl::expected<void, std::string> run(int commands, int interruptions);
 
 private:

@@ -1,4 +1,4 @@
-// quiverly-simulate: stands in for a laptop with a motion sensor and obeys commands on standard input.
+// quiverly-simulate: simulates a laptop with a motion sensor and obeys commands on standard input.
 
 #include <sys/signalfd.h>
 #include <unistd.h>
@@ -41,7 +41,7 @@ tl::expected<Simulator::Options, EarlyExit> parseOptions(std::span<const char* c
 }
 
 // Makes the signals that ask a program to end readable instead, and keeps others from ending or stopping it: SIGPIPE
-// when nobody reads its output, SIGTTIN when it reads from its terminal in the background.
+// when its output is closed, SIGTTIN when it reads from its terminal in the background.
 FileDescriptor interruptions() {
     sigset_t ending;
     sigemptyset(&ending);

@@ -53,7 +53,7 @@ protected:
 
     static void inAProcess(const std::function<void()>& actions) { const OtherProcess process(application(actions)); }
 
-    // Of one who owns the files but, unlike the superuser, is not allowed everything.
+    // Of an ordinary user who owns the files.
     void inAProcessOfAnOrdinaryUser(const std::function<void()>& actions) const {
         another_user::give(home.path());
         another_user::act(application(actions));
@@ -133,7 +133,7 @@ TEST_F(LinuxDefaultsTest, ASecondProcessReadsTheVeryNumber) {
     }
 }
 
-TEST_F(LinuxDefaultsTest, WhatIsNeitherNumberNorTextIsAnotherObject) {
+TEST_F(LinuxDefaultsTest, AValueThatIsNeitherNumberNorTextIsAnotherObject) {
     store(R"({"yes": true, "none": null, "list": [0.2], "group": {"pack": "halo"}, "three": 3, "digits": "0.2"})");
     inAProcess([] {
         for (const char* key : {"yes", "none", "list", "group"}) {
@@ -165,7 +165,7 @@ TEST_F(LinuxDefaultsTest, TheLastWriteReachesTheDiskWhenTheApplicationEnds) {
     inAProcess(expectHalo);
 }
 
-TEST_F(LinuxDefaultsTest, WhatIsUnknownSurvivesAWrite) {
+TEST_F(LinuxDefaultsTest, UnknownSettingsSurviveAWrite) {
     const std::string unknown = R"("a": true, "": null, "b/c": [1, "x", {"y": []}], "/d": {"e": 9007199254740993},)"
                                 R"("bonko.future": 1e-7, "f\u0000g": "\u0000")";
     store("{" + unknown + "}");
@@ -288,14 +288,14 @@ TEST_F(LinuxDefaultsTest, WhatAFolderDidNotTakeIsStoredWithTheNextChangeOrAtTheE
 }
 
 TEST_F(LinuxDefaultsTest, AFolderThatCannotBeMadeLeavesTheRunItsValues) {
-    home.addFile("quiverly", "in the way");
+    home.addFile("quiverly", "not a folder");
     inAProcess([] {
         expectNoPack();
         writeHalo();
         QCoreApplication::processEvents();
         expectHalo();
     });
-    EXPECT_EQ(bytesOf(home.path() / "quiverly"), "in the way");
+    EXPECT_EQ(bytesOf(home.path() / "quiverly"), "not a folder");
 }
 
 TEST_F(LinuxDefaultsTest, OnAFullDiskNothingIsLostAndTheNextWriteWithRoomTakesAll) {
@@ -324,7 +324,7 @@ TEST_F(LinuxDefaultsTest, OnAFullDiskNothingIsLostAndTheNextWriteWithRoomTakesAl
     EXPECT_EQ(bytesOf(aside), "no settings");
 }
 
-TEST_F(LinuxDefaultsTest, WhatIsNoFileIsLeftAloneAndHoldsNobodyUp) {
+TEST_F(LinuxDefaultsTest, SomethingElseInPlaceOfTheFileIsLeftAloneAndDelaysNothing) {
     const auto run = [] {
         expectNoPack();
         writeHalo();
@@ -402,7 +402,7 @@ TEST_F(LinuxDefaultsTest, ManyProcessesAtOnceLoseNothing) {
     });
 }
 
-TEST_F(LinuxDefaultsTest, WhatIsInTheFileAlreadyIsNotWrittenAgain) {
+TEST_F(LinuxDefaultsTest, AValueThatIsAlreadyStoredIsNotWrittenAgain) {
     store(R"({"bonko.pack": "halo", "bonko.threshold": 0.3})");
     const fs::path link = home.path() / "link";
     fs::create_hard_link(file, link);

@@ -54,7 +54,7 @@ TEST_F(LinuxResourcesTest, WithoutADataFolderTheUsersOwnIsTaken) {
     }
 }
 
-TEST_F(LinuxResourcesTest, APackOfTheUsersReplacesTheProgramsWhole) {
+TEST_F(LinuxResourcesTest, AUsersPackReplacesTheWholePackOfTheProgram) {
     const auto before = bundle::files("mp3", "audio/pain");
     ASSERT_TRUE(before);
     EXPECT_GE(before->size(), 3U);
@@ -106,7 +106,7 @@ TEST_F(LinuxResourcesTest, NamesAreOrderedInTheUsersLocale) {
     EXPECT_EQ(nameOrderLocale(), "cs_CZ");
 }
 
-TEST_F(LinuxResourcesTest, TheOrderOfBytesIsNobodysLocale) {
+TEST_F(LinuxResourcesTest, TheLocaleOfByteOrderIsReplacedByEnglish) {
     for (const char* locale : {"C", "POSIX", "C.UTF-8", "C.utf8", "no such locale", "@"}) {
         setVariable("LC_ALL", locale);
         EXPECT_EQ(nameOrderLocale(), "en") << locale;
@@ -127,8 +127,8 @@ TEST_F(LinuxResourcesTest, TenComesAfterTwoInEveryLocale) {
     }
 }
 
-// ICU's own reading of the environment is not to be trusted with it.
-TEST_F(LinuxResourcesTest, AMalformedLocaleIsNotLeftToTheLibrary) {
+// ICU must not read it from the environment itself.
+TEST_F(LinuxResourcesTest, AMalformedLocaleIsNotPassedToTheLibrary) {
     for (const std::string& locale : {std::string("no such locale"), std::string(200, 'a'), std::string("en@a=b;c")}) {
         for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) setVariable(variable, locale.c_str());
         const OtherProcess process([&] {
@@ -138,7 +138,7 @@ TEST_F(LinuxResourcesTest, AMalformedLocaleIsNotLeftToTheLibrary) {
     }
 }
 
-// ICU prefers a file of that folder to its own data, and this one tells it nothing.
+// ICU prefers a file of that folder to its own data, and this one holds no rules.
 TEST_F(LinuxResourcesTest, WithoutDataToOrderByNamesAreInTheOrderOfBytes) {
     const struct {
         std::uint16_t size;

@@ -38,7 +38,7 @@ protected:
     }
 };
 
-TEST_F(HidTest, AWishThatIsNotUsedIsGivenBack) {
+TEST_F(HidTest, AnUnusedQueryIsReleased) {
     EXPECT_NE(hid::matchingClass(deviceClass), nullptr);
     EXPECT_EQ(platform.registry.lentObjects(), 0);
 }
@@ -87,7 +87,7 @@ TEST_F(HidTest, IntegersAreReadWithAllTheirBits) {
     EXPECT_EQ(integerOf(std::int64_t{0x7FFF'FFFF'FFFF'FFFF}), 0x7FFF'FFFF'FFFF'FFFF);
 }
 
-TEST_F(HidTest, APropertyThatIsNoIntegerIsNone) {
+TEST_F(HidTest, APropertyThatIsNotAnIntegerIsNone) {
     EXPECT_EQ(integerOf("3"), std::nullopt);
     EXPECT_EQ(integerOf(true), std::nullopt);
     EXPECT_EQ(integerOf(3.0), std::nullopt);

@@ -43,7 +43,7 @@ TEST_F(ServicesTest, SettingsAreReadAsWhatTheyWereStoredAs) {
     EXPECT_TRUE(std::holds_alternative<defaults::OtherObject>(defaults::object("list").value()));
 }
 
-TEST_F(ServicesTest, WhatIsNotStoredIsNone) {
+TEST_F(ServicesTest, AMissingSettingIsNone) {
     EXPECT_EQ(defaults::text("bonko.pack"), std::nullopt);
     EXPECT_FALSE(defaults::object("bonko.threshold").has_value());
 }
@@ -73,7 +73,7 @@ TEST_F(ServicesTest, ANamePrecedesTheOneThatFoundationPutsBehindIt) {
     EXPECT_FALSE(bundle::precedes("2.mp3", "2.mp3"));
 }
 
-TEST_F(ServicesTest, APlayerDoesWhatItIsToldInThatOrder) {
+TEST_F(ServicesTest, APlayerReceivesTheCallsInOrder) {
     const auto player = audio::create(folder.addFile("1.mp3"));
     ASSERT_NE(player, nullptr);
     audio::setVolume(*player, 0.5F);
@@ -91,7 +91,7 @@ TEST_F(ServicesTest, TheSettingsPageIsOpenedInTheWorkspace) {
     EXPECT_EQ(apple.calls, (Calls{"open x-apple.systempreferences:com.apple.preference.security?Privacy_ListenEvent"}));
 }
 
-TEST_F(ServicesTest, WhatIsNoAddressIsNotOpened) {
+TEST_F(ServicesTest, OnlyAddressesAreOpened) {
     workspace::openURL("nowhere");
     EXPECT_EQ(apple.calls, Calls{});
 }

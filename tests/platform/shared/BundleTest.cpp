@@ -37,7 +37,7 @@ protected:
     TemporaryFolder installed;
 };
 
-TEST_F(BundleTest, AMissingFolderIsNoList) {
+TEST_F(BundleTest, AMissingFolderHasNoList) {
     EXPECT_EQ(clips("audio/pain"), std::nullopt);
 }
 
@@ -99,7 +99,7 @@ TEST_F(BundleTest, ALinkToAFolderIsThatFolder) {
     EXPECT_EQ(clips("audio/pain"), Names{"1.mp3"});
 }
 
-TEST_F(BundleTest, AFileInTheFoldersPlaceIsNoFolder) {
+TEST_F(BundleTest, AFileInPlaceOfTheFolderIsNotAFolder) {
     own.addFile("audio/pain");
     EXPECT_EQ(clips("audio/pain"), std::nullopt);
 }
@@ -124,7 +124,7 @@ TEST_F(BundleTest, FiveHundredClipsAreFoundAndHaveTheirNaturalOrder) {
     EXPECT_EQ(found, names);
 }
 
-TEST_F(BundleTest, NamesThatAreNoUtf8AreKeptByteForByte) {
+TEST_F(BundleTest, NamesThatAreNotUtf8AreKeptByteForByte) {
     const std::string name = "\xFF\xFE.mp3";
     own.addFile(fs::path("clips") / name);
     EXPECT_EQ(clips("clips"), Names{name});

@@ -102,7 +102,7 @@ TEST_F(VirtualPlatformDeathTest, ALoopThatDoesNotEndWhenItIsWaitedForIsAFault) {
     EXPECT_DEATH(startThread("test", 65536, loop).reset(), "a loop was told to end and did not");
 }
 
-TEST_F(VirtualPlatformDeathTest, WhatIsLentAndNotReleasedIsAFault) {
+TEST_F(VirtualPlatformDeathTest, AHandleThatIsNotReleasedIsAFault) {
     constexpr char message[] = "a service, device or walk was not released";
     EXPECT_DEATH(
         {

@@ -12,7 +12,7 @@
 #include "platform/virtual/VirtualPlatform.h"
 
 // The objects behind the stand-ins' references. Each counts its references and is freed with the last one, so that an
-// address sanitizer catches whoever uses it afterwards; the virtual registry counts those that are alive.
+// address sanitizer catches any later use; the virtual registry counts those that are alive.
 struct AppleObject {
     enum Type : CFTypeID { string = 1, number, boolean, dictionary, device };
 

@@ -117,10 +117,10 @@ kern_return_t IORegistryEntryCreateCFProperties(io_registry_entry_t entry, CFMut
 }
 
 kern_return_t IORegistryEntrySetCFProperty(io_registry_entry_t entry, CFStringRef propertyName, CFTypeRef property) {
-    if (CFGetTypeID(propertyName) != AppleObject::string) VirtualPlatform::fault("a property's name is no text");
-    if (CFGetTypeID(property) != AppleObject::number) VirtualPlatform::fault("a property that is no number");
+    if (CFGetTypeID(propertyName) != AppleObject::string) VirtualPlatform::fault("a property's name is not a text");
+    if (CFGetTypeID(property) != AppleObject::number) VirtualPlatform::fault("a property is not a number");
     const auto value = std::get<std::int64_t>(static_cast<CFNumberRef>(property)->value);
     registry().tell("set " + std::to_string(quiverly::serviceNamed(entry)) + ' ' + propertyName->text + ' ' +
                     std::to_string(value));
-    return kIOReturnNotPermitted; // nobody is to look at it
+    return kIOReturnNotPermitted; // and must not be looked at
 }

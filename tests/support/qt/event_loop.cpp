@@ -22,7 +22,7 @@ struct Timer {
     Clock::time_point end;
 };
 
-// Built by whoever comes first: events are posted, and functions registered, before main() begins.
+// Built by the first caller: events are posted, and functions registered, before main() begins.
 struct Loop {
     std::mutex mutex;
     std::condition_variable postedOne;

@@ -131,7 +131,7 @@ TEST(LineReaderTest, NothingIsAskedForBeforeItIsNeeded) {
     EXPECT_EQ(stream.asked, 4);
 }
 
-TEST(LineReaderTest, WhatFailsIsPassedOn) {
+TEST(LineReaderTest, AReadErrorIsPassedOn) {
     const auto broken = std::make_error_code(std::errc::io_error);
     Stream stream{"ab\ncd", 4};
     LineReader reader([&, read = stream.reader()](std::span<char> chunk) {

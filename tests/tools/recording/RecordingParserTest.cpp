@@ -322,7 +322,7 @@ TEST(RecordingParserTest, AJumpBackMayTakeUpWhatTheTimeWouldHaveTakenTooFar) {
     EXPECT_EQ(parsed[2].calendar, after1970(9'000'000'000s));
 }
 
-TEST(RecordingParserTest, LinesAreCountedAllOfThem) {
+TEST(RecordingParserTest, EveryLineIsCounted) {
     const Parsed parsed = parse("# one\r\n\n \t\n0 !stop\n\r\n#\n0 !stopp\n0 !stop\n");
     EXPECT_EQ(parsed.lines.size(), 1U);
     EXPECT_EQ(parsed.lineNumber, 7);

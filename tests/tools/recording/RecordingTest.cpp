@@ -28,14 +28,14 @@ TEST_F(RecordingTest, GivesOutTheLinesThatSaySomething) {
     EXPECT_FALSE(recording.next().value());
 }
 
-TEST_F(RecordingTest, AMalformedLineIsToldWithItsNumberAndEndsTheRecording) {
+TEST_F(RecordingTest, AMalformedLineIsReportedWithItsNumberAndEndsTheRecording) {
     const std::string name = file("# one\r\n\n0 !start\n\r\n0 !stopp\n0 !stop\n");
     Recording recording(name);
     EXPECT_TRUE(recording.next().value());
     EXPECT_EQ(recording.next().error(), name + ":5: there is no such command");
 }
 
-TEST_F(RecordingTest, AFileThatCannotBeReadIsToldWithTheReason) {
+TEST_F(RecordingTest, AFileThatCannotBeReadIsReportedWithTheReason) {
     const std::string missing = folder.path() / "missing";
     EXPECT_EQ(Recording(missing).next().error(), missing + ": No such file or directory");
     const std::string directory = folder.path();

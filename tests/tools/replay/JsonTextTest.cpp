@@ -46,7 +46,7 @@ TEST(JsonTextTest, Utf8StaysAsItIs) {
     EXPECT_EQ(jsonString(whole.substr(1, whole.size() - 2)), text);
 }
 
-TEST(JsonTextTest, EachMaximalSubpartThatIsNoUtf8BecomesAReplacementCharacter) {
+TEST(JsonTextTest, EachMaximalSubpartThatIsNotUtf8BecomesAReplacementCharacter) {
     const std::string replaced = "\xEF\xBF\xBD";
     EXPECT_EQ(jsonString("a\xFFz"), "\"a" + replaced + "z\"");
     EXPECT_EQ(jsonString("a\xE2\x86z"), "\"a" + replaced + "z\"");                     // cut short: one

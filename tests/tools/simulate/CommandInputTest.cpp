@@ -38,7 +38,7 @@ TEST_F(CommandInputTest, LinesComeWholeHoweverTheyAreCut) {
     EXPECT_EQ(input.read(), Lines{"slap 1"});
 }
 
-TEST_F(CommandInputTest, TheEndIsTheEndOfTheLastLineAndNothingIsAwaitedAfterIt) {
+TEST_F(CommandInputTest, TheEndOfTheInputEndsTheLastLineAndNothingIsAwaitedAfterIt) {
     write("quit");
     EXPECT_EQ(input.read(), Lines{});
     EXPECT_EQ(input.descriptor(), pipe.readEnd.get());

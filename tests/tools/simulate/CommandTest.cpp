@@ -45,7 +45,7 @@ TEST(CommandTest, EveryPlainCommandIsKnown) {
     parsed<Quit>("quit");
 }
 
-TEST(CommandTest, WhatIsNotACommandSaysWhy) {
+TEST(CommandTest, TheErrorSaysWhyALineIsNotACommand) {
     using namespace std::string_view_literals;
     for (const auto line : {"slip"sv,     "Slap 1"sv,     "slap"sv,        "slap x"sv,       "slap 0"sv,
                             "slap -1"sv,  "slap 20.1"sv,  "slap 1e1"sv,    "slap nan"sv,     "slap inf"sv,

@@ -7,7 +7,7 @@ namespace {
 
 constexpr const char* keys[] = {"SensorPropertyReportingState", "SensorPropertyPowerState", "ReportInterval"};
 
-// The driver of an accelerometer that nobody has opened yet.
+// The driver of an accelerometer that has not been opened yet.
 class LaptopRegistryTest : public testing::Test {
 protected:
     bool write(const char* key, std::int32_t value) {
@@ -30,7 +30,7 @@ TEST_F(LaptopRegistryTest, ReportsOnceAllThreePropertiesAreWritten) {
     EXPECT_TRUE(registry.isReporting());
 }
 
-TEST_F(LaptopRegistryTest, ForgetsWhatIsWrittenWhileNobodyHasTheAccelerometerOpen) {
+TEST_F(LaptopRegistryTest, ForgetsPropertiesWrittenWhileTheAccelerometerIsClosed) {
     wake();
     registry.accelerometerOpened();
     EXPECT_FALSE(registry.isReporting());
@@ -63,7 +63,7 @@ TEST_F(LaptopRegistryTest, AnyPropertyOfZeroOrLessKeepsItSilent) {
     }
 }
 
-TEST_F(LaptopRegistryTest, WhatIsWrittenToOtherServicesWakesNothing) {
+TEST_F(LaptopRegistryTest, PropertiesOfOtherServicesWakeNothing) {
     registry.accelerometerOpened();
     for (std::uint8_t service = 0; service < LaptopRegistry::services().size(); ++service) {
         if (service == LaptopRegistry::driver) continue;

@@ -19,7 +19,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// One who talks to the laptop that is there, by the rules or against them.
+// A client of the running laptop, which keeps the protocol or breaks it.
 class Client {
 public:
     Client() {
@@ -33,7 +33,7 @@ public:
 
     auto trySend(const laptop::Message& message) const { return laptop::send(socket.get(), message); }
 
-    // The next packet that is no report; nothing at the end of the connection.
+    // The next packet that is not a report; nothing at the end of the connection.
     std::optional<laptop::Message> receive() const {
         for (;;) {
             pollfd input = inputOf(socket.get());
@@ -45,7 +45,7 @@ public:
         return laptop::receive(socket.get()).value_or(std::nullopt);
     }
 
-    void passOverServices() const {
+    void skipServices() const {
         while (std::holds_alternative<laptop::ServiceHello>(receive().value_or(laptop::EndOfServices{}))) {
         }
     }
@@ -69,7 +69,7 @@ private:
     FileDescriptor socket = packetSocket();
 };
 
-// A laptop that somebody listens to all the while.
+// A laptop with a listener that must not be disturbed.
 class LaptopServerTest : public testing::Test {
 protected:
     LaptopServerTest() { EXPECT_TRUE(listener.starts()); }
@@ -79,7 +79,7 @@ protected:
     Listener listener;
 };
 
-TEST_F(LaptopServerTest, WhoeverBreaksTheRulesIsDisconnectedAndNobodyElse) {
+TEST_F(LaptopServerTest, AClientThatBreaksTheRulesIsDisconnectedAndNoOther) {
     const struct {
         const char* name;
         Bytes packet;
@@ -97,16 +97,16 @@ TEST_F(LaptopServerTest, WhoeverBreaksTheRulesIsDisconnectedAndNobodyElse) {
     };
     for (const auto& [name, packet] : breaches) {
         const Client client;
-        client.passOverServices();
+        client.skipServices();
         client.send(packet);
         EXPECT_FALSE(client.receive()) << name;
         EXPECT_TRUE(listener.hears()) << name;
     }
 }
 
-TEST_F(LaptopServerTest, AServiceThatDoesNotExistIsNoDevice) {
+TEST_F(LaptopServerTest, AServiceThatDoesNotExistIsReportedAsNoDevice) {
     const Client client;
-    client.passOverServices();
+    client.skipServices();
     EXPECT_EQ(client.open(255), ENODEV);
     EXPECT_EQ(client.write(255, "ReportInterval", 1000), ENODEV);
     EXPECT_EQ(client.open(LaptopRegistry::driver), ENODEV);
@@ -115,7 +115,7 @@ TEST_F(LaptopServerTest, AServiceThatDoesNotExistIsNoDevice) {
 
 TEST_F(LaptopServerTest, AConnectionOpensTheSensorOnce) {
     const Client client;
-    client.passOverServices();
+    client.skipServices();
     EXPECT_EQ(client.open(LaptopRegistry::accelerometer), 0);
     EXPECT_EQ(client.open(LaptopRegistry::accelerometer), EBUSY);
 }
@@ -128,7 +128,7 @@ TEST_F(LaptopServerTest, AClientThatAsksAndNeverReadsIsDisconnected) {
     }));
 }
 
-TEST_F(LaptopServerTest, AClientThatLeavesAtOnceDisturbsNobody) {
+TEST_F(LaptopServerTest, AClientThatLeavesAtOnceDisturbsNoOther) {
     for (int count = 0; count < 100; ++count) {
         const Client client;
         client.send(laptop::encode(laptop::OpenRequest{LaptopRegistry::accelerometer}));

@@ -14,7 +14,7 @@ mode_t modeOf(const std::filesystem::path& path) {
     return status.st_mode & 07777;
 }
 
-// A folder that everybody writes to, and no runtime folder.
+// A folder that every user may write to, and no runtime folder.
 class FallbackTest : public testing::Test {
 protected:
     FallbackTest() {

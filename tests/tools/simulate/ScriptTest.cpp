@@ -33,7 +33,7 @@ TEST_F(ScriptTest, ATimedCommandIsDueAtItsMillisecond) {
     EXPECT_EQ(timed->line, " 2.5\tslap 0.6");
 }
 
-TEST_F(ScriptTest, WhatIsNotATimedCommandSaysWhy) {
+TEST_F(ScriptTest, TheErrorSaysWhyALineIsNotATimedCommand) {
     for (const char* line : {"", " ", "slap 0.6", "-1 rest", "1", "1 slip", "9999999999 rest", "x rest", "1e3 rest"}) {
         const auto timed = TimedCommand::parse(line);
         ASSERT_FALSE(timed) << line;

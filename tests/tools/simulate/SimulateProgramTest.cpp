@@ -228,7 +228,7 @@ TEST(SimulateProgramTest, SendsAThousandReportsASecondAndEndsWithItsScript) {
     EXPECT_NEAR(reports, 1000, 1); // by the clock of its script
 }
 
-TEST(SimulateProgramTest, GoesOnWhenNobodyReadsWhatItSays) {
+TEST(SimulateProgramTest, KeepsRunningWhenItsOutputIsNotRead) {
     const RuntimeFolder folder;
     Program program({"--verbose"});
     program.readLine();
@@ -254,7 +254,7 @@ TEST(SimulateProgramTest, PlaysARecordingAndThenSleeps) {
     EXPECT_TRUE(waitUntil([&] { return listener.samples.last().z > 0.9; }));
 }
 
-TEST(SimulateProgramTest, WhatARecordingHoldsWhileTheLaptopSleepsIsLost) {
+TEST(SimulateProgramTest, ReportsOfARecordingAreLostWhileTheLaptopSleeps) {
     const RuntimeFolder folder;
     const auto recording = folder.addFile("recording", eightReports("0", "00000200") + eightReports("0.2", "00000300") +
                                                            eightReports("0.6", "00800000"));
@@ -319,7 +319,7 @@ TEST(SimulateProgramTest, UnusableOptionsEndItWithStatus2) {
     }
 }
 
-TEST(SimulateProgramTest, TellsOfItself) {
+TEST(SimulateProgramTest, PrintsItsHelpAndItsVersion) {
     Program help({"--help"});
     EXPECT_EQ(help.status(), 0);
     EXPECT_NE(help.output().find("slap PEAK"), std::string::npos);

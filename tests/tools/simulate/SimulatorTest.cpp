@@ -20,7 +20,7 @@
 namespace quiverly {
 namespace {
 
-// A pair of terminals of which one cannot be read while nobody has the other open.
+// A pair of terminals; one cannot be read while the other is closed.
 class TerminalPair {
 public:
     TerminalPair() {

@@ -28,18 +28,18 @@ public:
     // Tells a socket from another one that took its place: device, inode, time of its last change.
     using SocketIdentity = std::tuple<dev_t, ino_t, time_t, long>;
 
-    // Null when there is no laptop of this user's that answers. One that was silent is not asked again for a second, so
+    // Null when no laptop of this user answers. One that was silent is not asked again for a second, so
     // that a start, which asks several times, waits for it only once.
     static std::shared_ptr<LaptopClient> connect(const laptop::SocketPlace& place = laptop::SocketPlace::ofThisUser());
 
-    // The same over a socket that is connected to a laptop already.
+    // The same over a socket that is already connected to a laptop.
     static std::shared_ptr<LaptopClient> over(FileDescriptor socket, const SocketIdentity& identity);
 
     const std::vector<laptop::ServiceHello>& services() const { return hellos; }
 
     void writeProperty(std::uint8_t service, std::string_view key, std::int32_t value);
 
-    // Where the reports come from now on. What is written afterwards, before anybody reads them, reaches even a laptop
+    // Where the reports come from now on. What is written afterwards, before they are read, reaches even a laptop
     // that is silent for too long, as soon as it reads again. A client opens one sensor.
     tl::expected<FileDescriptor, std::error_code> open(std::uint8_t service);
 

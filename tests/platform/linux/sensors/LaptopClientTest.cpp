@@ -26,7 +26,7 @@ std::string openError(int code) {
            ".";
 }
 
-// What the user is told by a reader that has tried to start; "listening" when it could.
+// The message of a reader that has tried to start; "listening" when it could.
 std::string outcomeOfStart() {
     AccelerometerReader reader;
     if (reader.start()) return "listening";
@@ -43,7 +43,7 @@ TEST(LaptopClientTest, WithoutASocketThereIsNoSensor) {
     EXPECT_EQ(outcomeOfStart(), missing);
 }
 
-TEST(LaptopClientTest, AStaleSocketIsNoSensor) {
+TEST(LaptopClientTest, AStaleSocketIsNotASensor) {
     const RuntimeFolder folder;
     {
         const FileDescriptor dead(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
@@ -54,7 +54,7 @@ TEST(LaptopClientTest, AStaleSocketIsNoSensor) {
     EXPECT_EQ(outcomeOfStart(), missing);
 }
 
-TEST(LaptopClientTest, AFileOrFolderInThePlaceOfTheSocketIsNoSensor) {
+TEST(LaptopClientTest, AFileOrFolderInPlaceOfTheSocketIsNotASensor) {
     const RuntimeFolder folder;
     std::ofstream(laptop::SocketPlace::ofThisUser().socket()) << "no socket";
     EXPECT_EQ(outcomeOfStart(), missing);
@@ -68,7 +68,7 @@ TEST(LaptopClientTest, ARuntimeFolderThatIsMissingHasNoSensor) {
     EXPECT_EQ(outcomeOfStart(), missing);
 }
 
-TEST(LaptopClientTest, InAFolderThatEverybodyWritesToOnlyOneOfTheUsersOwnIsTrusted) {
+TEST(LaptopClientTest, InASharedFolderOnlyAFolderOfTheUserIsTrusted) {
     const RuntimeFolder shared;
     setRuntimeFolder(nullptr);
     const laptop::SocketPlace place = laptop::SocketPlace::ofThisUser(shared.path());
@@ -81,7 +81,7 @@ TEST(LaptopClientTest, InAFolderThatEverybodyWritesToOnlyOneOfTheUsersOwnIsTrust
     EXPECT_EQ(laptop.accepted(), 1);
 }
 
-TEST(LaptopClientTest, AStreamSocketIsNoSensor) {
+TEST(LaptopClientTest, AStreamSocketIsNotASensor) {
     const RuntimeFolder folder;
     const FileDescriptor stream(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const auto address = SocketAddress::ofFile(laptop::SocketPlace::ofThisUser().socket());
@@ -90,7 +90,7 @@ TEST(LaptopClientTest, AStreamSocketIsNoSensor) {
     EXPECT_EQ(outcomeOfStart(), missing);
 }
 
-TEST(LaptopClientTest, ASilentLaptopIsNoSensorAndIsWaitedForOnce) {
+TEST(LaptopClientTest, ASilentLaptopIsNotASensorAndIsWaitedForOnce) {
     const RuntimeFolder folder;
     const FakeLaptop laptop(FakeLaptop::waitForTheEnd);
     EXPECT_EQ(outcomeOfStart(), missing);
@@ -202,7 +202,7 @@ TEST(LaptopClientTest, ALaptopThatFallsSilentOnceItIsOpenHearsTheWakingWhenItSpe
     }
 }
 
-TEST(LaptopClientTest, EndlessHellosAreNoSensor) {
+TEST(LaptopClientTest, ALaptopThatNeverEndsItsListIsNotASensor) {
     const RuntimeFolder folder;
     EXPECT_EQ(saidByStartAgainst([](int socket) {
                   const auto hello =
@@ -260,7 +260,7 @@ TEST(LaptopClientTest, ReportsOfEveryLengthArriveCutToTheBuffer) {
     }
 }
 
-TEST(LaptopClientTest, WhatIsNoReportIsDroppedAmongReports) {
+TEST(LaptopClientTest, OtherMessagesAmongReportsAreDropped) {
     const RuntimeFolder folder;
     const FakeLaptop laptop(reporting({{laptop::reportMark, 1}, {6, 0, 0, 0, 0}, {0xEE}, {laptop::reportMark, 2}}));
     OpenSensor sensor;
@@ -307,7 +307,7 @@ public:
     }
 };
 
-TEST(LaptopClientTest, ALaptopOfAnotherUserIsNoSensor) {
+TEST(LaptopClientTest, ALaptopOfAnotherUserIsNotASensor) {
     if (!another_user::isPossible()) GTEST_SKIP() << "NOT RUN: only root can act as another user";
     const OpenToAll laptop;
     EXPECT_EQ(outcomeOfStart(), "listening");

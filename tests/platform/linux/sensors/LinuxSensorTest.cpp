@@ -60,7 +60,7 @@ TEST(LinuxSensorTest, ReportsBeginOnlyWithTheWakingThatFollowsTheOpening) {
     EXPECT_GE(sensor.reports[0].size(), 18U);
 }
 
-TEST(LinuxSensorTest, TheRegistryHoldsServicesToBePassedOver) {
+TEST(LinuxSensorTest, TheRegistryHasServicesThatAReaderIgnores) {
     const LiveLaptop laptop;
     int accelerometers = 0;
     int withoutIntegers = 0;
@@ -185,7 +185,7 @@ TEST(LinuxSensorTest, ManyReadersHearTheSameLaptop) {
     for (const Listener& listener : listeners) EXPECT_TRUE(listener.hears(10));
 }
 
-TEST(LinuxSensorTest, AReaderThatDoesNotReadLosesReportsAndDisturbsNobody) {
+TEST(LinuxSensorTest, AReaderThatDoesNotReadLosesReportsAndDisturbsNoOther) {
     LiveLaptop laptop({.verbose = true});
     {
         const OpenSensor idle; // its run loop is never run

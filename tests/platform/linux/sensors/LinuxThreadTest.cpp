@@ -47,7 +47,7 @@ TEST(LinuxThreadTest, RunsWithItsNameCutTo15BytesAndItsStack) {
     EXPECT_LT(stack, 2 * 524288U);
 }
 
-TEST(LinuxThreadTest, LetsGoOnItsOwnThreadOfWhatTheLoopHolds) {
+TEST(LinuxThreadTest, ReleasesWhatTheLoopOwnsOnItsOwnThread) {
     pthread_t own{};
     pthread_t last{};
     auto held = std::shared_ptr<int>(new int, [&](const int* value) {
@@ -66,7 +66,7 @@ TEST(LinuxThreadTest, LetsGoOnItsOwnThreadOfWhatTheLoopHolds) {
     EXPECT_FALSE(::pthread_equal(own, ::pthread_self()));
 }
 
-TEST(LinuxThreadTest, IsNullWhenTheSystemHasNoneToGive) {
+TEST(LinuxThreadTest, IsNullWhenTheSystemRefusesAThread) {
     const auto before = ProcessResources::now();
     EXPECT_FALSE(startThread("tiny", 1, {.begin = [] {}, .turn = [] { return false; }, .end = [] {}}));
     EXPECT_EQ(ProcessResources::now(), before);

@@ -221,7 +221,7 @@ TEST_F(ClipDecoderTest, ALongFileIsCutToHalfAMinute) {
     EXPECT_EQ(framesOf(toneFile({.pitch = 1000, .seconds = 31})), ClipDecoder::mostSamples / 2);
 }
 
-TEST_F(ClipDecoderTest, NothingIsSaidOnTheTerminal) {
+TEST_F(ClipDecoderTest, NothingIsPrinted) {
     const std::string whole = contentOf({.pitch = 1000});
     std::string broken = whole;
     for (std::size_t position = 1'000; position < broken.size(); position += 50) broken[position] = '\x55';

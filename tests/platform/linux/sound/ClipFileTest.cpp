@@ -72,7 +72,7 @@ TEST_F(ClipFileTest, SeekingToAndFroEndsItToo) {
     EXPECT_EQ(reads, ClipFile::mostReads);
 }
 
-TEST_F(ClipFileTest, WhatIsNotThereIsEmpty) {
+TEST_F(ClipFileTest, AMissingFileIsEmpty) {
     ClipFile missing(folder.path() / "missing");
     EXPECT_EQ(read(missing, 1), "");
     EXPECT_EQ(missing.seek(0, SEEK_END), -1);

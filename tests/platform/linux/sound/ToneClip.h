@@ -18,7 +18,7 @@ struct ToneClip {
 
     void write(const std::filesystem::path& file) const;
 
-    // How a test's name tells of it.
+    // How it is called in a test's name.
     friend void PrintTo(const ToneClip& clip, std::ostream* stream) {
         *stream << clip.pitch << "Hz_" << clip.seconds << "s_at" << clip.rate << 'x' << clip.channels;
     }

@@ -67,7 +67,7 @@ class SoundPort:
         resource.prlimit(self._process.pid, resource.RLIMIT_NOFILE, usual)
 
     def sound_thread(self) -> dict[str, str] | None:
-        """What the system tells of the thread that plays, if there is one."""
+        """What the system says of the thread that plays, if there is one."""
         for thread in Path(f"/proc/{self._process.pid}/task").iterdir():
             try:
                 lines = (thread / "status").read_text().splitlines()
@@ -110,7 +110,7 @@ class AudioTest(unittest.TestCase):
         self.port = self.start_port()
         self.start = 0  # frame from which on the recording counts
 
-    # What the tests do.
+    # For the tests.
 
     def start_port(self) -> SoundPort:
         port = SoundPort(self.user)
