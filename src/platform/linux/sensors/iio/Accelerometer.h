@@ -25,10 +25,10 @@ struct Accelerometer {
 
     std::filesystem::path folder; // iio:device0 and the like
     Identity identity = {};
-    std::string name;                 // as the driver says; may be empty
-    std::string driver;               // may be empty
-    std::string place;                // in the machine, such as "accel-base"; mostly empty
-    std::array<double, 3> scale = {}; // of x, y, z, in m/s² a step
+    std::string name;                  // as the driver says; may be empty
+    std::string driver;                // may be empty
+    std::string place;                 // in the machine, such as "accel-base"; mostly empty
+    std::array<double, 3> scale = {};  // of x, y, z, in m/s^2 a step
     std::array<double, 3> offset = {}; // in steps
     std::optional<double> statedRate;  // readings a second, as the driver says; nothing where that is not to be trusted
     std::optional<Refusal> refusal;
