@@ -32,11 +32,16 @@ tl::expected<void, std::string> makeClip(const PackRecipe& recipe, std::size_t i
     return writeMp3(file, mastered(*std::move(sound), loudnessOf(recipe, index)), clip.title);
 }
 
+tl::expected<void, std::string> makePack(const PackRecipe& recipe, const std::filesystem::path& folder) {
+    for (std::size_t index = 0; index < recipe.clips.size(); ++index) {
+        if (auto made = makeClip(recipe, index, folder); !made) return made;
+    }
+    return {};
+}
+
 tl::expected<void, std::string> makeAllClips(const std::filesystem::path& folder) {
     for (const PackRecipe& recipe : allPackRecipes()) {
-        for (std::size_t index = 0; index < recipe.clips.size(); ++index) {
-            if (auto made = makeClip(recipe, index, folder); !made) return made;
-        }
+        if (auto made = makePack(recipe, folder); !made) return made;
     }
     return {};
 }

@@ -19,6 +19,8 @@ struct ClipRecipe {
     std::string title;
     std::uint64_t seed; // of the random numbers that compose() is given
     std::function<tl::expected<Stereo, std::string>(RandomNumbers&)> compose; // the sound, or why there is none
+    std::string kind = {};    // of voice, such as "scream"; empty where no voice is heard by itself
+    std::string speaker = {}; // whose voice
 };
 
 // How the clips of one pack are made, in playing order.

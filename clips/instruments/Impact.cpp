@@ -34,14 +34,6 @@ Signal crash(double seconds, double brightness, RandomNumbers& random) {
     return normalised(std::move(sound));
 }
 
-Signal squeak(double seconds, const Curve& hertz, RandomNumbers& random) {
-    Signal reed = saw(seconds, hertz, {0.25, 24});
-    add(reed, whiteNoise(seconds, random), 0, 0.12);
-    Signal sound = bandPassed(reed, hertz * 2, 2);
-    add(sound, bandPassed(reed, 3200, 2.5), 0, 0.7);
-    return normalised(faded(saturated(std::move(sound), 1.5), {{0, 0.4}, {0.08, 1}, {0.5, 0.8}, {0.9, 0.6}, {1, 0}}));
-}
-
 Signal boing(double hertz, double seconds) {
     double carrier = 0;
     double wobble = 0;

@@ -19,9 +19,6 @@ Signal pop(RandomNumbers& random);
 // A cymbal struck; brightness in hertz is where its noise begins.
 Signal crash(double seconds, double brightness, RandomNumbers& random);
 
-// Squeezed rubber: a reed that squeaks up and, let go, down again.
-Signal squeak(double seconds, const Curve& hertz, RandomNumbers& random);
-
 // A steel spring let go: a pitch that wobbles around hertz ever faster and less.
 Signal boing(double hertz, double seconds);
 

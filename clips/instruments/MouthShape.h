@@ -20,6 +20,7 @@ constexpr MouthShape aw{{570, 840, 2410}};
 constexpr MouthShape oo{{300, 870, 2240}};
 constexpr MouthShape uh{{640, 1190, 2390}};
 constexpr MouthShape er{{490, 1350, 1690}};
+constexpr MouthShape a{{720, 1450, 2450}}; // halfway between ae and ah: the open mouth of a cry
 } // namespace vowel
 
 // Those that a voice can hold. From D. Klatt, "Software for a cascade/parallel formant synthesizer", 1980.

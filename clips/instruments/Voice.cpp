@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "clips/instruments/Resonance.h"
 #include "clips/synthesis/Filter.h"
 #include "clips/synthesis/Oscillator.h"
 #include "clips/synthesis/Vibrato.h"
@@ -56,30 +57,6 @@ private:
     double strength = 1;
     double opening = 0;
     bool weak = false;
-};
-
-// A pair of poles with gain 1 at 0 Hz, so that resonances in a row get their natural loudness without gains of their
-// own.
-class Resonance {
-public:
-    void tune(double hertz, double width) {
-        const double radius = std::exp(-std::numbers::pi * width / sampleRate);
-        older = -radius * radius;
-        newer = 2 * radius * std::cos(2 * std::numbers::pi * hertz / sampleRate);
-    }
-
-    double operator()(double sample) {
-        const double out = (1 - newer - older) * sample + newer * last + older * beforeLast;
-        beforeLast = last;
-        last = out;
-        return out;
-    }
-
-private:
-    double newer = 0;
-    double older = 0;
-    double last = 0;
-    double beforeLast = 0;
 };
 
 // The row of resonances from the throat to the lips.

@@ -2,18 +2,21 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "clips/measure/Loudness.h"
 #include "clips/measure/PitchTrack.h"
 #include "clips/measure/Spectrogram.h"
+#include "clips/synthesis/Filter.h"
 
 namespace quiverly::clips {
 
 namespace {
 
 constexpr double soundingBelowLoudest = 40; // dB below the loudest band of the clip in which a band still sounds
-constexpr double brightEnough = 1000;       // hertz: what is brighter yet is thinner rather than stronger
 constexpr double lowShare = 0.1;            // of the pitches are left out at either end of the range
+constexpr double slowestBeat = 30;          // hertz: what is slower is heard as single beats,
+constexpr double fastestBeat = 75;          // what is faster as a tone
 
 // The mean of the bands on a scale of octaves, as the ear hears them, each weighted by the root of its power, which is
 // closer to how loud it sounds than the power itself.
@@ -51,17 +54,26 @@ double rangeOf(std::vector<double> pitches) {
     return std::log2(at(1 - lowShare) / at(lowShare));
 }
 
-} // namespace
-
-double Strength::points() const {
-    return std::log2(seconds) + 0.5 * std::log2(density) + 0.3 * std::log2(std::min(brightness / brightEnough, 1.0)) +
-           0.25 * range + loudness / 6;
+double powerOf(const Signal& signal) {
+    return std::inner_product(signal.begin(), signal.end(), signal.begin(), 0.0);
 }
+
+double roughnessOf(const Stereo& sound) {
+    Signal loudness(sound.left.size());
+    std::transform(sound.left.begin(), sound.left.end(), sound.right.begin(), loudness.begin(),
+                   [](double left, double right) { return std::abs(left + right); });
+    const Signal followed = lowPassed(loudness, fastestBeat);
+    const double beats = powerOf(highPassed(followed, slowestBeat));
+    const double all = powerOf(followed);
+    return all > 0 ? std::sqrt(2 * beats / all) : 0;
+}
+
+} // namespace
 
 Strength strengthOf(const Stereo& sound) {
     const std::vector<Spectrum> columns = spectrogram(sound);
-    return {secondsOf(sound), momentaryLoudness(sound), brightnessOf(columns), densityOf(columns),
-            rangeOf(pitchTrack(sound))};
+    return {secondsOf(sound),   momentaryLoudness(sound),   brightnessOf(columns),
+            densityOf(columns), rangeOf(pitchTrack(sound)), roughnessOf(sound)};
 }
 
 } // namespace quiverly::clips

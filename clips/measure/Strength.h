@@ -4,18 +4,14 @@
 
 namespace quiverly::clips {
 
-// How strong a clip is: what rises from the first to the last clip of a pack that escalates.
+// How strong a clip is, each measure by itself: most rise from the first third of a pack that escalates to the last.
 struct Strength {
     double seconds;    // of the clip
     double loudness;   // greatest momentary, in LUFS
     double brightness; // the middle of its spectrum, in hertz
     double density;    // the mean number of bands (of 40, equally wide to the ear) that sound at a time
     double range;      // octaves over which its pitch travels; 0 when it has none
-
-    // All of them in one number, on a logarithmic scale. A clip is stronger by one when it is
-    // twice as long, fills four times as many bands, reaches four octaves further or is louder by 6 LU; by 0.3 when it
-    // is twice as bright, up to 1000 Hz, beyond which a sound grows thinner rather than stronger.
-    double points() const;
+    double roughness;  // depth of the beats of 30 to 75 a second in its loudness: 0 smooth, 0.5 a growl
 };
 
 Strength strengthOf(const Stereo& sound);

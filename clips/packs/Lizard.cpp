@@ -1,9 +1,7 @@
 #include "clips/PackRecipe.h"
 #include "clips/instruments/Creature.h"
 #include "clips/instruments/Impact.h"
-#include "clips/instruments/Lips.h"
 #include "clips/instruments/Struck.h"
-#include "clips/instruments/Voice.h"
 #include "clips/synthesis/Filter.h"
 #include "clips/synthesis/Oscillator.h"
 #include "clips/synthesis/Stage.h"
@@ -13,71 +11,68 @@ namespace quiverly::clips {
 
 namespace {
 
-// A monster's throat: everything rough, wet and low.
-Signal growl(double seconds, const Curve& pitch, double tract, const Curve& loudness, RandomNumbers& random) {
-    const Voice throat{.seconds = seconds,
-                       .pitch = pitch,
-                       .loudness = loudness,
-                       .mouth = {{0, vowel::oo}, {0.3, vowel::ah}, {1, vowel::aw}},
-                       .tract = tract,
-                       .breath = 0.3,
-                       .tension = 0.95,
-                       .roughness = 1};
-    Signal rough = fluttered(sing(throat, random), {{0, 24}, {0.5, 38}, {1, 18}}, 0.55);
-    add(rough, highPassed(rough, 900), 0, 1.5); // small loudspeakers have no bass to growl with
-    return normalised(saturated(rough, 3));
+// Growls: body is the lowest resonance in hertz, roughness 0 to 1.
+Signal growl(double seconds, const Curve& beats, double body, double roughness, const Curve& loudness,
+             RandomNumbers& random) {
+    const Curve gape{{0, 0.8}, {0.3, 1.25}, {0.7, 1.1}, {1, 0.75}};
+    return growled(
+        {.seconds = seconds, .beats = beats, .gape = gape, .body = body, .loudness = loudness, .roughness = roughness},
+        random);
 }
 
-void chirp(Stage& stage, double at, double top, double seconds, double gain, RandomNumbers& random) {
-    const Curve bend{{0, 0.8 * top}, {0.35, top}, {1, 0.45 * top}};
+void chirp(Stage& stage, double at, double top, double seconds, double roughness, RandomNumbers& random) {
+    const Curve bend{{0, 0.9 * top}, {0.3, top}, {1, 0.82 * top}};
     const double place = random.between(-0.4, 0.4);
-    stage.play(whistle(seconds, bend, {{0, 0.5}, {0.2, 1}, {1, 0}}, random), at, gain, place);
-}
-
-Stereo tongueFlick(RandomNumbers& random) {
-    return Stage()
-        .play(slurp(0.13, {{0, 500}, {0.6, 1100}, {1, 700}}, random))
-        .play(thump(300, 0.07), 0.1, 0.7)
-        .in(room::parlour);
-}
-
-Stereo blink(RandomNumbers& random) {
-    Stage stage;
-    for (const double at : {0.0, 0.17}) {
-        stage.play(thump(420, 0.05), at, 0.8).play(slurp(0.07, {{0, 900}, {1, 1500}}, random), at + 0.01, 0.5);
-    }
-    return stage.in(room::parlour);
+    stage.play(chirped(seconds, bend, roughness, random), at, 1, place);
 }
 
 Stereo hatchling(RandomNumbers& random) {
     Stage stage;
-    chirp(stage, 0, 2100, 0.12, 1, random);
-    chirp(stage, 0.2, 2500, 0.15, 1, random);
+    chirp(stage, 0, 1700, 0.13, 0.05, random);
+    chirp(stage, 0.17, 2000, 0.16, 0.05, random);
     return stage.in(room::parlour);
 }
 
-Stereo lick(RandomNumbers& random) {
+// A tongue that tastes the air: two puffs through a narrow mouth.
+Stereo tongueFlick(RandomNumbers& random) {
+    const Curve puff{{0, 0.5}, {0.15, 1}, {0.5, 0.5}, {1, 0}};
     return Stage()
-        .play(slurp(0.3, {{0, 380}, {0.5, 1000}, {1, 1900}}, random))
-        .play(smack(1500, 0.06, random), 0.3, 0.6)
+        .play(hissed(0.12, {{0, 2600}, {1, 3900}}, puff, random))
+        .play(hissed(0.2, {{0, 3000}, {0.3, 4800}, {1, 2400}}, puff, random), 0.15)
+        .play(chirped(0.1, {{0, 1100}, {1, 700}}, 0.2, random), 0.16, 0.35)
+        .in(room::parlour);
+}
+
+Stereo smallCroak(RandomNumbers& random) {
+    return Stage()
+        .play(croak(0.2, {{0, 105}, {1, 92}}, {{0, 1250}, {1, 980}}, random))
+        .play(croak(0.14, {{0, 112}, {1, 98}}, {{0, 1350}, {1, 1150}}, random), 0.22, 0.7)
+        .in(room::parlour);
+}
+
+Stereo lick(RandomNumbers& random) {
+    const Curve lap{{0, 0.4}, {0.5, 1}, {1, 0}};
+    return Stage()
+        .play(hissed(0.16, {{0, 700}, {1, 2100}}, lap, random), 0, 0.8)
+        .play(hissed(0.18, {{0, 800}, {1, 2600}}, lap, random), 0.17, 0.8)
+        .play(croak(0.18, {{0, 98}, {1, 84}}, {{0, 640}, {1, 560}}, random), 0.36)
         .in(room::parlour);
 }
 
 Stereo crunchACricket(RandomNumbers& random) {
     Stage stage;
-    chirp(stage, 0, 4200, 0.06, 0.4, random);
-    chirp(stage, 0.08, 4300, 0.06, 0.4, random);
-    for (const double at : {0.2, 0.33, 0.45}) {
-        stage.play(rattled(0.08, 320, 2600, {{0, 1}, {1, 0}}, random), at, 0.9).play(thump(160, 0.07), at, 0.5);
+    for (const double at : {0.0, 0.12}) {
+        stage.play(rattled(0.08, 320, 2600, {{0, 1}, {1, 0}}, random), at, 0.7).play(thump(160, 0.07), at, 0.3);
     }
+    stage.play(growl(0.4, {{0, 56}, {1, 50}}, 210, 0.1, {{0, 0.5}, {0.25, 1}, {1, 0}}, random), 0.2);
     return stage.in(room::parlour);
 }
 
 Stereo gecko(RandomNumbers& random) {
     Stage stage;
-    for (const double at : {0.0, 0.36}) {
-        stage.play(croak(0.12, 160, {{0, 900}, {1, 1300}}, random), at);
-        stage.play(croak(0.17, {{0, 140}, {1, 90}}, {{0, 1100}, {1, 620}}, random), at + 0.13);
+    for (const double at : {0.0, 0.38}) {
+        stage.play(chirped(0.11, {{0, 900}, {1, 1500}}, 0.4, random), at, 0.8);
+        stage.play(croak(0.2, {{0, 75}, {1, 48}}, {{0, 1250}, {1, 800}}, random), at + 0.12);
     }
     return stage.in(room::parlour);
 }
@@ -85,30 +80,34 @@ Stereo gecko(RandomNumbers& random) {
 Stereo chirps(RandomNumbers& random) {
     Stage stage;
     double at = 0;
-    for (int number = 0; number < 7; ++number) {
-        const double top = random.between(2300, 3600);
-        chirp(stage, at, top, 0.085, 1, random);
-        at += 0.115 - 0.007 * number;
+    for (int number = 0; number < 5; ++number) {
+        const double top = random.between(1500, 2600);
+        chirp(stage, at, top, 0.1, 0.15, random);
+        at += 0.125 - 0.008 * number;
     }
     return stage.in(room::parlour);
 }
 
+// Claws on wood, and the hiss of an animal that wants to be let alone.
 Stereo scuttle(RandomNumbers& random) {
     Stage stage;
-    double at = 0;
-    for (int step = 0; step < 9; ++step) {
+    const Curve warning{{0, 0.4}, {0.2, 1}, {0.6, 0.6}, {1, 0}};
+    stage.play(hissed(0.5, {{0, 2400}, {0.3, 3800}, {1, 2600}}, warning, random), 0, 0.9);
+    stage.play(growl(0.5, {{0, 34}, {1, 28}}, 240, 0.3, warning, random), 0, 0.6);
+    double at = 0.22;
+    for (int step = 0; step < 7; ++step) {
         const double hertz = random.between(420, 700);
-        const double gain = random.between(0.5, 1);
-        const double place = 0.2 * step - 0.8;
+        const double gain = random.between(0.25, 0.5);
+        const double place = 0.25 * step - 0.8;
         stage.play(struck(body::wood, hertz, 0.5), at, gain, place);
-        stage.play(smack(3800, 0.04, random), at, 0.25, place);
+        stage.play(smack(3800, 0.04, random), at, 0.2, place);
         at += 0.055;
     }
-    return stage.play(hissed(0.2, 3500, {{0, 0.3}, {0.4, 1}, {1, 0}}, random), at, 0.4, 0.9).in(room::parlour);
+    return stage.in(room::parlour);
 }
 
 Stereo croakOnce(RandomNumbers& random) {
-    return Stage().play(croak(0.55, {{0, 70}, {1, 34}}, {{0, 520}, {0.4, 640}, {1, 430}}, random)).in(room::parlour);
+    return Stage().play(croak(0.5, {{0, 96}, {1, 44}}, {{0, 880}, {0.4, 1050}, {1, 760}}, random)).in(room::parlour);
 }
 
 Stereo shortHiss(RandomNumbers& random) {
@@ -124,11 +123,13 @@ Stereo tailRattle(RandomNumbers& random) {
         .in(room::parlour);
 }
 
-Stereo bullfrog(RandomNumbers& random) {
+Stereo swampFrog(RandomNumbers& random) {
     Stage stage;
-    stage.play(croak(0.32, {{0, 88}, {1, 70}}, {{0, 300}, {1, 260}}, random));
-    stage.play(croak(0.28, {{0, 96}, {1, 80}}, {{0, 330}, {0.5, 420}, {1, 300}}, random), 0.34);
-    stage.play(croak(0.5, {{0, 84}, {1, 48}}, {{0, 300}, {0.3, 480}, {1, 240}}, random), 0.64);
+    stage.play(croak(0.3, {{0, 52}, {1, 40}}, {{0, 560}, {1, 480}}, random));
+    stage.play(croak(0.28, {{0, 58}, {1, 44}}, {{0, 640}, {0.5, 760}, {1, 560}}, random), 0.33);
+    stage.play(croak(0.5, {{0, 48}, {1, 30}}, {{0, 560}, {0.3, 820}, {1, 430}}, random), 0.63);
+    const Curve envelope{{0, 0.4}, {0.5, 0.7}, {0.7, 1}, {1, 0}};
+    stage.play(growl(1.15, {{0, 50}, {1, 32}}, 90, 0.6, envelope, random), 0, 0.5);
     return stage.in(room::parlour);
 }
 
@@ -145,54 +146,60 @@ Stereo frill(RandomNumbers& random) {
     skin = fluttered(std::move(skin), {{0, 34}, {1, 15}}, 0.95);
     stage.play(normalised(faded(std::move(skin), {{0, 1}, {0.5, 0.5}, {1, 0}})), at, 0.7);
     const Curve spit{{0, 1}, {0.3, 0.5}, {1, 0}};
-    stage.play(growl(0.55, {{0, 150}, {0.3, 105}, {1, 80}}, 0.9, spit, random), at + 0.08, 0.8);
+    stage.play(growl(0.55, {{0, 70}, {0.3, 55}, {1, 38}}, 150, 0.7, spit, random), at + 0.08, 0.8);
     stage.play(hissed(0.6, {{0, 6500}, {0.4, 4300}, {1, 2600}}, spit, random), at + 0.08, 0.5);
     return stage.in(room::parlour);
 }
 
 Stereo lowGrowl(RandomNumbers& random) {
-    const Curve envelope{{0, 0.4}, {0.3, 1}, {0.8, 0.8}, {1, 0}};
-    return Stage().play(growl(1.1, {{0, 62}, {0.5, 78}, {1, 55}}, 0.75, envelope, random)).in(room::parlour);
+    const Curve envelope{{0, 0.4}, {0.2, 1}, {0.8, 0.8}, {1, 0}};
+    return Stage().play(growl(0.95, {{0, 36}, {0.5, 46}, {1, 30}}, 110, 0.5, envelope, random)).in(room::parlour);
+}
+
+// A throat that lets its air out in beats: growl and hiss together, of one length.
+Signal throat(double seconds, const Curve& beats, double body, const Curve& brightness, const Curve& loudness,
+              RandomNumbers& random) {
+    Signal sound = growl(seconds, beats, body, 1, loudness, random);
+    add(sound, fluttered(hissed(seconds, brightness, loudness, random), beats, 0.9), 0, 0.3);
+    return sound;
 }
 
 Stereo snarl(RandomNumbers& random) {
-    const Curve envelope{{0, 0.4}, {0.35, 1}, {0.8, 0.8}, {1, 0}};
+    const Curve envelope{{0, 0.4}, {0.3, 1}, {0.8, 0.8}, {1, 0}};
+    const Curve beats{{0, 36}, {0.4, 52}, {1, 34}};
     return Stage()
-        .play(growl(1.15, {{0, 90}, {0.4, 190}, {1, 85}}, 0.9, envelope, random))
-        .play(hissed(1.2, {{0, 2600}, {0.5, 5200}, {1, 3000}}, envelope, random), 0.05, 0.45)
+        .play(throat(1.15, beats, 240, {{0, 3800}, {0.5, 7200}, {1, 4200}}, envelope, random))
         .in(room::parlour);
 }
 
 Stereo bellow(RandomNumbers& random) {
     const Curve envelope{{0, 0.4}, {0.25, 1}, {0.75, 0.9}, {1, 0}};
+    const Curve beats{{0, 33}, {0.4, 46}, {1, 31}};
     return Stage()
-        .play(growl(1.35, {{0, 48}, {0.35, 80}, {1, 42}}, 0.55, envelope, random))
-        .play(croak(1.35, {{0, 30}, {0.4, 46}, {1, 24}}, {{0, 210}, {0.4, 360}, {1, 180}}, random), 0, 0.7)
-        .play(hissed(1.3, {{0, 2400}, {1, 1500}}, envelope, random), 0, 0.4)
-        .in(room::cave);
+        .play(throat(1.5, beats, 70, {{0, 2400}, {1, 1500}}, envelope, random))
+        .play(croak(1.5, beats, {{0, 310}, {0.4, 520}, {1, 260}}, random), 0, 0.4)
+        .in(room::swamp);
 }
 
-// A cry that is half a bird's, half a saw's.
-Signal screech(double seconds, double top, RandomNumbers& random) {
-    const Voice raptor{.seconds = seconds,
-                       .pitch = {{0, 0.45 * top}, {0.15, top}, {0.6, 0.85 * top}, {1, 0.4 * top}},
-                       .loudness = {{0, 0.4}, {0.12, 1}, {0.7, 0.9}, {1, 0}},
-                       .mouth = {{0, vowel::ae}, {0.3, vowel::ee}, {1, vowel::ae}},
-                       .tract = 1.1,
-                       .breath = 0.25,
-                       .tension = 1,
-                       .vibrato = 1.2,
-                       .vibratoRate = 17,
-                       .roughness = 0.6};
-    return normalised(saturated(sing(raptor, random), 2));
+// A cry that is half a bird's, half a saw's, torn by beats.
+Signal screech(double seconds, double top, const Curve& beats, RandomNumbers& random) {
+    const Curve bend{{0, 0.4 * top}, {0.15, top}, {0.5, 0.85 * top}, {1, 0.3 * top}};
+    Signal edge = saw(seconds, bend, {0.6, 17});
+    add(edge, whiteNoise(seconds, random), 0, 0.25);
+    Signal sound = bandPassed(edge, bend * 2.7, 1.2);
+    add(sound, bandPassed(edge, 5200, 1.5), 0, 0.7);
+    sound = fluttered(saturated(normalised(std::move(sound)), 2), beats, 0.9);
+    const Curve loudness{{0, 0.4}, {0.1, 1}, {0.7, 0.9}, {1, 0}};
+    return normalised(faded(std::move(sound), loudness));
 }
 
 Stereo raptor(RandomNumbers& random) {
     const Curve envelope{{0, 0.4}, {0.2, 1}, {0.8, 0.7}, {1, 0}};
+    const Curve beats{{0, 38}, {0.5, 52}, {1, 34}};
     return Stage()
-        .play(screech(1.15, 980, random))
-        .play(growl(1.2, {{0, 110}, {0.3, 240}, {1, 90}}, 0.85, envelope, random), 0, 0.5)
-        .in(room::hall);
+        .play(screech(1.2, 1250, beats, random))
+        .play(throat(1.2, beats, 130, {{0, 2600}, {0.3, 5200}, {1, 2400}}, envelope, random), 0, 0.4)
+        .in(room::swamp);
 }
 
 // A breath is drawn, the fire catches with a dull blow, blazes, and dies down crackling.
@@ -205,7 +212,7 @@ Stereo fireBreath(RandomNumbers& random) {
     for (const double side : {-0.7, 0.7}) {
         Signal fire = lowPassed(whiteNoise(1.75, random), {{0, 500}, {0.15, 7000}, {0.6, 3800}, {1, 600}});
         add(fire, lowPassed(fire, 220, 2), 0, 2.5); // the rumble of a big fire
-        fire = fluttered(std::move(fire), {{0, 9}, {0.3, 19 + 3 * side}, {1, 7}}, 0.55);
+        fire = fluttered(std::move(fire), {{0, 31}, {0.3, 44}, {1, 30}}, 0.8);
         stage.play(normalised(faded(std::move(fire), blaze)), caught, 0.8, side);
         stage.play(rattled(1.75, {{0, 8}, {0.5, 26}, {1, 14}}, 3100, {{0, 0.2}, {0.5, 1}, {1, 0.4}}, random), caught,
                    0.4, -side);
@@ -216,12 +223,11 @@ Stereo fireBreath(RandomNumbers& random) {
 // A roar in two surges, the second the deeper.
 Stereo roar(RandomNumbers& random) {
     const Curve envelope{{0, 0.5}, {0.12, 1}, {0.36, 0.8}, {0.47, 0.3}, {0.6, 1}, {0.8, 0.8}, {1, 0}};
+    const Curve beats{{0, 34}, {0.2, 50}, {0.44, 36}, {0.6, 46}, {1, 31}};
     return Stage()
-        .play(growl(1.9, {{0, 80}, {0.2, 230}, {0.44, 110}, {0.6, 170}, {1, 50}}, 0.6, envelope, random))
-        .play(growl(1.9, {{0, 120}, {0.2, 345}, {0.44, 165}, {0.6, 255}, {1, 75}}, 0.8, envelope, random), 0.02, 0.6,
-              0.5)
-        .play(hissed(1.9, {{0, 1500}, {0.2, 3800}, {1, 1100}}, envelope, random), 0, 0.4, -0.4)
-        .in(room::cave);
+        .play(throat(1.9, beats, 80, {{0, 1500}, {0.2, 3800}, {1, 1100}}, envelope, random))
+        .play(faded(screech(1.9, 620, beats, random), envelope), 0, 0.8, 0.3)
+        .in(room::swamp);
 }
 
 Stereo monster(RandomNumbers& random) {
@@ -229,15 +235,14 @@ Stereo monster(RandomNumbers& random) {
     for (const double at : {0.0, 0.42}) {
         stage.play(thump(55, 0.4), at, 2)
             .play(smack(300, 0.25, random), at, 1.2)
-            .play(crash(0.5, 2500, random), at, 0.7);
+            .play(crash(0.5, 2500, random), at, 0.5);
     }
     const Curve envelope{{0, 0.5}, {0.12, 1}, {0.8, 0.95}, {1, 0}};
-    stage.play(growl(2.2, {{0, 70}, {0.2, 230}, {0.5, 180}, {0.75, 220}, {1, 45}}, 0.55, envelope, random), 0.6, 1.2);
-    stage.play(growl(2.2, {{0, 110}, {0.2, 380}, {0.5, 280}, {0.75, 350}, {1, 70}}, 0.8, envelope, random), 0.62, 0.8,
-               0.6);
-    stage.play(screech(2, 1150, random), 0.68, 0.6, -0.5);
-    stage.play(hissed(2.2, {{0, 1800}, {0.3, 5000}, {1, 1500}}, envelope, random), 0.6, 0.6);
-    return stage.in(room::cave);
+    const Curve beats{{0, 34}, {0.2, 50}, {0.5, 42}, {0.75, 48}, {1, 31}};
+    stage.play(throat(2.2, beats, 75, {{0, 1800}, {0.3, 5000}, {1, 1500}}, envelope, random), 0.6, 1.2);
+    stage.play(throat(2.2, beats, 150, {{0, 1500}, {0.3, 3400}, {1, 1300}}, envelope, random), 0.6, 0.6, 0.6);
+    stage.play(screech(2.2, 1150, beats, random), 0.6, 0.9, -0.5);
+    return stage.in(room::swamp);
 }
 
 } // namespace
@@ -245,20 +250,20 @@ Stereo monster(RandomNumbers& random) {
 PackRecipe lizardRecipe() {
     return {SoundPack::lizard,
             {
-                {"A tongue flicks", 51, tongueFlick},
                 {"A hatchling", 53, hatchling},
-                {"Two slow blinks", 52, blink},
+                {"A tongue flicks", 51, tongueFlick},
+                {"A small croak", 71, smallCroak},
                 {"A lick", 54, lick},
                 {"Chirps", 57, chirps},
                 {"A cricket, crunched", 55, crunchACricket},
+                {"A short hiss", 60, shortHiss},
                 {"A croak", 56, croakOnce},
                 {"Scuttling off", 59, scuttle},
-                {"A short hiss", 60, shortHiss},
                 {"A gecko says its name", 58, gecko},
                 {"A low growl", 64, lowGrowl},
                 {"A frill snaps open", 63, frill},
                 {"A tail rattles", 61, tailRattle},
-                {"A bullfrog", 62, bullfrog},
+                {"A frog in the swamp", 62, swampFrog},
                 {"A snarl", 65, snarl},
                 {"A raptor", 66, raptor},
                 {"A bellow from the swamp", 67, bellow},

@@ -1,289 +1,278 @@
 #include "clips/PackRecipe.h"
 #include "clips/instruments/Creature.h"
-#include "clips/instruments/Harp.h"
-#include "clips/instruments/Horn.h"
 #include "clips/instruments/Impact.h"
 #include "clips/instruments/Lips.h"
 #include "clips/instruments/Speech.h"
 #include "clips/instruments/Struck.h"
-#include "clips/instruments/Voice.h"
-#include "clips/synthesis/Filter.h"
-#include "clips/synthesis/Oscillator.h"
+#include "clips/packs/Cast.h"
 #include "clips/synthesis/Stage.h"
-#include "clips/synthesis/Tuning.h"
-#include "clips/synthesis/Vocoder.h"
 
 namespace quiverly::clips {
 
 namespace {
 
+Stereo crying(const Cry& cry, RandomNumbers& random) {
+    return Stage().play(cried(cry, random)).in(room::parlour);
+}
+
 Stereo ow(RandomNumbers& random) {
-    const Voice man{.seconds = 0.62,
-                    .pitch = {{0, 260}, {0.2, 400}, {1, 190}},
-                    .loudness = {{0, 0.3}, {0.12, 1}, {0.6, 0.7}, {1, 0}},
-                    .mouth = {{0, vowel::ah}, {0.45, vowel::ah}, {0.9, vowel::oo}},
-                    .breath = {{0, 0.4}, {0.15, 0.08}, {1, 0.3}},
-                    .tension = {{0, 0.9}, {1, 0.4}}};
-    return Stage().play(smack(1800, 0.08, random), 0, 0.5).play(sing(man, random), 0.02).in(room::parlour);
+    return crying({.speaker = cast::tom,
+                   .seconds = 0.4,
+                   .pitch = {{0, 170}, {0.2, 330}, {0.5, 260}, {1, 100}},
+                   .mouth = {{0, vowel::ae}, {0.4, vowel::a}, {0.8, vowel::aw}, {1, vowel::oo}},
+                   .press = {{0, 0.6}, {0.2, 0.8}, {1, 0.3}}},
+                  random);
+}
+
+Stereo ah(RandomNumbers& random) {
+    return crying({.speaker = cast::mara,
+                   .seconds = 0.3,
+                   .pitch = {{0, 290}, {0.25, 560}, {0.6, 470}, {1, 230}},
+                   .mouth = {{0, vowel::a}, {0.5, vowel::ae}, {1, vowel::uh}},
+                   .press = {{0, 0.5}, {0.25, 0.75}, {1, 0.2}},
+                   .after = 0.18},
+                  random);
+}
+
+Stereo argh(RandomNumbers& random) {
+    return crying({.speaker = cast::boris,
+                   .seconds = 0.5,
+                   .pitch = {{0, 110}, {0.18, 250}, {0.6, 215}, {1, 80}},
+                   .loudness = {{0, 0.15}, {0.14, 1}, {0.5, 0.45}, {1, 0.02}},
+                   .mouth = {{0, vowel::uh}, {0.15, vowel::ae}, {0.6, vowel::a}, {1, vowel::er}},
+                   .press = {{0, 0.7}, {0.2, 0.95}, {1, 0.5}},
+                   .doubling = 0.5,
+                   .rasp = 0.5},
+                  random);
+}
+
+Stereo yelp(RandomNumbers& random) {
+    return crying({.speaker = cast::lili,
+                   .seconds = 0.26,
+                   .pitch = {{0, 460}, {0.35, 880}, {0.7, 780}, {1, 430}},
+                   .mouth = {{0, consonant::y}, {0.25, vowel::ae}, {1, vowel::a}},
+                   .press = {{0, 0.6}, {0.3, 0.8}, {1, 0.3}}},
+                  random);
+}
+
+Stereo oof(RandomNumbers& random) {
+    const Cry winded{.speaker = cast::pip,
+                     .seconds = 0.3,
+                     .pitch = {{0, 290}, {0.3, 240}, {1, 130}},
+                     .mouth = {{0, vowel::uh}, {0.4, vowel::aw}, {1, vowel::oo}},
+                     .press = {{0, 0.7}, {1, 0.1}},
+                     .air = 1.6,
+                     .before = 0.02,
+                     .after = 0.28};
+    return Stage().play(thump(110, 0.16), 0, 0.6).play(cried(winded, random), 0.01).in(room::parlour);
+}
+
+Stereo womansScream(RandomNumbers& random) {
+    return crying({.speaker = cast::ida,
+                   .seconds = 0.5,
+                   .pitch = {{0, 350}, {0.14, 780}, {0.55, 700}, {1, 260}},
+                   .loudness = {{0, 0.15}, {0.15, 1}, {0.5, 0.55}, {1, 0.02}},
+                   .mouth = {{0, vowel::a}, {0.3, vowel::ae}, {0.7, vowel::a}, {1, vowel::uh}},
+                   .press = {{0, 0.6}, {0.2, 0.9}, {0.7, 0.8}, {1, 0.2}},
+                   .air = 1.4},
+                  random);
+}
+
+Stereo groan(RandomNumbers& random) {
+    return crying({.speaker = cast::otto,
+                   .seconds = 0.56,
+                   .pitch = {{0, 150}, {0.14, 190}, {0.5, 140}, {1, 82}},
+                   .loudness = {{0, 0.2}, {0.18, 1}, {0.6, 0.45}, {1, 0.03}},
+                   .mouth = {{0, vowel::uh}, {0.25, vowel::ae}, {0.5, vowel::uh}, {0.75, consonant::m}},
+                   .press = {{0, 0.6}, {0.3, 0.6}, {1, 0.2}},
+                   .rasp = 0.3},
+                  random);
+}
+
+Stereo ouch(RandomNumbers& random) {
+    const Cry boy{.speaker = cast::ben,
+                  .seconds = 0.36,
+                  .pitch = {{0, 280}, {0.25, 520}, {0.6, 440}, {1, 220}},
+                  .mouth = {{0, vowel::a}, {0.5, vowel::a}, {1, vowel::oo}},
+                  .press = {{0, 0.6}, {0.3, 0.8}, {1, 0.4}},
+                  .after = 0.05};
+    const Signal ch = hissed(0.17, {{0, 3300}, {1, 4200}}, {{0, 0.9}, {0.1, 1}, {0.5, 0.6}, {1, 0}}, random);
+    return Stage().play(cried(boy, random)).play(ch, 0.41, 0.45).in(room::parlour);
 }
 
 Stereo bonk(RandomNumbers& random) {
+    const Cry hit{.speaker = cast::pip,
+                  .seconds = 0.28,
+                  .pitch = {{0, 330}, {0.2, 590}, {1, 260}},
+                  .loudness = {{0, 0.15}, {0.2, 1}, {0.5, 0.45}, {1, 0.02}},
+                  .mouth = {{0, vowel::uh}, {0.4, vowel::ae}, {1, vowel::ih}},
+                  .press = {{0, 0.6}, {0.25, 0.85}, {1, 0.3}}};
     return Stage()
-        .play(struck(body::wood, 420, 0.7))
-        .play(thump(150, 0.18), 0, 0.8)
-        .play(smack(2600, 0.05, random), 0, 0.4)
-        .play(boing(330, 0.75), 0.06, 0.6)
+        .play(struck(body::wood, 420, 0.7), 0, 0.8)
+        .play(boing(330, 0.5), 0.05, 0.3)
+        .play(cried(hit, random), 0.02)
         .in(room::parlour);
 }
 
-Stereo yowl(RandomNumbers& random) {
-    const Voice cat{.seconds = 1.25,
-                    .pitch = {{0, 300}, {0.18, 660}, {0.5, 560}, {1, 210}},
-                    .loudness = {{0, 0.4}, {0.1, 1}, {0.7, 0.8}, {1, 0}},
-                    .mouth = {{0, consonant::y}, {0.12, vowel::ae}, {0.5, vowel::ah}, {1, vowel::oo}},
-                    .tract = 1.25,
-                    .tension = {{0, 0.5}, {0.2, 1}, {1, 0.5}},
-                    .vibrato = 0.7,
-                    .vibratoRate = 7,
-                    .roughness = 0.15};
-    return Stage().play(sing(cat, random)).in(room::parlour);
+Stereo hoppingOnOneFoot(RandomNumbers& random) {
+    Stage stage;
+    double at = 0;
+    for (const double top : {390, 430, 340}) {
+        const Cry yelp{.speaker = cast::tom,
+                       .seconds = 0.19,
+                       .pitch = {{0, 0.65 * top}, {0.35, top}, {1, 0.6 * top}},
+                       .loudness = {{0, 0.2}, {0.35, at == 0 ? 1 : 0.8}, {1, 0.02}},
+                       .mouth = {{0, vowel::a}, {0.5, vowel::a}, {1, vowel::aw}},
+                       .press = {{0, 0.6}, {0.3, 0.85}, {1, 0.4}},
+                       .before = 0.03,
+                       .after = 0.07};
+        stage.play(cried(yelp, random), at, at == 0 ? 1 : 0.8);
+        if (at > 0) stage.play(thump(95, 0.1), at - 0.03, 0.25);
+        at += 0.27;
+    }
+    return stage.in(room::parlour);
+}
+
+Stereo mansScream(RandomNumbers& random) {
+    return crying({.speaker = cast::tom,
+                   .seconds = 0.56,
+                   .pitch = {{0, 160}, {0.12, 400}, {0.4, 430}, {0.46, 560}, {0.75, 520}, {1, 150}},
+                   .loudness = {{0, 0.15}, {0.14, 1}, {0.5, 0.55}, {1, 0.02}},
+                   .mouth = {{0, vowel::a}, {0.4, vowel::ae}, {0.6, vowel::eh}, {1, vowel::eh}},
+                   .press = {{0, 0.7}, {0.2, 1}, {0.8, 0.9}, {1, 0.3}},
+                   .air = 1.3,
+                   .doubling = 0.55,
+                   .rasp = 0.35},
+                  random);
+}
+
+Stereo stubbedToe(RandomNumbers& random) {
+    const Cry relief{.speaker = cast::mara,
+                     .seconds = 0.36,
+                     .pitch = {{0, 380}, {0.2, 500}, {0.5, 420}, {1, 230}},
+                     .mouth = {{0, vowel::ae}, {0.4, vowel::a}, {1, vowel::oo}},
+                     .press = {{0, 0.6}, {0.3, 0.6}, {1, 0.1}}};
+    return Stage()
+        .play(struck(body::wood, 260, 0.3), 0, 0.35)
+        .play(hissed(0.1, {{0, 5200}, {1, 6600}}, {{0, 0.4}, {0.6, 1}, {0.95, 0.8}, {1, 0}}, random), 0.02, 0.2)
+        .play(cried(relief, random), 0.1)
+        .in(room::parlour);
+}
+
+Stereo oh(RandomNumbers& random) {
+    return crying({.speaker = cast::hedda,
+                   .seconds = 0.5,
+                   .pitch = {{0, 360}, {0.16, 600}, {0.5, 420}, {0.7, 500}, {1, 260}},
+                   .mouth = {{0, vowel::a}, {0.3, vowel::aw}, {1, vowel::uh}},
+                   .press = {{0, 0.5}, {0.25, 0.7}, {1, 0.1}},
+                   .after = 0.16},
+                  random);
+}
+
+// A wail and three sobs for air.
+Stereo crybaby(RandomNumbers& random) {
+    Stage stage;
+    const Cry wail{.speaker = cast::ben,
+                   .seconds = 0.4,
+                   .pitch = {{0, 340}, {0.18, 560}, {0.55, 500}, {0.6, 640}, {0.75, 470}, {1, 300}},
+                   .loudness = {{0, 0.2}, {0.2, 1}, {0.7, 0.7}, {1, 0.02}},
+                   .mouth = {{0, consonant::w}, {0.15, vowel::ae}, {0.8, vowel::ae}, {1, vowel::uh}},
+                   .press = 0.8,
+                   .after = 0.05};
+    stage.play(cried(wail, random));
+    double at = 0.5;
+    for (const double top : {430, 470, 450}) {
+        const Cry sob{.speaker = cast::ben,
+                      .seconds = 0.09,
+                      .pitch = {{0, 0.8 * top}, {0.5, top}, {1, 0.7 * top}},
+                      .mouth = {{0, vowel::uh}, {1, vowel::eh}},
+                      .press = 0.4,
+                      .air = 2.5,
+                      .before = 0.05,
+                      .after = 0.05};
+        stage.play(cried(sob, random), at, 0.5);
+        at += 0.17;
+    }
+    return stage.in(room::parlour);
+}
+
+Stereo ugh(RandomNumbers& random) {
+    return crying({.speaker = cast::boris,
+                   .seconds = 0.3,
+                   .pitch = {{0, 105}, {0.25, 165}, {1, 80}},
+                   .mouth = {{0, vowel::uh}, {0.5, vowel::a}, {1, vowel::er}},
+                   .press = {{0, 0.8}, {0.3, 0.9}, {1, 0.3}},
+                   .air = 1.3,
+                   .after = 0.16,
+                   .doubling = 0.3,
+                   .rasp = 0.4},
+                  random);
+}
+
+Stereo eep(RandomNumbers& random) {
+    return crying({.speaker = cast::lili,
+                   .seconds = 0.24,
+                   .pitch = {{0, 640}, {0.35, 1080}, {1, 940}},
+                   .loudness = {{0, 0.2}, {0.3, 1}, {0.7, 0.6}, {1, 0.03}},
+                   .mouth = {{0, vowel::ih}, {0.4, vowel::ee}},
+                   .press = 0.7,
+                   .after = 0.1},
+                  random);
 }
 
 Stereo fryingPan(RandomNumbers& random) {
+    const Cry dazed{.speaker = cast::otto,
+                    .seconds = 0.5,
+                    .pitch = {{0, 190}, {0.2, 250}, {0.6, 170}, {1, 105}},
+                    .mouth = {{0, vowel::a}, {0.4, vowel::uh}, {1, vowel::er}},
+                    .press = {{0, 0.7}, {1, 0.2}}};
     Stage stage;
-    stage.play(struck(body::pan, 370, 0.9, 1.2)).play(smack(3000, 0.05, random), 0, 0.6).play(thump(120, 0.15), 0, 0.6);
-    const Voice dazed{.seconds = 0.5,
-                      .pitch = {{0, 150}, {0.3, 170}, {1, 105}},
-                      .loudness = {{0, 0.3}, {0.2, 1}, {1, 0}},
-                      .mouth = {{0, vowel::uh}, {1, vowel::er}},
-                      .breath = 0.2,
-                      .roughness = 0.3};
-    stage.play(sing(dazed, random), 0.16, 0.7);
-    for (int bird = 0; bird < 5; ++bird) {
+    stage.play(struck(body::pan, 370, 0.9, 0.5), 0, 0.4).play(cried(dazed, random), 0.02);
+    for (int bird = 0; bird < 3; ++bird) {
         const double top = random.between(3200, 4200);
         const Curve tweet{{0, top}, {0.5, 0.7 * top}, {1, 1.1 * top}};
-        stage.play(whistle(0.09, tweet, {{0, 0.4}, {0.5, 1}, {1, 0}}, random), 0.5 + 0.14 * bird, 0.22,
+        stage.play(whistle(0.09, tweet, {{0, 0.4}, {0.5, 1}, {1, 0}}, random), 0.55 + 0.14 * bird, 0.1,
                    bird % 2 == 0 ? -0.7 : 0.7);
     }
     return stage.in(room::parlour);
 }
 
 tl::expected<Stereo, std::string> offendedGentleman(RandomNumbers& random) {
-    const Voice harrumph{.seconds = 0.34,
-                         .pitch = {{0, 120}, {0.4, 150}, {1, 95}},
-                         .loudness = {{0, 0.4}, {0.3, 1}, {1, 0}},
-                         .mouth = {{0, vowel::er}, {0.6, vowel::uh}, {1, consonant::m}},
-                         .breath = {{0, 0.6}, {0.3, 0.1}, {1, 0.3}},
-                         .roughness = 0.5};
+    const Cry hurt{.speaker = cast::otto,
+                   .seconds = 0.3,
+                   .pitch = {{0, 170}, {0.25, 300}, {1, 150}},
+                   .mouth = {{0, vowel::a}, {0.5, vowel::a}, {1, vowel::oo}},
+                   .press = {{0, 0.6}, {0.3, 0.8}, {1, 0.3}},
+                   .after = 0.1};
     const auto words = spoken("How dare you, sir!", {.wordsPerMinute = 190, .pitch = 42, .range = 190});
     if (!words) return tl::unexpected(words.error());
-    return Stage().play(sing(harrumph, random), 0, 0.8).play(*words, 0.26).in(room::parlour);
+    return Stage().play(cried(hurt, random)).play(*words, 0.5, 0.8).in(room::parlour);
 }
 
-tl::expected<Stereo, std::string> woundedRobot(RandomNumbers& random) {
-    const auto words = spoken("Ouch! System error.", {.wordsPerMinute = 190, .pitch = 35, .range = 40});
-    if (!words) return tl::unexpected(words.error());
-    const double seconds = static_cast<double>(words->size()) / sampleRate;
-    Signal carrier = saw(seconds, {{0, 160}, {0.4, 160}, {0.45, 120}, {0.8, 120}, {1, 70}});
-    add(carrier, whiteNoise(seconds, random), 0, 0.15);
-    Stage stage;
-    stage.play(vocoded(*words, carrier));
-    stage.play(rattled(0.4, {{0, 90}, {1, 25}}, 4200, {{0, 1}, {1, 0.2}}, random), 0.02, 0.2, 0.5);
-    stage.play(faded(sine(0.5, {{0, 900}, {1, 60}}), {{0, 0.4}, {0.2, 1}, {1, 0}}), seconds - 0.3, 0.2);
-    return stage.in(room::parlour);
+Stereo aiee(RandomNumbers& random) {
+    return crying({.speaker = cast::mara,
+                   .seconds = 0.46,
+                   .pitch = {{0, 400}, {0.16, 900}, {0.5, 860}, {1, 330}},
+                   .loudness = {{0, 0.15}, {0.17, 1}, {0.5, 0.55}, {1, 0.02}},
+                   .mouth = {{0, vowel::a}, {0.25, vowel::ae}, {0.6, vowel::ih}, {1, vowel::eh}},
+                   .press = {{0, 0.6}, {0.2, 0.9}, {1, 0.3}},
+                   .air = 1.3},
+                  random);
 }
 
-Stereo groan(RandomNumbers& random) {
-    const Voice man{.seconds = 1.5,
-                    .pitch = {{0, 128}, {0.15, 145}, {0.6, 104}, {1, 66}},
-                    .loudness = {{0, 0.4}, {0.15, 1}, {0.7, 0.6}, {1, 0}},
-                    .mouth = {{0, vowel::uh}, {0.5, vowel::aw}, {1, vowel::oo}},
-                    .tract = 0.92,
-                    .breath = {{0, 0.15}, {1, 0.4}},
-                    .tension = {{0, 0.6}, {1, 0.2}},
-                    .roughness = 0.55};
-    return Stage().play(sing(man, random)).in(room::parlour);
-}
-
-Stereo squeakyToy(RandomNumbers& random) {
-    return Stage()
-        .play(squeak(0.2, {{0, 620}, {0.4, 980}, {1, 900}}, random))
-        .play(squeak(0.34, {{0, 960}, {0.3, 720}, {1, 380}}, random), 0.2, 0.8)
-        .in(room::parlour);
-}
-
-Stereo slideAndSplat(RandomNumbers& random) {
-    Stage stage;
-    stage.play(whistle(0.75, {{0, 1900}, {1, 420}}, {{0, 0.7}, {0.1, 1}, {0.95, 0.9}, {1, 0}}, random), 0, 0.6);
-    stage.play(thump(75, 0.35), 0.76).play(smack(700, 0.25, random), 0.76, 0.9);
-    stage.play(slurp(0.22, {{0, 900}, {1, 350}}, random), 0.84, 0.5);
-    return stage.in(room::parlour);
-}
-
-Stereo hoppingOnOneFoot(RandomNumbers& random) {
+Stereo ayAyAy(RandomNumbers& random) {
     Stage stage;
     double at = 0;
-    for (const double key : {64, 66, 63, 67, 62}) {
-        const double hertz = keyPitch(key);
-        const Voice yelp{.seconds = 0.24,
-                         .pitch = {{0, 0.8 * hertz}, {0.3, 1.25 * hertz}, {1, 0.75 * hertz}},
-                         .loudness = {{0, 0.4}, {0.25, 1}, {0.7, 0.7}, {1, 0}},
-                         .mouth = {{0, vowel::ah}, {0.5, vowel::aw}, {1, consonant::w}},
-                         .tract = 1.05,
-                         .tension = 0.8};
-        stage.play(sing(yelp, random), at).play(thump(95, 0.12), at + 0.18, 0.5);
-        at += 0.255;
+    for (const double top : {470, 420}) {
+        const Cry cry{.speaker = cast::hedda,
+                      .seconds = 0.22,
+                      .pitch = {{0, 0.7 * top}, {0.3, top}, {1, 0.6 * top}},
+                      .mouth = {{0, vowel::a}, {0.5, vowel::ae}, {1, vowel::ih}},
+                      .press = {{0, 0.6}, {0.3, 0.8}, {1, 0.3}},
+                      .after = 0.08};
+        stage.play(cried(cry, random), at, at == 0 ? 1 : 0.75);
+        at += 0.29;
     }
-    return stage.in(room::parlour);
-}
-
-Stereo fallingOffACliff(RandomNumbers& random) {
-    const Voice faller{.seconds = 1.8,
-                       .pitch = {{0, 420}, {0.08, 700}, {0.3, 660}, {1, 250}},
-                       .loudness = {{0, 0.5}, {0.06, 1}, {0.3, 0.8}, {0.9, 0.06}, {1, 0}},
-                       .mouth = {{0, vowel::ah}, {0.6, vowel::ah}, {1, vowel::uh}},
-                       .tension = {{0, 1}, {1, 0.5}},
-                       .vibrato = 0.5,
-                       .vibratoRate = 6.5};
-    return Stage()
-        .play(sing(faller, random))
-        .play(thump(60, 0.3), 1.95, 1.3)
-        .play(smack(500, 0.2, random), 1.95, 0.7)
-        .in(room::hall);
-}
-
-Stereo stubbedToe(RandomNumbers& random) {
-    const Voice relief{.seconds = 0.75,
-                       .pitch = {{0, 240}, {0.25, 330}, {1, 150}},
-                       .loudness = {{0, 0.3}, {0.2, 1}, {1, 0}},
-                       .mouth = {{0, vowel::aw}, {0.5, vowel::oo}, {1, consonant::w}},
-                       .breath = {{0, 0.1}, {1, 0.5}},
-                       .tension = 0.6};
-    return Stage()
-        .play(struck(body::wood, 260, 0.3), 0, 0.9)
-        .play(hissed(0.42, {{0, 5200}, {1, 7600}}, {{0, 0.4}, {0.6, 1}, {0.95, 0.8}, {1, 0}}, random), 0.06, 0.45)
-        .play(sing(relief, random), 0.5)
-        .in(room::parlour);
-}
-
-Stereo pianoDrop(RandomNumbers& random) {
-    Stage stage;
-    stage.play(thump(65, 0.4)).play(smack(900, 0.2, random), 0, 0.8).play(struck(body::wood, 150, 0.8), 0, 0.9);
-    for (const double key : {33, 40, 41, 47, 52, 53, 58, 63, 64, 70, 75}) {
-        const double at = random.between(0, 0.05);
-        const double place = random.between(-0.8, 0.8);
-        stage.play(plucked(keyPitch(key), 1.5, 0.9, random), at, 0.55, place);
-    }
-    for (int splinter = 0; splinter < 9; ++splinter) {
-        const double hertz = random.between(500, 1100);
-        const double at = random.between(0.25, 0.95);
-        const double place = random.between(-1, 1);
-        stage.play(struck(body::wood, hertz, 0.8), at, 0.9, place);
-    }
-    stage.play(plucked(keyPitch(84), 0.8, 0.9, random), 1.12, 1.6, 0.4);
-    return stage.in(room::parlour);
-}
-
-// A wail, three sobs for air, and a longer wail that breaks.
-Stereo crybaby(RandomNumbers& random) {
-    const auto cry = [&](double seconds, const Curve& pitch, const Curve& loudness) {
-        return sing({.seconds = seconds,
-                     .pitch = pitch,
-                     .loudness = loudness,
-                     .mouth = {{0, consonant::w}, {0.2, vowel::ae}, {0.8, vowel::ae}, {1, vowel::uh}},
-                     .tract = 1.5,
-                     .tension = 0.95,
-                     .vibrato = 0.6,
-                     .vibratoRate = 9,
-                     .roughness = 0.12},
-                    random);
-    };
-    Stage stage;
-    stage.play(cry(0.36, {{0, 380}, {0.3, 540}, {1, 350}}, {{0, 0.4}, {0.2, 1}, {0.7, 0.7}, {1, 0}}));
-    for (int sob = 0; sob < 3; ++sob) {
-        const double top = 520 * semitoneRatio(2 * sob);
-        const Voice gasp{.seconds = 0.07,
-                         .pitch = {{0, 0.7 * top}, {1, top}},
-                         .loudness = {{0, 0.3}, {0.7, 1}, {1, 0}},
-                         .mouth = {{0, vowel::uh}, {1, vowel::ih}},
-                         .tract = 1.5,
-                         .breath = 0.75};
-        stage.play(sing(gasp, random), 0.38 + 0.1 * sob, 0.4);
-    }
-    const Curve breaking{{0, 420}, {0.2, 640}, {0.5, 600}, {0.54, 860}, {0.66, 820}, {0.7, 560}, {1, 300}};
-    stage.play(cry(0.66, breaking, {{0, 0.4}, {0.15, 1}, {0.7, 0.9}, {1, 0}}), 0.69);
-    return stage.in(room::parlour);
-}
-
-Stereo circuitsFail(RandomNumbers& random) {
-    Stage stage;
-    double at = 0;
-    for (const double key : {84, 79, 76, 70, 63, 54}) {
-        stage.play(fluttered(saturated(sine(0.13, keyPitch(key)), 3), 45, 0.7), at, 0.6, 2 * random.between(-0.3, 0.3));
-        at += 0.11;
-    }
-    stage.play(rattled(0.5, {{0, 160}, {1, 30}}, 5200, {{0, 1}, {1, 0.1}}, random), 0.1, 0.5, -0.4);
-    stage.play(faded(lowPassed(saw(0.7, {{0, 180}, {1, 28}}), {{0, 2500}, {1, 300}}), {{0, 0.5}, {0.2, 1}, {1, 0}}),
-               0.55, 0.6);
-    return stage.in(room::parlour);
-}
-
-Stereo eep(RandomNumbers& random) {
-    const Voice mouse{.seconds = 0.3,
-                      .pitch = {{0, 620}, {0.3, 1050}, {1, 880}},
-                      .loudness = {{0, 0.4}, {0.2, 1}, {0.7, 0.7}, {1, 0}},
-                      .mouth = {{0, vowel::ee}},
-                      .tract = 1.5,
-                      .tension = 0.7};
-    return Stage().play(sing(mouse, random)).in(room::parlour);
-}
-
-Stereo troddenHound(RandomNumbers& random) {
-    Stage stage;
-    for (int yip = 0; yip < 3; ++yip) {
-        const double top = 950 - 90 * yip;
-        const Voice dog{.seconds = 0.17,
-                        .pitch = {{0, 0.6 * top}, {0.25, top}, {1, 0.45 * top}},
-                        .loudness = {{0, 0.5}, {0.2, 1}, {1, 0}},
-                        .mouth = {{0, vowel::ae}, {1, vowel::uh}},
-                        .tract = 1.2,
-                        .tension = 1};
-        stage.play(sing(dog, random), 0.2 * yip, 1 - 0.15 * yip);
-    }
-    const Voice whimper{.seconds = 0.7,
-                        .pitch = {{0, 520}, {0.3, 640}, {1, 400}},
-                        .loudness = {{0, 0.2}, {0.3, 0.7}, {1, 0}},
-                        .mouth = {{0, consonant::m}, {1, vowel::oo}},
-                        .tract = 1.2,
-                        .breath = 0.3,
-                        .vibrato = 0.9,
-                        .vibratoRate = 11};
-    return stage.play(sing(whimper, random), 0.66, 0.6).in(room::parlour);
-}
-
-Stereo sadTrombone(RandomNumbers& random) {
-    Stage stage;
-    stage.play(thump(90, 0.2), 0, 0.8).play(smack(1500, 0.08, random), 0, 0.5);
-    double at = 0.12;
-    for (const double key : {58, 57, 56}) {
-        stage.play(blown({.seconds = 0.26,
-                          .pitch = keyPitch(key),
-                          .loudness = {{0, 0.2}, {0.15, 1}, {0.8, 0.8}, {1, 0}},
-                          .openness = {{0, 700}, {0.4, 2600}, {1, 800}},
-                          .body = 520},
-                         random),
-                   at, 0.8);
-        at += 0.28;
-    }
-    const Curve droop{{0, keyPitch(55)}, {0.5, keyPitch(55)}, {1, keyPitch(52.5)}};
-    stage.play(blown({.seconds = 0.9,
-                      .pitch = droop,
-                      .loudness = {{0, 0.2}, {0.08, 1}, {0.7, 0.8}, {1, 0}},
-                      .openness = {{0, 700}, {0.2, 2800}, {0.5, 900}, {0.7, 2400}, {1, 600}},
-                      .body = 520,
-                      .vibrato = 0.8},
-                     random),
-               at);
     return stage.in(room::parlour);
 }
 
@@ -292,24 +281,26 @@ Stereo sadTrombone(RandomNumbers& random) {
 PackRecipe painRecipe() {
     return {SoundPack::pain,
             {
-                {"Ow", 11, ow},
-                {"Bonk on the head", 12, bonk},
-                {"A yowl", 13, yowl},
-                {"A frying pan, and birds", 14, fryingPan},
-                {"An offended gentleman", 15, offendedGentleman},
-                {"A wounded robot", 16, woundedRobot},
-                {"A long groan", 17, groan},
-                {"A squeaky toy, trodden on", 18, squeakyToy},
-                {"Slide and splat", 19, slideAndSplat},
-                {"Hopping on one foot", 20, hoppingOnOneFoot},
-                {"Falling off a cliff", 21, fallingOffACliff},
-                {"A stubbed toe", 22, stubbedToe},
-                {"A piano, dropped", 23, pianoDrop},
-                {"A crybaby", 24, crybaby},
-                {"Circuits fail", 25, circuitsFail},
-                {"Eep", 26, eep},
-                {"A hound, trodden on", 27, troddenHound},
-                {"Sad trombone", 28, sadTrombone},
+                {"Ow", 11, ow, "cry", cast::tom.name},
+                {"Ah", 12, ah, "cry", cast::mara.name},
+                {"Argh", 13, argh, "scream", cast::boris.name},
+                {"A yelp", 14, yelp, "yelp", cast::lili.name},
+                {"Oof", 15, oof, "cry", cast::pip.name},
+                {"A scream", 16, womansScream, "scream", cast::ida.name},
+                {"A groan", 17, groan, "groan", cast::otto.name},
+                {"Ouch", 18, ouch, "cry", cast::ben.name},
+                {"Bonk on the head", 19, bonk, "cry", cast::pip.name},
+                {"Hopping on one foot", 20, hoppingOnOneFoot, "yelp", cast::tom.name},
+                {"A man screams", 21, mansScream, "scream", cast::tom.name},
+                {"A stubbed toe", 22, stubbedToe, "cry", cast::mara.name},
+                {"Oh", 23, oh, "cry", cast::hedda.name},
+                {"A crybaby", 24, crybaby, "cry", cast::ben.name},
+                {"Ugh", 25, ugh, "groan", cast::boris.name},
+                {"Eep", 26, eep, "yelp", cast::lili.name},
+                {"A frying pan, and birds", 27, fryingPan, "groan", cast::otto.name},
+                {"An offended gentleman", 28, offendedGentleman, "cry", cast::otto.name},
+                {"Aiee", 29, aiee, "scream", cast::mara.name},
+                {"Ay, ay", 30, ayAyAy, "cry", cast::hedda.name},
             }};
 }
 

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "clips/PackRecipe.h"
 #include "clips/instruments/Choir.h"
 #include "clips/instruments/Harp.h"
@@ -8,6 +10,7 @@
 #include "clips/instruments/Strings.h"
 #include "clips/instruments/Struck.h"
 #include "clips/instruments/Voice.h"
+#include "clips/packs/Cast.h"
 #include "clips/synthesis/Filter.h"
 #include "clips/synthesis/Oscillator.h"
 #include "clips/synthesis/Stage.h"
@@ -20,79 +23,139 @@ namespace {
 constexpr double woman = 1.17; // factor of her vocal tract on a man's resonances
 
 const Curve swell{{0, 0.3}, {0.35, 1}, {1, 0}};
+const Curve hummed{{0, 0.3}, {0.35, 1}, {0.7, 0.7}, {1, 0.05}};
+
+// Not a person, so it is not in the cast.
+Speaker cat() {
+    return {.name = "A cat", .low = 1.35, .middle = 1.3, .high = 1.4, .breath = 1.2, .jitter = 0.02, .shimmer = 0.08};
+}
+
+Stereo alone(const Cry& cry, RandomNumbers& random) {
+    return Stage().play(cried(cry, random)).in(room::parlour);
+}
 
 Stereo coyHum(RandomNumbers& random) {
-    const Voice he{.seconds = 0.36,
-                   .pitch = {{0, 150}, {0.5, 112}, {1, 126}},
-                   .loudness = swell,
-                   .mouth = {{0, consonant::m}},
-                   .breath = 0.2,
-                   .tension = 0.1};
-    return Stage().play(sing(he, random)).in(room::parlour);
+    const Cry he{.speaker = cast::tom,
+                 .seconds = 0.26,
+                 .pitch = {{0, 150}, {0.5, 112}, {1, 126}},
+                 .loudness = hummed,
+                 .mouth = {{0, consonant::m}},
+                 .press = 0.4,
+                 .before = 0.05,
+                 .after = 0.1};
+    return alone(he, random);
 }
 
 Stereo askingHum(RandomNumbers& random) {
-    const Voice she{.seconds = 0.5,
-                    .pitch = {{0, 210}, {0.3, 195}, {1, 370}},
-                    .loudness = {{0, 0.3}, {0.5, 1}, {0.9, 0.7}, {1, 0}},
-                    .mouth = {{0, consonant::m}},
-                    .tract = woman,
-                    .breath = 0.12,
-                    .tension = 0.15};
-    return Stage().play(sing(she, random)).in(room::parlour);
-}
-
-// Three steps on a double bass; the last one is left to ring.
-Stereo tiptoe(RandomNumbers& random) {
-    Stage stage;
-    stage.play(plucked(keyPitch(38), 0.16, 0.15, random), 0, 1, -0.3);
-    stage.play(plucked(keyPitch(41), 0.16, 0.15, random), 0.18, 1, 0.3);
-    const Curve ringing{{0, 1}, {0.3, 0.6}, {0.65, 0.2}, {1, 0}};
-    stage.play(faded(plucked(keyPitch(43), 0.8, 0.15, random), ringing), 0.36);
-    return stage.in(room::parlour);
+    const Cry she{.speaker = cast::mara,
+                  .seconds = 0.36,
+                  .pitch = {{0, 215}, {0.3, 195}, {1, 370}},
+                  .loudness = {{0, 0.3}, {0.3, 1}, {0.8, 0.7}, {1, 0.05}},
+                  .mouth = {{0, consonant::m}, {0.5, vowel::er}, {1, consonant::m}},
+                  .press = 0.4,
+                  .before = 0.05,
+                  .after = 0.12};
+    return alone(she, random);
 }
 
 Stereo purr(RandomNumbers& random) {
-    const Voice cat{.seconds = 0.85,
-                    .pitch = {{0, 92}, {0.5, 110}, {1, 88}},
-                    .loudness = {{0, 0.4}, {0.4, 1}, {0.8, 0.8}, {1, 0}},
-                    .mouth = {{0, consonant::m}, {0.5, vowel::er}, {1, consonant::m}},
-                    .breath = 0.35,
-                    .tension = 0.3};
-    return Stage().play(fluttered(sing(cat, random), {{0, 23}, {1, 26}}, 0.85)).in(room::parlour);
+    const Cry cry{.speaker = cat(),
+                  .seconds = 0.6,
+                  .pitch = {{0, 92}, {0.5, 110}, {1, 88}},
+                  .loudness = {{0, 0.4}, {0.25, 1}, {0.7, 0.7}, {1, 0.05}},
+                  .mouth = {{0, consonant::m}, {0.5, vowel::er}, {1, consonant::m}},
+                  .press = 0.5,
+                  .air = 2.5,
+                  .before = 0.06,
+                  .after = 0.15};
+    return Stage().play(fluttered(cried(cry, random), {{0, 23}, {1, 26}}, 0.85)).in(room::parlour);
 }
 
 Stereo mmHm(RandomNumbers& random) {
-    const Voice she{.seconds = 0.62,
-                    .pitch = {{0, 225}, {0.35, 200}, {0.5, 190}, {0.75, 290}, {1, 230}},
-                    .loudness = {{0, 0.35}, {0.2, 0.9}, {0.42, 0.15}, {0.65, 1}, {1, 0}},
-                    .mouth = {{0, consonant::m}, {0.45, consonant::m}, {0.6, vowel::uh}, {0.8, consonant::m}},
-                    .tract = woman,
-                    .breath = {{0, 0.1}, {0.4, 0.6}, {0.6, 0.15}},
-                    .tension = 0.25};
-    return Stage().play(sing(she, random)).in(room::parlour);
+    Cry she{.speaker = cast::ida,
+            .seconds = 0.17,
+            .pitch = {{0, 235}, {0.5, 205}, {1, 190}},
+            .loudness = hummed,
+            .mouth = {{0, consonant::m}},
+            .press = 0.45,
+            .before = 0.03,
+            .after = 0.06};
+    Stage stage;
+    stage.play(cried(she, random), 0, 0.9);
+    she.seconds = 0.24;
+    she.pitch = {{0, 190}, {0.4, 300}, {1, 215}};
+    she.mouth = {{0, vowel::uh}, {0.4, vowel::er}, {0.8, consonant::m}};
+    she.before = 0.07;
+    she.after = 0.14;
+    return stage.play(cried(she, random), 0.23).in(room::parlour);
 }
 
 Stereo ooh(RandomNumbers& random) {
-    const Voice she{.seconds = 0.7,
-                    .pitch = {{0, 230}, {0.45, 430}, {1, 240}},
-                    .loudness = {{0, 0.3}, {0.4, 1}, {1, 0}},
-                    .mouth = {{0, vowel::oo}, {0.5, vowel::oo}, {1, consonant::w}},
-                    .tract = woman,
-                    .breath = 0.18,
-                    .tension = {{0, 0.2}, {0.5, 0.5}, {1, 0.2}}};
-    return Stage().play(sing(she, random)).in(room::parlour);
+    const Cry she{.speaker = cast::mara,
+                  .seconds = 0.42,
+                  .pitch = {{0, 240}, {0.35, 430}, {0.6, 380}, {1, 230}},
+                  .loudness = {{0, 0.25}, {0.3, 1}, {0.65, 0.6}, {1, 0.03}},
+                  .mouth = {{0, vowel::er}, {0.4, vowel::oo}, {1, vowel::oo}},
+                  .press = {{0, 0.4}, {0.4, 0.6}, {1, 0.2}},
+                  .air = 1.6,
+                  .before = 0.06,
+                  .after = 0.2};
+    return alone(she, random);
 }
 
 Stereo hey(RandomNumbers& random) {
-    const Voice he{.seconds = 0.6,
-                   .pitch = {{0, 105}, {0.4, 142}, {1, 84}},
-                   .loudness = {{0, 0.3}, {0.3, 1}, {1, 0}},
-                   .mouth = {{0, vowel::eh}, {0.45, vowel::eh}, {1, vowel::ee}},
-                   .tract = 0.95,
-                   .breath = {{0, 0.9}, {0.15, 0.15}, {1, 0.25}},
-                   .tension = 0.45};
-    return Stage().play(sing(he, random)).in(room::parlour);
+    const Cry he{.speaker = cast::boris,
+                 .seconds = 0.4,
+                 .pitch = {{0, 105}, {0.3, 150}, {1, 78}},
+                 .loudness = {{0, 0.3}, {0.25, 1}, {0.6, 0.6}, {1, 0.03}},
+                 .mouth = {{0, vowel::ae}, {0.45, vowel::eh}, {1, vowel::ih}},
+                 .press = {{0, 0.3}, {0.3, 0.6}, {1, 0.3}},
+                 .before = 0.09,
+                 .after = 0.16};
+    return alone(he, random);
+}
+
+// Laughter: ha-ha-ha, each with a breath of its own, falling in pitch and loudness (J. Bachorowski and others, "The
+// acoustic features of human laughter", 2001: 4 to 5 a second, each half breath).
+Stereo laughing(const Speaker& speaker, int times, double high, double low, MouthShape open, RandomNumbers& random) {
+    Stage stage;
+    double at = 0;
+    for (int time = 0; time < times; ++time) {
+        const double along = times > 1 ? static_cast<double>(time) / (times - 1) : 0;
+        const double pitch = high * std::pow(low / high, along) * (time == 0 ? 0.92 : 1);
+        const Cry ha{.speaker = speaker,
+                     .seconds = 0.1 + 0.02 * along,
+                     .pitch = {{0, 0.9 * pitch}, {0.35, 1.12 * pitch}, {1, 0.75 * pitch}},
+                     .loudness = {{0, 0.2}, {0.4, 1}, {1, 0.05}},
+                     .mouth = {{0, open}, {1, vowel::uh}},
+                     .press = 0.55,
+                     .air = 1.8,
+                     .before = time == 0 ? 0.03 : 0.06,
+                     .after = time == times - 1 ? 0.2 : 0.05};
+        stage.play(cried(ha, random), at, (time == 0 ? 0.8 : 1) - 0.4 * along);
+        at += 0.18 + 0.03 * along;
+    }
+    return stage.in(room::parlour);
+}
+
+Stereo gasp(RandomNumbers& random) {
+    const Cry she{.speaker = cast::hedda,
+                  .seconds = 0.16,
+                  .pitch = {{0, 300}, {0.4, 420}, {1, 330}},
+                  .mouth = {{0, vowel::uh}, {0.5, vowel::a}},
+                  .press = 0.35,
+                  .air = 3,
+                  .before = 0.12,
+                  .after = 0.14};
+    return alone(she, random);
+}
+
+Stereo haHa(RandomNumbers& random) {
+    return laughing(cast::tom, 2, 260, 200, vowel::ae, random);
+}
+
+Stereo snigger(RandomNumbers& random) {
+    return laughing(cast::otto, 4, 230, 150, vowel::eh, random);
 }
 
 Stereo oneKiss(RandomNumbers& random) {
@@ -100,70 +163,55 @@ Stereo oneKiss(RandomNumbers& random) {
 }
 
 Stereo ohHo(RandomNumbers& random) {
-    const Voice she{.seconds = 0.72,
-                    .pitch = {{0, 270}, {0.3, 320}, {0.45, 250}, {0.7, 420}, {1, 230}},
-                    .loudness = {{0, 0.4}, {0.2, 1}, {0.42, 0.1}, {0.62, 1}, {1, 0}},
-                    .mouth = {{0, vowel::aw}, {0.3, vowel::oo}, {0.45, vowel::aw}, {1, vowel::oo}},
-                    .tract = woman,
-                    .breath = {{0, 0.1}, {0.42, 0.85}, {0.58, 0.1}, {1, 0.3}},
-                    .tension = 0.5};
-    return Stage().play(sing(she, random)).in(room::parlour);
-}
-
-// Laughter: one voice cut into ha-ha-ha, falling in pitch.
-Voice laughing(double seconds, int times, double high, double low, double tract, MouthShape open) {
-    return {.seconds = seconds,
-            .pitch = {{0, high}, {0.15, 1.08 * high}, {1, low}},
-            .loudness = Curve::strokes(times, 0.05, 1),
-            .mouth = {{0, open}},
-            .tract = tract,
-            .breath = Curve::strokes(times, 0.9, 0.1),
-            .tension = 0.55};
+    Cry she{.speaker = cast::ida,
+            .seconds = 0.2,
+            .pitch = {{0, 270}, {0.4, 330}, {1, 230}},
+            .mouth = {{0, vowel::a}, {1, vowel::aw}},
+            .press = 0.55,
+            .after = 0.06};
+    Stage stage;
+    stage.play(cried(she, random), 0, 0.9);
+    she.seconds = 0.32;
+    she.pitch = {{0, 260}, {0.35, 430}, {1, 200}};
+    she.mouth = {{0, vowel::a}, {0.6, vowel::aw}, {1, vowel::oo}};
+    she.before = 0.09;
+    she.after = 0.16;
+    return stage.play(cried(she, random), 0.27).in(room::parlour);
 }
 
 Stereo giggle(RandomNumbers& random) {
-    return Stage().play(sing(laughing(0.62, 4, 480, 330, 1.25, vowel::ih), random)).in(room::parlour);
+    return laughing(cast::mara, 4, 520, 340, vowel::eh, random);
 }
 
-// A muted trumpet says two short words and a long one, each opened by the player's hand.
-Stereo wahWah(RandomNumbers& random) {
-    Stage stage;
-    const auto word = [&](double at, double seconds, const Curve& pitch, const Curve& openness, double growl) {
-        stage.play(blown({.seconds = seconds,
-                          .pitch = pitch,
-                          .loudness = {{0, 0.4}, {0.3, 1}, {0.7, 0.8}, {1, 0}},
-                          .openness = openness,
-                          .body = 1050,
-                          .vibrato = 0.5,
-                          .growl = growl},
-                         random),
-                   at);
-    };
-    word(0, 0.17, keyPitch(65), {{0, 450}, {0.6, 2600}, {1, 700}}, 0);
-    word(0.2, 0.13, keyPitch(63), {{0, 450}, {0.6, 2000}, {1, 600}}, 0);
-    word(0.4, 0.62, {{0, keyPitch(60)}, {0.25, keyPitch(67)}, {0.6, keyPitch(68)}, {1, keyPitch(61)}},
-         {{0, 400}, {0.35, 4200}, {0.5, 1500}, {0.65, 3800}, {1, 450}}, 0.5);
-    return stage.in(room::parlour);
+Stereo chuckle(RandomNumbers& random) {
+    return laughing(cast::boris, 3, 190, 105, vowel::a, random);
 }
 
 Stereo meow(RandomNumbers& random) {
-    const Voice cat{
-        .seconds = 0.85,
-        .pitch = {{0, 420}, {0.35, 690}, {0.6, 640}, {1, 350}},
-        .loudness = {{0, 0.3}, {0.3, 1}, {0.7, 0.8}, {1, 0}},
-        .mouth = {{0, consonant::m}, {0.12, vowel::ee}, {0.45, vowel::ah}, {0.75, vowel::aw}, {1, consonant::w}},
-        .tract = 1.35,
-        .tension = 0.6,
-        .vibrato = 0.3};
-    return Stage().play(sing(cat, random)).in(room::parlour);
+    const Cry cry{
+        .speaker = cat(),
+        .seconds = 0.62,
+        .pitch = {{0, 420}, {0.25, 690}, {0.55, 640}, {1, 330}},
+        .loudness = {{0, 0.25}, {0.25, 1}, {0.65, 0.7}, {1, 0.03}},
+        .mouth = {{0, consonant::m}, {0.12, vowel::ee}, {0.4, vowel::ae}, {0.75, vowel::aw}, {1, consonant::w}},
+        .press = {{0, 0.5}, {0.3, 0.7}, {1, 0.3}},
+        .after = 0.16};
+    return alone(cry, random);
 }
 
 tl::expected<Stereo, std::string> wellHello(RandomNumbers& random) {
+    const Cry hm{.speaker = cast::boris,
+                 .seconds = 0.25,
+                 .pitch = {{0, 120}, {0.4, 95}, {1, 130}},
+                 .loudness = hummed,
+                 .mouth = {{0, consonant::m}, {0.6, vowel::er}, {1, consonant::m}},
+                 .press = 0.5,
+                 .after = 0.1};
     const auto words = spoken("Well, hello there.", {.wordsPerMinute = 150, .pitch = 22, .range = 170});
     if (!words) return tl::unexpected(words.error());
     Stage stage;
     stage.play(plucked(keyPitch(34), 0.6, 0.2, random), 0, 0.5).play(plucked(keyPitch(41), 0.8, 0.2, random), 0.3, 0.5);
-    return stage.play(*words, 0.02).in(room::parlour);
+    return stage.play(cried(hm, random), 0, 0.8).play(*words, 0.36).in(room::parlour);
 }
 
 Stereo threeKisses(RandomNumbers& random) {
@@ -175,15 +223,24 @@ Stereo threeKisses(RandomNumbers& random) {
 }
 
 Stereo oohLa(RandomNumbers& random) {
-    const Voice she{
-        .seconds = 0.95,
-        .pitch = {{0, 290}, {0.3, 480}, {0.42, 430}, {0.6, 640}, {1, 400}},
-        .loudness = {{0, 0.4}, {0.25, 1}, {0.42, 0.45}, {0.58, 1}, {1, 0}},
-        .mouth = {{0, vowel::oo}, {0.36, vowel::oo}, {0.43, consonant::l}, {0.52, vowel::ah}, {1, vowel::ah}},
-        .tract = woman,
-        .tension = 0.6,
-        .vibrato = 0.3};
-    return Stage().play(sing(she, random)).in(room::parlour);
+    Cry she{.speaker = cast::hedda,
+            .seconds = 0.3,
+            .pitch = {{0, 260}, {0.5, 430}, {1, 360}},
+            .loudness = {{0, 0.2}, {0.35, 1}, {1, 0.15}},
+            .mouth = {{0, vowel::er}, {0.4, vowel::oo}, {1, consonant::l}},
+            .press = 0.5,
+            .before = 0.05,
+            .after = 0.03};
+    Stage stage;
+    stage.play(cried(she, random), 0, 0.9);
+    she.seconds = 0.36;
+    she.pitch = {{0, 430}, {0.3, 600}, {1, 260}};
+    she.loudness = {{0, 0.3}, {0.25, 1}, {0.6, 0.6}, {1, 0.03}};
+    she.mouth = {{0, consonant::l}, {0.2, vowel::a}, {1, vowel::a}};
+    she.press = {{0, 0.6}, {1, 0.2}};
+    she.before = 0.01;
+    she.after = 0.2;
+    return stage.play(cried(she, random), 0.36).in(room::parlour);
 }
 
 Stereo wolfWhistle(RandomNumbers& random) {
@@ -195,27 +252,31 @@ Stereo wolfWhistle(RandomNumbers& random) {
 }
 
 Stereo wow(RandomNumbers& random) {
-    const Voice he{.seconds = 0.95,
-                   .pitch = {{0, 130}, {0.45, 330}, {1, 120}},
-                   .loudness = {{0, 0.35}, {0.4, 1}, {0.7, 0.8}, {1, 0}},
-                   .mouth = {{0, consonant::w}, {0.4, vowel::ah}, {0.6, vowel::ah}, {1, consonant::w}},
-                   .tension = {{0, 0.4}, {0.4, 0.9}, {1, 0.4}}};
-    return Stage().play(sing(he, random)).in(room::parlour);
+    const Cry he{.speaker = cast::pip,
+                 .seconds = 0.62,
+                 .pitch = {{0, 125}, {0.3, 340}, {0.55, 300}, {1, 110}},
+                 .loudness = {{0, 0.2}, {0.28, 1}, {0.6, 0.7}, {1, 0.03}},
+                 .mouth = {{0, consonant::w}, {0.25, vowel::a}, {0.6, vowel::ae}, {1, consonant::w}},
+                 .press = {{0, 0.5}, {0.3, 0.8}, {1, 0.3}},
+                 .after = 0.18};
+    return alone(he, random);
 }
 
 Stereo throatyLaugh(RandomNumbers& random) {
-    return Stage().play(sing(laughing(1.15, 5, 260, 165, woman, vowel::ah), random)).in(room::parlour);
+    return laughing(cast::ida, 6, 290, 160, vowel::a, random);
 }
 
 Stereo growlingMeow(RandomNumbers& random) {
-    const Voice tiger{.seconds = 1,
-                      .pitch = {{0, 190}, {0.5, 420}, {1, 210}},
-                      .loudness = {{0, 0.4}, {0.4, 1}, {0.75, 0.8}, {1, 0}},
-                      .mouth = {{0, consonant::r}, {0.35, vowel::er}, {0.6, vowel::ah}, {1, consonant::w}},
-                      .tract = 1.1,
-                      .tension = 0.9,
-                      .roughness = 0.35};
-    return Stage().play(fluttered(sing(tiger, random), 27, {{0, 0.9}, {0.45, 0.7}, {0.6, 0}}), 0).in(room::parlour);
+    const Cry tiger{.speaker = cat(),
+                    .seconds = 0.75,
+                    .pitch = {{0, 170}, {0.45, 430}, {1, 190}},
+                    .loudness = {{0, 0.4}, {0.35, 1}, {0.7, 0.7}, {1, 0.03}},
+                    .mouth = {{0, consonant::r}, {0.3, vowel::er}, {0.55, vowel::ae}, {1, consonant::w}},
+                    .press = 0.9,
+                    .air = 1.5,
+                    .after = 0.2,
+                    .rasp = 0.5};
+    return Stage().play(fluttered(cried(tiger, random), 27, {{0, 0.9}, {0.35, 0.7}, {0.5, 0}}), 0).in(room::parlour);
 }
 
 // A saxophone's line: each note slides into its key.
@@ -236,24 +297,18 @@ void saxophone(Stage& stage, const std::vector<std::pair<double, double>>& keysA
     }
 }
 
-Stereo loungeSax(RandomNumbers& random) {
-    Stage stage;
-    saxophone(stage, {{58, 0.16}, {61, 0.16}, {65, 0.32}, {63, 0.6}}, 0.2, 0, 1, random);
-    return stage.play(crash(0.35, 6500, random), 0, 0.12, 0.5).in(room::parlour);
-}
-
 Stereo champagne(RandomNumbers& random) {
     const Curve fizz{{0, 1}, {0.2, 0.6}, {1, 0}};
-    const Voice she{.seconds = 0.6,
-                    .pitch = {{0, 480}, {0.6, 880}, {1, 700}},
-                    .loudness = {{0, 0.4}, {0.3, 1}, {1, 0}},
-                    .mouth = {{0, consonant::w}, {0.3, vowel::ee}},
-                    .tract = woman,
-                    .tension = 0.6};
+    const Cry she{.speaker = cast::mara,
+                  .seconds = 0.5,
+                  .pitch = {{0, 420}, {0.4, 880}, {1, 620}},
+                  .mouth = {{0, consonant::w}, {0.3, vowel::ih}, {1, vowel::ee}},
+                  .press = 0.7,
+                  .air = 1.5};
     return Stage()
         .play(pop(random))
         .play(faded(highPassed(whiteNoise(1.2, random), 5000), fizz), 0.05, 0.1)
-        .play(sing(she, random), 0.35, 0.9)
+        .play(cried(she, random), 0.3)
         .play(struck(body::glass, 2350, 0.6, 0.4), 0.9, 0.4, -0.5)
         .play(struck(body::glass, 2640, 0.6, 0.4), 0.97, 0.4, 0.5)
         .in(room::parlour);
@@ -269,27 +324,26 @@ Stereo flamenco(RandomNumbers& random) {
     for (const double key : {52, 59, 64, 68, 71, 76}) {
         stage.play(plucked(keyPitch(key), 0.9, 0.8, random), 0.72 + 0.012 * (key - 52) / 4, 0.5, 0.3);
     }
-    const Voice he{.seconds = 0.75,
-                   .pitch = {{0, 300}, {0.25, 440}, {0.7, 400}, {1, 300}},
-                   .loudness = {{0, 0.4}, {0.2, 1}, {0.7, 0.8}, {1, 0}},
-                   .mouth = {{0, vowel::ah}, {0.4, vowel::ah}, {0.7, vowel::ee}},
-                   .tension = 0.9,
-                   .vibrato = 0.5};
-    return stage.play(sing(he, random), 0.7).in(room::parlour);
+    const Cry he{.speaker = cast::pip,
+                 .seconds = 0.6,
+                 .pitch = {{0, 260}, {0.2, 450}, {0.6, 400}, {1, 240}},
+                 .mouth = {{0, vowel::a}, {0.4, vowel::a}, {0.7, vowel::ih}},
+                 .press = 0.85};
+    return stage.play(cried(he, random), 0.7).in(room::parlour);
 }
 
 Stereo swoon(RandomNumbers& random) {
-    const Voice she{.seconds = 1.15,
-                    .pitch = {{0, 500}, {0.3, 820}, {0.5, 760}, {1, 260}},
-                    .loudness = {{0, 0.4}, {0.3, 1}, {0.6, 0.8}, {1, 0}},
-                    .mouth = {{0, vowel::aw}, {0.4, vowel::ah}, {1, vowel::oo}},
-                    .tract = woman,
-                    .breath = {{0, 0.1}, {1, 0.4}},
-                    .tension = {{0, 0.7}, {1, 0.3}},
-                    .vibrato = 0.6};
+    const Cry she{.speaker = cast::hedda,
+                  .seconds = 0.95,
+                  .pitch = {{0, 400}, {0.2, 780}, {0.45, 640}, {1, 210}},
+                  .loudness = {{0, 0.25}, {0.16, 1}, {0.5, 0.6}, {1, 0.05}},
+                  .mouth = {{0, vowel::a}, {0.4, vowel::ae}, {1, vowel::aw}},
+                  .press = {{0, 0.7}, {1, 0.1}},
+                  .air = 1.5,
+                  .after = 0.3};
     return Stage()
-        .play(sing(she, random))
-        .play(bowed(1.2, {{0, keyPitch(76)}, {0.25, keyPitch(79)}, {1, keyPitch(55)}}, swell, random), 0, 0.5, -0.5)
+        .play(cried(she, random))
+        .play(bowed(1.2, {{0, keyPitch(76)}, {0.25, keyPitch(79)}, {1, keyPitch(55)}}, swell, random), 0, 0.3, -0.5)
         .play(thump(80, 0.3), 1.15, 0.8)
         .in(room::parlour);
 }
@@ -307,29 +361,6 @@ Stereo hotSax(RandomNumbers& random) {
     return stage.in(room::parlour);
 }
 
-Stereo bigBand(RandomNumbers& random) {
-    Stage stage;
-    const auto hit = [&](const std::vector<double>& keys, double at, double seconds) {
-        for (const double key : keys) {
-            const double place = random.between(-0.7, 0.7);
-            stage.play(blown({.seconds = seconds,
-                              .pitch = {{0, keyPitch(key)}, {0.7, keyPitch(key)}, {1, keyPitch(key - 3)}},
-                              .loudness = {{0, 0.5}, {0.08, 1}, {0.7, 0.8}, {1, 0}},
-                              .openness = {{0, 2500}, {0.2, 6500}, {1, 3000}},
-                              .body = 1150,
-                              .vibrato = 0.5,
-                              .growl = 0.2},
-                             random),
-                       at, 0.5, place);
-        }
-        stage.play(crash(0.6, 5000, random), at, 0.35).play(thump(85, 0.2), at, 0.8);
-    };
-    hit({58, 62, 65, 68, 73}, 0, 0.2);
-    hit({58, 62, 65, 68, 73}, 0.38, 0.18);
-    hit({57, 61, 64, 67, 72, 76}, 0.62, 0.95);
-    return stage.in(room::hall);
-}
-
 // Clapping that swells and dies down again.
 void applause(Stage& stage, double from, double seconds, int claps, RandomNumbers& random) {
     const Curve joining{{0, 0.1}, {0.5, 1}, {1, 0.2}};
@@ -345,14 +376,15 @@ void applause(Stage& stage, double from, double seconds, int claps, RandomNumber
 
 Stereo bravo(RandomNumbers& random) {
     Stage stage;
-    const Voice rolled{
-        .seconds = 1.3,
+    const Cry rolled{
+        .speaker = cast::otto,
+        .seconds = 1.2,
         .pitch = {{0, 190}, {0.3, 230}, {0.45, 390}, {0.8, 370}, {1, 200}},
-        .loudness = {{0, 0.5}, {0.1, 0.8}, {0.42, 0.7}, {0.55, 1}, {0.8, 0.9}, {1, 0}},
-        .mouth = {{0, consonant::r}, {0.2, consonant::r}, {0.3, vowel::ah}, {0.42, consonant::w}, {0.5, vowel::aw}},
-        .tension = 0.9,
-        .vibrato = 0.7};
-    stage.play(fluttered(sing(rolled, random), 26, {{0, 0.85}, {0.18, 0.85}, {0.24, 0}}));
+        .loudness = {{0, 0.5}, {0.1, 0.8}, {0.42, 0.7}, {0.55, 1}, {0.8, 0.7}, {1, 0.03}},
+        .mouth = {{0, consonant::r}, {0.2, consonant::r}, {0.3, vowel::a}, {0.42, consonant::w}, {0.5, vowel::aw}},
+        .press = {{0, 0.5}, {0.5, 0.85}, {1, 0.4}},
+        .after = 0.2};
+    stage.play(fluttered(cried(rolled, random), 26, {{0, 0.85}, {0.18, 0.85}, {0.24, 0}}));
     applause(stage, 0.45, 1.7, 36, random);
     return stage.in(room::hall);
 }
@@ -388,26 +420,37 @@ Stereo divaWarmsUp(RandomNumbers& random) {
     return stage.in(room::hall);
 }
 
-Voice oohLaLa() {
-    return {.seconds = 1.75,
-            .pitch = {{0, 330}, {0.14, 520}, {0.23, 470}, {0.32, 620}, {0.42, 600}, {0.52, 880}, {0.82, 840}, {1, 480}},
-            .loudness = {{0, 0.5}, {0.1, 1}, {0.22, 0.5}, {0.3, 1}, {0.4, 0.5}, {0.5, 1}, {0.85, 0.9}, {1, 0}},
-            .mouth = {{0, vowel::oo},
+Cry oohLaLa() {
+    return {.speaker = cast::mara,
+            .seconds = 1.5,
+            .pitch = {{0, 290}, {0.14, 480}, {0.23, 400}, {0.32, 600}, {0.42, 500}, {0.54, 840}, {0.7, 760}, {1, 320}},
+            .loudness = {{0, 0.3},
+                         {0.07, 1},
+                         {0.16, 0.7},
+                         {0.22, 0.3},
+                         {0.28, 0.9},
+                         {0.36, 0.6},
+                         {0.41, 0.3},
+                         {0.48, 1},
+                         {0.7, 0.6},
+                         {1, 0.03}},
+            .mouth = {{0, vowel::er},
+                      {0.08, vowel::oo},
                       {0.19, vowel::oo},
                       {0.23, consonant::l},
-                      {0.28, vowel::ah},
-                      {0.36, vowel::ah},
+                      {0.28, vowel::a},
+                      {0.36, vowel::a},
                       {0.41, consonant::l},
-                      {0.46, vowel::ah},
-                      {1, vowel::ah}},
-            .tract = woman,
-            .tension = 0.8,
-            .vibrato = 0.8};
+                      {0.46, vowel::a},
+                      {1, vowel::a}},
+            .press = {{0, 0.5}, {0.5, 0.75}, {1, 0.1}},
+            .air = 1.3,
+            .after = 0.25};
 }
 
 Stereo oohLaLaWithAKiss(RandomNumbers& random) {
     Stage stage;
-    stage.play(sing(oohLaLa(), random)).play(kiss(0.34, random), 1.72, 1.3);
+    stage.play(cried(oohLaLa(), random)).play(kiss(0.34, random), 1.72, 1.3);
     double at = 0.75;
     for (const double key : {64, 68, 71, 76, 80, 83, 88, 92, 95, 100}) {
         stage.play(plucked(keyPitch(key), 0.9, 0.7, random), at, 0.45, 2 * (at - 1.0));
@@ -499,34 +542,34 @@ Stereo operaFinale(RandomNumbers& random) {
 PackRecipe sexyRecipe() {
     return {SoundPack::sexy,
             {
-                {"A coy hum", 101, coyHum},
-                {"An asking hum", 102, askingHum},
+                {"A coy hum", 101, coyHum, "hum", cast::tom.name},
                 {"A kiss", 108, oneKiss},
-                {"Mm-hm", 104, mmHm},
-                {"Ooh", 105, ooh},
-                {"Oh-ho", 109, ohHo},
-                {"Hey", 106, hey},
+                {"An asking hum", 102, askingHum, "hum", cast::mara.name},
+                {"A gasp", 131, gasp, "gasp", cast::hedda.name},
+                {"Ha-ha", 132, haHa, "laugh", cast::tom.name},
+                {"Mm-hm", 104, mmHm, "hum", cast::ida.name},
+                {"Hey", 106, hey, "call", cast::boris.name},
+                {"Ooh", 105, ooh, "call", cast::mara.name},
+                {"Oh-ho", 109, ohHo, "call", cast::ida.name},
+                {"A snigger", 133, snigger, "laugh", cast::otto.name},
                 {"A purr", 107, purr},
-                {"A giggle", 110, giggle},
-                {"A wolf whistle", 117, wolfWhistle},
-                {"Ooh la", 114, oohLa},
+                {"A chuckle", 134, chuckle, "laugh", cast::boris.name},
+                {"A giggle", 110, giggle, "laugh", cast::mara.name},
                 {"Meow", 112, meow},
+                {"Ooh la", 114, oohLa, "call", cast::hedda.name},
+                {"A wolf whistle", 117, wolfWhistle},
+                {"Wow", 115, wow, "call", cast::pip.name},
                 {"A meow with claws", 119, growlingMeow},
-                {"On tiptoe", 103, tiptoe},
-                {"Wow", 115, wow},
                 {"Three kisses", 116, threeKisses},
-                {"Wah-wah", 111, wahWah},
-                {"A throaty laugh", 118, throatyLaugh},
-                {"Flamenco", 122, flamenco},
-                {"Champagne", 121, champagne},
-                {"Well, hello there", 113, wellHello},
-                {"Lounge saxophone", 120, loungeSax},
-                {"A swoon", 123, swoon},
-                {"Big band", 126, bigBand},
+                {"A throaty laugh", 118, throatyLaugh, "laugh", cast::ida.name},
+                {"Champagne", 121, champagne, "call", cast::mara.name},
+                {"Flamenco", 122, flamenco, "call", cast::pip.name},
+                {"Well, hello there", 113, wellHello, "hum", cast::boris.name},
+                {"A swoon", 123, swoon, "call", cast::hedda.name},
                 {"Hot saxophone", 124, hotSax},
                 {"The diva warms up", 127, divaWarmsUp},
-                {"Bravo", 125, bravo},
-                {"Ooh la la, with a kiss", 128, oohLaLaWithAKiss},
+                {"Bravo", 125, bravo, "call", cast::otto.name},
+                {"Ooh la la, with a kiss", 128, oohLaLaWithAKiss, "call", cast::mara.name},
                 {"The tenor's high note, and applause", 129, tenor},
                 {"Opera, the end of it", 130, operaFinale},
             }};

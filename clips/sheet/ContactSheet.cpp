@@ -53,13 +53,13 @@ QFont sheetFont(int pixels) {
 }
 
 QString figuresOf(const Strength& strength) {
-    return QString("%1 s    %2 LUFS    %3 Hz\n%4 bands    %5 octaves    strength %6")
+    return QString("%1 s    %2 LUFS    %3 Hz\n%4 bands    %5 octaves    rough %6")
         .arg(strength.seconds, 0, 'f', 2)
         .arg(strength.loudness, 0, 'f', 1)
         .arg(strength.brightness, 0, 'f', 0)
         .arg(strength.density, 0, 'f', 0)
         .arg(strength.range, 0, 'f', 1)
-        .arg(strength.points(), 0, 'f', 2);
+        .arg(strength.roughness, 0, 'f', 2);
 }
 
 // Draws a clip into the cell whose upper left corner is the painter's origin.

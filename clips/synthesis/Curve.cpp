@@ -6,15 +6,6 @@
 
 namespace quiverly::clips {
 
-Curve Curve::strokes(int count, double low, double high) {
-    Curve curve{{0, low}};
-    for (int stroke = 0; stroke < count; ++stroke) {
-        curve.points.push_back({(stroke + 0.33) / count, high});
-        curve.points.push_back({(stroke + 1.0) / count, low});
-    }
-    return curve;
-}
-
 double Curve::operator()(double fraction) const {
     const auto next =
         std::find_if(points.begin(), points.end(), [fraction](const Point& point) { return point.at > fraction; });

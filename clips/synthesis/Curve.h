@@ -19,9 +19,6 @@ public:
     Curve(double constant) : points{{0, constant}} {}
     Curve(std::initializer_list<Point> points) : points(points) {}
 
-    // Equal strokes from low to high and back, each rising in its first third.
-    static Curve strokes(int count, double low, double high);
-
     double operator()(double fraction) const;
 
     Curve operator*(double factor) const;

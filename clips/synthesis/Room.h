@@ -15,6 +15,7 @@ namespace room {
 constexpr Room parlour{0.35, 5000, 0.16};
 constexpr Room hall{1.0, 6000, 0.3};
 constexpr Room cathedral{1.7, 7000, 0.5};
+constexpr Room swamp{0.8, 3000, 0.16};
 constexpr Room cave{1.3, 2500, 0.4};
 } // namespace room
 

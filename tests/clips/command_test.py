@@ -29,7 +29,7 @@ class CommandTest(unittest.TestCase):
                 self.assertEqual((result.returncode, result.stderr), (0, ""))
 
     def test_arguments_that_cannot_be_used_are_refused(self) -> None:
-        for arguments in ([], ["make"], ["make", "a", "b"], ["sheets", "a"], ["sing", "a"], ["make", "--loud", "a"]):
+        for arguments in ([], ["make"], ["make", "a", "b"], ["sheets", "a"], ["sing", "a"], ["make", "--loud", "a"], ["make", "--pack", "loud", "a"], ["minutes", "a"]):
             with self.subTest(arguments=arguments):
                 result = run(*arguments)
                 self.assertEqual((result.returncode, result.stdout), (2, ""))
@@ -46,6 +46,25 @@ class CommandTest(unittest.TestCase):
         result = run("sheets", self.folder, self.folder)
         self.assertEqual((result.returncode, result.stdout), (1, ""))
         self.assertIn(f"quiverly-clips: {self.folder}/pain/1.mp3: ", result.stderr)
+
+    def test_every_clip_is_listed(self) -> None:
+        result = run("list")
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        lines = [line.split("\t") for line in result.stdout.splitlines()]
+        clips = {str(file.relative_to(AUDIO)) for file in AUDIO.glob("*/*.mp3")}
+        self.assertEqual({line[0] for line in lines}, clips)
+        self.assertTrue(all(len(line) == 4 for line in lines))
+
+    def test_one_pack_is_made_alone(self) -> None:
+        result = run("make", "--pack", "pain", self.folder)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual([file.name for file in self.folder.iterdir()], ["pain"])
+
+    def test_a_minute_of_every_pack_is_written(self) -> None:
+        result = run("minutes", AUDIO, self.folder)
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "", ""))
+        self.assertEqual({file.stem for file in self.folder.glob("*.wav")},
+                         {folder.name for folder in AUDIO.iterdir() if folder.is_dir()})
 
     def test_sheets_are_drawn_and_shown_in_markdown(self) -> None:
         result = run("sheets", AUDIO, self.folder)

@@ -8,36 +8,8 @@
 namespace quiverly::clips {
 namespace {
 
-constexpr Strength ordinary{.seconds = 1, .loudness = -18, .brightness = 500, .density = 10, .range = 1};
-
-double pointsMoreThanOrdinary(const Strength& strength) {
-    return strength.points() - ordinary.points();
-}
-
-TEST(StrengthTest, EveryMeasureCountsByItsDoublings) {
-    Strength longer = ordinary;
-    longer.seconds *= 2;
-    Strength denser = ordinary;
-    denser.density *= 2;
-    Strength brighter = ordinary;
-    brighter.brightness *= 2;
-    Strength wider = ordinary;
-    wider.range += 1;
-    Strength louder = ordinary;
-    louder.loudness += 6;
-    EXPECT_NEAR(pointsMoreThanOrdinary(longer), 1, 1e-9);
-    EXPECT_NEAR(pointsMoreThanOrdinary(denser), 0.5, 1e-9);
-    EXPECT_NEAR(pointsMoreThanOrdinary(brighter), 0.3, 1e-9);
-    EXPECT_NEAR(pointsMoreThanOrdinary(wider), 0.25, 1e-9);
-    EXPECT_NEAR(pointsMoreThanOrdinary(louder), 1, 1e-9);
-}
-
-TEST(StrengthTest, BrightnessCountsUpTo1000Hertz) {
-    Strength bright = ordinary;
-    bright.brightness = 1000;
-    Strength brightest = ordinary;
-    brightest.brightness = 4000;
-    EXPECT_EQ(bright.points(), brightest.points());
+Strength strengthOfTone(const Curve& beats, double depth) {
+    return strengthOf(inBothChannels(fluttered(sine(1, 1000), beats, depth)));
 }
 
 TEST(StrengthTest, AToneIsMeasured) {
@@ -62,6 +34,19 @@ TEST(StrengthTest, NoiseIsDenseAndHasNoPitchRange) {
 TEST(StrengthTest, TheRangeIsTheWayOfTheMiddleFourFifthsOfThePitch) {
     const Signal glide = sine(2, {{0, 200}, {0.3, 200}, {0.7, 800}, {1, 800}});
     EXPECT_NEAR(strengthOf(inBothChannels(glide)).range, 2, 0.1);
+}
+
+TEST(StrengthTest, BeatsOf30To75ASecondMakeASoundRough) {
+    const double rough = strengthOfTone(45, 0.9).roughness;
+    EXPECT_GT(rough, 0.5);
+    EXPECT_LT(strengthOfTone(45, 0.3).roughness, 0.5 * rough);
+    EXPECT_LT(strengthOfTone(45, 0).roughness, 0.1);
+    EXPECT_LT(strengthOfTone(5, 0.9).roughness, 0.3 * rough);
+    EXPECT_LT(strengthOfTone(300, 0.9).roughness, 0.3 * rough);
+}
+
+TEST(StrengthTest, SilenceIsNotRough) {
+    EXPECT_EQ(strengthOf(inBothChannels(Signal(samplesIn(0.5)))).roughness, 0);
 }
 
 } // namespace
