@@ -11,6 +11,7 @@
 
 #include "laptop/transport.h"
 #include "platform/linux/sensors/SensorService.h"
+#include "platform/linux/sensors/SensorTap.h"
 #include "platform/linux/sensors/iio/Accelerometer.h"
 #include "platform/linux/sensors/iio_source.h"
 #include "platform/linux/sensors/laptop_source.h"
@@ -36,6 +37,7 @@ struct hid::Properties {
 
 struct hid::Device {
     SensorService::Open openSensor;
+    std::string description;
     int reportsPerPacket = 1;
     FileDescriptor reports = {}; // while open
     std::span<std::uint8_t> buffer = {};
@@ -44,6 +46,8 @@ struct hid::Device {
 };
 
 namespace {
+
+SensorTap currentTap;
 
 hid::ReturnCode returnCode(const std::error_code& error) {
     if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted) return hid::notPermitted;
@@ -85,6 +89,7 @@ public:
 private:
     static void report(hid::Device& device, std::size_t length) {
         for (int count = 0; count < device.reportsPerPacket; ++count) {
+            if (currentTap.onReport) currentTap.onReport(device.buffer.first(length));
             device.callback(device.context, hid::success, nullptr, 0, 0, device.buffer.data(),
                             static_cast<std::ptrdiff_t>(length));
         }
@@ -105,6 +110,10 @@ private:
 thread_local RunLoop currentRunLoop;
 
 } // namespace
+
+void tapSensors(SensorTap tap) {
+    currentTap = std::move(tap);
+}
 
 void hid::Release::operator()(Matching* matching) const noexcept {
     delete matching;
@@ -157,13 +166,15 @@ void hid::setProperty(Service& service, const char* key, std::int32_t value) {
 }
 
 hid::Handle<hid::Device> hid::createDevice(const Service& service) {
-    return Handle<Device>(new Device{.openSensor = service.open, .reportsPerPacket = service.reportsPerPacket});
+    return Handle<Device>(new Device{
+        .openSensor = service.open, .description = service.description, .reportsPerPacket = service.reportsPerPacket});
 }
 
 hid::ReturnCode hid::open(Device& device) {
     auto reports = device.openSensor();
     if (!reports) return returnCode(reports.error());
     device.reports = *std::move(reports);
+    if (currentTap.onOpen) currentTap.onOpen(device.description);
     return success;
 }
 

@@ -69,11 +69,13 @@ void CommandLine::add(const std::string& name, const Take& take, const std::stri
         const auto taken = take(text);
         if (!taken) throw CLI::ValidationError(name, taken.error());
     };
-    CLI::Option* const option = parser->app.add_option_function<std::string>(name, takeOrThrow, description);
+    const bool mayBeLeftOut = name.starts_with('[');
+    const std::string bare = mayBeLeftOut ? name.substr(1, name.size() - 2) : name;
+    CLI::Option* const option = parser->app.add_option_function<std::string>(bare, takeOrThrow, description);
     if (name.starts_with('-')) {
         option->type_name(kind);
     } else {
-        option->type_name("")->required();
+        option->type_name("")->required(!mayBeLeftOut);
     }
 }
 

@@ -33,8 +33,9 @@ public:
     CommandLine(const std::string& program, const std::string& description, const std::string& ending);
     ~CommandLine();
 
-    // Adds an option, or an argument that must be given where the name has no dashes. `parse` turns its text into an
-    // expected value; the error says what is wrong with the text. The help text calls the value of an option `kind`.
+    // Adds an option, or, where the name has no dashes, an argument, which must be given unless its name is in
+    // brackets. `parse` turns its text into an expected value; the error says what is wrong with the text. The help
+    // text calls the value of an option `kind`.
     template<class Target, class Parse>
     void addValue(const std::string& name, Target& target, Parse parse, const std::string& description,
                   const std::string& kind = "TEXT");

@@ -27,6 +27,8 @@ struct SensorService {
     // socket closes the sensor; the other end closes when the sensor is gone. Errors are the system's own (errno).
     Open open;
 
+    std::string description = {}; // for whoever records it
+
     // How many equal reports each packet stands for: a source that is slower than the reader expects hands on a reading
     // in one go.
     int reportsPerPacket = 1;

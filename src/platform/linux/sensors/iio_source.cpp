@@ -31,6 +31,7 @@ std::vector<SensorService> findIioSensors(std::string_view className, const std:
         found.push_back({.properties = motionSensor,
                          .setProperty = [](std::string_view, std::int32_t) {}, // it needs no waking
                          .open = [accelerometer] { return Poller::open(accelerometer); },
+                         .description = accelerometer.inWords(),
                          .reportsPerPacket = reportsPerReading});
     }
     return found;

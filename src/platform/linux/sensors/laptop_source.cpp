@@ -36,7 +36,10 @@ std::vector<SensorService> findSimulatedLaptop(std::string_view className) {
                 if (reports) lastOpened = laptop;
                 return reports;
             };
-            found.push_back({.properties = service.properties, .setProperty = setProperty, .open = open});
+            found.push_back({.properties = service.properties,
+                             .setProperty = setProperty,
+                             .open = open,
+                             .description = "simulated laptop"});
         }
         ++place;
     }

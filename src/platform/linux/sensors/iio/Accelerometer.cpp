@@ -69,7 +69,7 @@ std::optional<double> statedRateOf(const std::filesystem::path& folder, std::str
     return std::nullopt;
 }
 
-std::string inWords(double number, int digits) {
+std::string fixed(double number, int digits) {
     std::array<char, 64> text; // NOLINT: filled by the next call
     const auto end = std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed, digits);
     return end.ec == std::errc() ? std::string(text.data(), end.ptr) : "?";
@@ -109,11 +109,11 @@ std::optional<Refusal> findSlowness(const Accelerometer& accelerometer, const st
     }
     if (driver == hidDriver && isOfAmdHub(device)) return slow("gives new values only 5 times a second");
     if (accelerometer.statedRate && *accelerometer.statedRate < DistinctRate::leastUsable) {
-        return slow("is set to " + inWords(*accelerometer.statedRate, 0) + " readings a second");
+        return slow("is set to " + fixed(*accelerometer.statedRate, 0) + " readings a second");
     }
     if (const auto measured = MeasuredRates::ofThisProgram()->of(accelerometer.identity);
         measured && *measured < DistinctRate::leastUsable) {
-        return slow("gave only " + inWords(*measured, 0) + " different readings a second while it was moved");
+        return slow("gave only " + fixed(*measured, 0) + " different readings a second while it was moved");
     }
     return std::nullopt;
 }
@@ -123,7 +123,7 @@ std::optional<Refusal> findCoarseness(const Accelerometer& accelerometer) {
     for (const double scale : accelerometer.scale) step = std::max(step, std::abs(scale) / standardGravity);
     if (step <= leastThreshold) return std::nullopt;
     return Refusal{Refusal::Kind::tooCoarse,
-                   "measures in steps of " + inWords(step, 3) + " g, which is more than a soft slap"};
+                   "measures in steps of " + fixed(step, 3) + " g, which is more than a soft slap"};
 }
 
 std::optional<Refusal> findPermission(const Accelerometer& accelerometer) {
@@ -176,6 +176,13 @@ int rank(const Accelerometer& accelerometer) {
 
 std::filesystem::path Accelerometer::rawFile(std::size_t axis) const {
     return folder / axisFile(axis, "raw");
+}
+
+std::string Accelerometer::inWords() const {
+    std::string text =
+        (name.empty() ? folder.filename().string() : name) + ", driver " + (driver.empty() ? "?" : driver);
+    text += ", " + fixed(std::abs(scale[0]) / standardGravity, 6) + " g a step";
+    return statedRate ? text + ", set to " + fixed(*statedRate, 0) + " readings a second" : text;
 }
 
 std::vector<Accelerometer> findAccelerometers(const std::filesystem::path& sys) {

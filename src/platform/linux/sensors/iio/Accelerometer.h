@@ -35,6 +35,9 @@ struct Accelerometer {
 
     // The file that holds the acceleration along that axis, in steps; 0 is x.
     std::filesystem::path rawFile(std::size_t axis) const;
+
+    // Name, driver, scale, stated rate, in one line.
+    std::string inWords() const;
 };
 
 // All accelerometers below that /sys, those of use first, and of those one in the machine's base before one in its lid.
