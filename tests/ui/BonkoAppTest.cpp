@@ -247,7 +247,7 @@ TEST_F(BonkoAppTest, TheLeastSizeGrowsWithTheTexts) {
     stage.settle();
     EXPECT_GT(window().width(), 400);
     for (const char* name : {"Quiverly", "Listening", "Sensitivity", "Lower detects lighter taps"}) {
-        const QLabel& label = text(window(), name);
+        QLabel& label = text(window(), name);
         EXPECT_GE(label.width(), label.sizeHint().width()) << name;
         EXPECT_LE(place(label, window()).right(), window().width()) << name;
     }
