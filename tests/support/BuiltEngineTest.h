@@ -56,8 +56,8 @@ protected:
     }
 
     void expectDetectorThreshold(double threshold) {
-        EXPECT_FALSE(counts(threshold - 0.001)) << "the threshold is not " << threshold << " but less";
-        EXPECT_TRUE(counts(threshold + 0.001)) << "the threshold is not " << threshold << " but more";
+        EXPECT_FALSE(counts(threshold - 0.0001)) << "the threshold is not " << threshold << " but less";
+        EXPECT_TRUE(counts(threshold + 0.0001)) << "the threshold is not " << threshold << " but more";
     }
 
     // The folder of the clip that answers a slap.
