@@ -4,6 +4,7 @@
 
 #include "app/SingleInstance.h"
 #include "app/activation.h"
+#include "app/no_display.h"
 #include "app/out_of_memory.h"
 #include "app/program.h"
 #include "ui/BonkoApp.h"
@@ -14,7 +15,9 @@ using namespace quiverly;
 int main(int argc, char** argv) {
     endWithoutMemory();
     const QByteArray ownToken = activationToken();
+    endWithoutDisplay();
     QApplication application(argc, argv);
+    displayIsThere();
     describeProgram();
 
     BonkoApp* running = nullptr;
