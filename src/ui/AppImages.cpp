@@ -3,6 +3,7 @@
 #include <initializer_list>
 
 #include <QImageReader>
+#include <QPixmap>
 
 #include "platform/bundle.h"
 
@@ -48,6 +49,16 @@ QImage headerLogo() {
 
 QImage welcomeLogo() {
     return firstThatLoads({asset, icon, logo});
+}
+
+QIcon windowIcon() {
+    const QImage picture = welcomeLogo();
+    QIcon sizes;
+    if (picture.isNull()) return sizes;
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+        sizes.addPixmap(QPixmap::fromImage(picture.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+    }
+    return sizes;
 }
 
 } // namespace quiverly

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QImage>
 
 namespace quiverly {
@@ -8,5 +9,8 @@ namespace quiverly {
 // loaded, or null.
 QImage headerLogo();
 QImage welcomeLogo();
+
+// The logo in the sizes that desktops use for a window, or null.
+QIcon windowIcon();
 
 } // namespace quiverly

@@ -2,7 +2,6 @@
 
 #include <variant>
 
-#include <QPixmap>
 #include <QPointer>
 #include <QShortcut>
 
@@ -30,7 +29,7 @@ bool onboardingIsCompleted() {
 
 BonkoApp::BonkoApp() {
     window.setWindowTitle("Quiverly");
-    window.setWindowIcon(QPixmap::fromImage(welcomeLogo()));
+    window.setWindowIcon(windowIcon());
     describeAs(window, QAccessible::Window);
     window.setContextMenuPolicy(Qt::NoContextMenu);
     QObject::connect(&Theme::current(), &Theme::changed, &window, [this] { applyPalette(); });

@@ -83,7 +83,17 @@ TEST_F(AppImagesTest, AnIconThatCannotBeReadIsIgnored) {
     EXPECT_EQ(colorOf(welcomeLogo()), QColor(Qt::green));
 }
 
+TEST_F(AppImagesTest, TheWindowHasItsIconInEverySize) {
+    put("AppIcon.png", pngPicture(Qt::blue, 256));
+    const QIcon icon = windowIcon();
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+        EXPECT_TRUE(icon.availableSizes().contains(QSize(size, size))) << size;
+        EXPECT_EQ(colorOf(icon.pixmap(QSize(size, size), 1.0).toImage()), QColor(Qt::blue)) << size;
+    }
+}
+
 TEST_F(AppImagesTest, WithoutFilesThereIsNone) {
+    EXPECT_TRUE(windowIcon().isNull());
     EXPECT_TRUE(headerLogo().isNull());
     EXPECT_TRUE(welcomeLogo().isNull());
 }
