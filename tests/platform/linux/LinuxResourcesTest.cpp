@@ -86,6 +86,13 @@ TEST_F(LinuxResourcesTest, TheProgramHasTheFileOfTheSensorPageWhereItWasBuiltBut
     });
 }
 
+TEST_F(LinuxResourcesTest, TheSensorPageIsTakenFromTheDocumentsWhereBrowsersInASandboxMayReadIt) {
+    const fs::path file = home.addFile("quiverly/motion-sensor.html");
+    EXPECT_EQ(fileOf(workspace::sensorAccessPage()), file.string());
+    const fs::path copy = home.addFile("doc/quiverly/motion-sensor.html");
+    EXPECT_EQ(fileOf(workspace::sensorAccessPage()), copy.string());
+}
+
 TEST_F(LinuxResourcesTest, TheAddressOfTheSensorPageSurvivesAnyFolderName) {
     for (const std::string name : {"a b", "50%25", "#1?x=y&z", "Žluť", "semi;colon"}) {
         setVariable("XDG_DATA_HOME", (home.path() / name).c_str());
