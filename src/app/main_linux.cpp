@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "app/DesktopSettings.h"
 #include "app/SingleInstance.h"
 #include "app/activation.h"
 #include "app/no_display.h"
@@ -38,6 +39,6 @@ int main(int argc, char** argv) {
     BonkoApp app;
     running = &app;
     for (const Qt::Key key : {Qt::Key_Q, Qt::Key_W}) app.closeOn(Qt::CTRL | key);
-    app.show();
+    const DesktopSettings settings([&app] { app.show(); });
     return QApplication::exec();
 }

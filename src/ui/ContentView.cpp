@@ -147,7 +147,7 @@ void ContentView::refresh() {
     value->setText(QString::asprintf("%.2f", engine.threshold.get()));
     slider->show(engine.threshold);
     button->setText(running ? "Stop" : "Start listening");
-    button->setTint(running ? Theme::stopRed : Theme::primaryPink);
+    button->setTint(running ? PushButton::Tint::stop : PushButton::Tint::accent);
     refreshStatusBlock();
     refreshCounter();
 }

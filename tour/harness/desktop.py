@@ -1,6 +1,7 @@
 """A private desktop: display and window manager."""
 
 import os
+import re
 import subprocess
 from pathlib import Path
 
@@ -38,6 +39,13 @@ class Desktop(PrivateUser):
     def close_window(self, title: str) -> None:
         """Closes a window as a click into the corner of its frame does."""
         wait_until(lambda: self._ask("wmctrl", "-F", "-c", title).returncode == 0, f"the window “{title}”")
+
+    def window_colour(self, title: str) -> str:
+        """The colour near the lower left corner of a window, such as "#FFFFFF"; empty when there is no such window."""
+        crop = ["-gravity", "SouthWest", "-crop", "1x1+5+5"]
+        told = self._ask("import", "-window", title, *crop, "txt:-").stdout.decode()
+        found = re.search(r"#[0-9A-F]{6}", told)
+        return found[0] if found else ""
 
     def screenshot(self, file: Path) -> None:
         """Writes what the screen shows, once nothing moves, to a picture file."""

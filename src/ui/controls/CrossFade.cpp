@@ -4,6 +4,8 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
+#include "ui/Theme.h"
+
 namespace quiverly {
 
 namespace {
@@ -46,7 +48,7 @@ private:
 } // namespace
 
 void crossFade(QWidget& widget) {
-    if (widget.isVisible()) new FadingPicture(widget);
+    if (widget.isVisible() && !Theme::current().reducesMotion()) new FadingPicture(widget);
 }
 
 } // namespace quiverly

@@ -21,8 +21,7 @@ constexpr int leastFaceHeight = 34;
 constexpr double cornerRadius = 6;
 } // namespace
 
-PushButton::PushButton(const QString& label)
-    : QPushButton(label), tint(Theme::primaryPink), ring(new FocusRing(*this)) {
+PushButton::PushButton(const QString& label) : QPushButton(label), ring(new FocusRing(*this)) {
     describeAs(*this, QAccessible::Button);
     setAttribute(Qt::WA_LayoutUsesWidgetRect);
     setAttribute(Qt::WA_Hover);
@@ -31,7 +30,7 @@ PushButton::PushButton(const QString& label)
     connect(&Theme::current(), &Theme::changed, this, [this] { setFont(fontFor(FontRole::headline)); });
 }
 
-void PushButton::setTint(const QColor& next) {
+void PushButton::setTint(Tint next) {
     if (next == tint) return;
     tint = next;
     update();
@@ -59,11 +58,15 @@ void PushButton::resizeEvent(QResizeEvent* event) {
 }
 
 void PushButton::paintEvent(QPaintEvent*) {
-    QColor color = tint;
-    if (underMouse()) color = tint.darker(106);
-    if (isDown()) color = tint.darker(118);
+    const Theme::Colors& colors = Theme::current().colors();
+    const QColor fill = tint == Tint::stop ? colors.stop : colors.accent;
+    QColor color = fill;
+    if (underMouse()) color = fill.darker(106);
+    if (isDown()) color = fill.darker(118);
     QPainter painter(this);
     fillRounded(painter, face(), scaled(cornerRadius), color);
+    if (Theme::current().hasHighContrast())
+        outlineRounded(painter, face(), scaled(cornerRadius), colors.selectionEdge, colors.edgeWidth);
     painter.setPen(Qt::white);
     painter.drawText(rect(), Qt::AlignCenter, text());
 }

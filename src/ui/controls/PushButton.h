@@ -11,7 +11,8 @@ class PushButton : public QPushButton {
 public:
     explicit PushButton(const QString& label);
 
-    void setTint(const QColor& tint);
+    enum class Tint { accent, stop };
+    void setTint(Tint tint);
 
     QSize sizeHint() const override;
 
@@ -22,7 +23,7 @@ private:
 
     QRectF face() const;
 
-    QColor tint;
+    Tint tint = Tint::accent;
     FocusRing* ring;
 };
 

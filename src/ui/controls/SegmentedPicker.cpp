@@ -108,7 +108,7 @@ void SegmentedPicker::paintEvent(QPaintEvent*) {
     const Theme::Colors& colors = Theme::current().colors();
     QPainter painter(this);
     fillRounded(painter, rect(), scaled(radius), colors.track);
-    if (colors.trackEdge.alpha() > 0)
+    if (Theme::current().hasHighContrast())
         outlineRounded(painter, rect(), scaled(radius), colors.trackEdge, colors.edgeWidth);
 }
 

@@ -141,7 +141,7 @@ void Slider::paintEvent(QPaintEvent*) {
     fillRounded(painter, handle(), scaled(handleRadius), isSliderDown() ? colors.handle.darker(108) : colors.handle);
     const bool answers = underMouse() || isSliderDown();
     outlineRounded(painter, handle(), scaled(handleRadius), answers ? Theme::primaryPink : colors.handleEdge,
-                   answers ? 1.0 : colors.edgeWidth);
+                   answers ? std::max(1.0, colors.edgeWidth) : colors.edgeWidth);
 }
 
 } // namespace quiverly

@@ -11,8 +11,22 @@ constexpr int spokes = 8;
 constexpr int stepTime = 120; // milliseconds
 } // namespace
 
+Spinner::Spinner() {
+    connect(&Theme::current(), &Theme::changed, this, [this] {
+        if (isVisible()) turn();
+    });
+}
+
+void Spinner::turn() {
+    if (Theme::current().reducesMotion()) {
+        timer.stop();
+    } else {
+        timer.start(stepTime, this);
+    }
+}
+
 void Spinner::showEvent(QShowEvent*) {
-    timer.start(stepTime, this);
+    turn();
 }
 
 void Spinner::hideEvent(QHideEvent*) {

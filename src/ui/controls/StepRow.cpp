@@ -39,7 +39,7 @@ private:
         QColor grey = secondary;
         grey.setAlphaF(0.25F);
         QPainter painter(this);
-        fillRounded(painter, rect(), width() / 2.0, lit ? Theme::primaryPink : grey);
+        fillRounded(painter, rect(), width() / 2.0, lit ? Theme::current().colors().accent : grey);
         if (complete && !active) {
             const double check = scaled(12.0);
             const double inset = (width() - check) / 2;
