@@ -1,4 +1,4 @@
-// Writes a picture of every state of the window, light and dark, into the folder given.
+// Writes a picture of every state of the window, in every look, into the folder given.
 
 #include <chrono>
 #include <cmath>
@@ -11,8 +11,8 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QFont>
 #include <QPainter>
-#include <QPalette>
 #include <QTest>
 #include <QVariantAnimation>
 
@@ -27,6 +27,33 @@ namespace quiverly {
 namespace {
 
 std::filesystem::path folder;
+
+// What the user has asked of every program.
+struct Look {
+    std::string name;
+    bool dark = false;
+    bool highContrast = false;
+    double fontSize = 11.0; // points
+};
+
+const std::vector<Look> looks = {
+    {.name = "light"},
+    {.name = "dark", .dark = true},
+    {.name = "light-high-contrast", .highContrast = true},
+    {.name = "dark-high-contrast", .dark = true, .highContrast = true},
+    {.name = "large", .fontSize = 24.0},
+};
+
+std::string lookName; // of the moment
+
+void put(const Look& look) {
+    lookName = look.name;
+    Theme::current().prefer({.dark = look.dark, .highContrast = look.highContrast});
+    QFont font = QApplication::font();
+    font.setPointSizeF(look.fontSize);
+    QApplication::setFont(font);
+    QApplication::processEvents();
+}
 
 // A virtual laptop, and what happens to it and to the window on it.
 class Laptop {
@@ -76,7 +103,7 @@ void save(const QImage& image, const std::filesystem::path& file) {
 }
 
 void picture(QWidget& view, const std::string& name) {
-    const auto file = folder / (name + (Theme::current().isDark() ? "-dark" : "-light") + ".png");
+    const auto file = folder / (name + '-' + lookName + ".png");
     view.setPalette(Theme::current().palette());
     save(view.grab().toImage(), file);
 }
@@ -92,11 +119,30 @@ void mainView(const std::string& name, const std::function<void(Laptop&, BonkoEn
     BonkoEngine engine;
     engine.soundEnabled = true;
     ContentView view(engine);
-    view.resize(420, 560);
+    view.resize(QSize(420, 560).expandedTo(view.minimumSizeHint()));
     view.show();
     act(laptop, engine);
     laptop.settle();
     picture(view, name);
+}
+
+// The view with the keyboard at a control, so many presses of Tab from the first.
+void mainViewWithFocus(const std::string& name, int presses) {
+    Laptop laptop;
+    laptop.platform.resources.folders = {QUIVERLY_IMAGES};
+    BonkoEngine engine;
+    engine.soundEnabled = true;
+    ContentView view(engine);
+    view.resize(QSize(420, 560).expandedTo(view.minimumSizeHint()));
+    view.show();
+    view.activateWindow();
+    laptop.settle();
+    view.setFocus();
+    QTest::keyClick(&view, Qt::Key_Home); // the keyboard is in use
+    for (int count = 0; count < presses; ++count) QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    laptop.settle();
+    picture(view, name);
+    QTest::mouseClick(&view, Qt::LeftButton, {}, {1, 1}); // no longer
 }
 
 void onboarding(const std::string& name, const std::function<void(Laptop&, BonkoEngine&)>& act, bool logo = true,
@@ -154,6 +200,9 @@ void everyState() {
     });
     mainView("main-picker-disabled", [](Laptop&, BonkoEngine& engine) { engine.soundEnabled = false; });
     mainView("main-no-logo", nothing, false);
+    mainViewWithFocus("main-focus-on-picker", 0);
+    mainViewWithFocus("main-focus-on-slider", 1);
+    mainViewWithFocus("main-focus-on-button", 2);
 
     onboarding("onboarding-checking", nothing);
     onboarding("onboarding-waiting", check);
@@ -168,8 +217,8 @@ void everyState() {
 
 void everyPicture() {
     std::filesystem::create_directories(folder);
-    for (const bool dark : {false, true}) {
-        QApplication::setPalette(QPalette(dark ? QColor(40, 40, 40) : QColor(240, 240, 240)));
+    for (const Look& look : looks) {
+        put(look);
         everyState();
     }
     summary();
