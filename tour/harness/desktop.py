@@ -17,6 +17,7 @@ class Desktop(PrivateUser):
         try:
             self._prepare_environment()
             self.environment["DISPLAY"] = self._start_display(width, height)
+            self._tell_bus_of_display()
             self._start_window_manager()
         except BaseException:
             self.close()
@@ -85,6 +86,11 @@ class Desktop(PrivateUser):
             stderr=subprocess.STDOUT,
         )
         return ":" + self._first_line(told, tell, "the X server")
+
+    def _tell_bus_of_display(self) -> None:
+        """Programs that the bus starts need the display too: one of them presses the keys for assistive tools."""
+        command = ["dbus-update-activation-environment", "DISPLAY"]
+        subprocess.run(command, env=self.environment, check=True, timeout=60)
 
     def _start_window_manager(self) -> None:
         managed = self.folder / "windows-are-managed"
