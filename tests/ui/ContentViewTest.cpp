@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 
 #include <QClipboard>
@@ -17,6 +18,7 @@
 #include "support/Stage.h"
 #include "support/TemporaryFolder.h"
 #include "ui/Theme.h"
+#include "ui/controls/FocusRing.h"
 
 namespace quiverly {
 namespace {
@@ -625,6 +627,20 @@ TEST_F(ContentViewTest, TheFocusRingHasItsColorOnPickerAndSlider) {
     expectRing({track.right() - 18, track.top() + 1, 19, 19});
     tab();
     expectRing(place(startButton(), view).adjusted(1, 1, -1, -1));
+}
+
+TEST_F(ContentViewTest, OneRingShowsWhereTheKeyboardIs) {
+    open();
+    view.activateWindow();
+    for (int count = 0; count < 3; ++count) {
+        QTest::keyClick(&view, Qt::Key_Tab);
+        stage.settle();
+        EXPECT_EQ(
+            std::ranges::count_if(view.findChildren<QWidget*>(),
+                                  [](QWidget* child) { return dynamic_cast<FocusRing*>(child) && child->isVisible(); }),
+            1)
+            << accessibleText(*QApplication::focusWidget()).toStdString();
+    }
 }
 
 TEST_F(ContentViewTest, AClickTakesTheRingAway) {

@@ -415,6 +415,24 @@ TEST_F(OnboardingViewTest, AnErrorCanBeCopied) {
     EXPECT_EQ(text(view, volume).textInteractionFlags(), Qt::NoTextInteraction);
 }
 
+TEST_F(OnboardingViewTest, TheRingAroundAnErrorIsWhole) {
+    stage.removeSensor();
+    open();
+    view.activateWindow();
+    QLabel& message = text(view, missing);
+    message.setFocus();
+    QTest::keyClick(&message, Qt::Key_Right);
+    stage.settle();
+    const QImage picture = view.grab().toImage();
+    const QRect inside = place(message, view);
+    const QColor ring = Theme::current().colors().focus;
+    const QPoint middle = inside.center();
+    expectSimilar(colorAt(picture, {middle.x(), inside.top() - 2}), ring);
+    expectSimilar(colorAt(picture, {middle.x(), inside.bottom() + 3}), ring);
+    expectSimilar(colorAt(picture, {inside.left() - 2, middle.y()}), ring);
+    expectSimilar(colorAt(picture, {inside.right() + 3, middle.y()}), ring);
+}
+
 TEST_F(OnboardingViewTest, EverythingStandsInItsPlace) {
     open();
     stage.pass(0.6);

@@ -29,7 +29,11 @@ FocusRing::FocusRing(QWidget& control) : QWidget(&control), control(control) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     hide();
     qApp->installEventFilter(this);
-    connect(&control, &QObject::destroyed, this, &QObject::deleteLater);
+    connect(&control, &QObject::destroyed, this, [this] {
+        qApp->removeEventFilter(this);
+        hide();
+        deleteLater();
+    });
 }
 
 void FocusRing::surround(const QRectF& nextPart, double nextRadius) {
@@ -50,7 +54,7 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
         break;
     case QEvent::Move:
     case QEvent::Resize:
-        if (watched == &control) follow();
+        if (watched == &control || isAround(*watched)) follow();
         break;
     default:
         break;
@@ -60,22 +64,35 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
 
 bool FocusRing::isDue() const {
     const QWidget* focus = QApplication::focusWidget();
-    return keyboardIsInUse && focus && (focus == &control || control.isAncestorOf(focus));
+    return keyboardIsInUse && focus && (focus == &control || focus == control.focusProxy());
+}
+
+bool FocusRing::isAround(const QObject& object) const {
+    return object.isWidgetType() && static_cast<const QWidget&>(object).isAncestorOf(&control);
+}
+
+// What the ring lies in: the whole that scrolls with the control, or the window. A narrower parent would cut it off.
+QWidget& FocusRing::surroundings() const {
+    QWidget* whole = &control;
+    while (!whole->isWindow() && whole->parentWidget()) {
+        const QWidget* frame = whole->parentWidget()->parentWidget();
+        if (frame && frame->inherits("QAbstractScrollArea")) break;
+        whole = whole->parentWidget();
+    }
+    return *whole;
 }
 
 // In the coordinates of the parent.
 QRectF FocusRing::outline() const {
     const int margin = gap + thickness;
-    const QPoint origin = parentWidget() == &control ? QPoint() : control.pos();
     const QRectF inner = part.isNull() ? QRectF(control.rect()) : part;
+    const QPoint origin = control.mapTo(parentWidget(), QPoint());
     return inner.translated(origin).adjusted(-margin, -margin, margin, margin);
 }
 
-// The ring lies beside the control, so that it can be larger.
 void FocusRing::follow() {
     if (!isDue()) return hide();
-    QWidget* const surroundings = control.parentWidget() ? control.parentWidget() : &control;
-    if (parentWidget() != surroundings) setParent(surroundings);
+    if (parentWidget() != &surroundings()) setParent(&surroundings());
     setGeometry(outline().toAlignedRect());
     raise();
     show();

@@ -8,7 +8,7 @@ namespace quiverly {
 // from the press of a key to the next click.
 class FocusRing : public QWidget {
 public:
-    // Is visible while the control, or one inside it, has the focus.
+    // Is visible while the control, or the part of it that it hands its focus to, has the focus.
     explicit FocusRing(QWidget& control);
 
     // What to surround, in the coordinates of the control: all of it, until told otherwise.
@@ -19,6 +19,8 @@ private:
     void paintEvent(QPaintEvent* event) override;
 
     bool isDue() const;
+    bool isAround(const QObject& object) const;
+    QWidget& surroundings() const;
     QRectF outline() const;
     void follow();
 
