@@ -31,7 +31,8 @@ class ScreenReaderTest(SystemTest):
         press_key("space")
         self.reader.wait_for("Accelerometer device missing on this Mac.")
 
-    def test_it_speaks_every_step_of_the_hardware_check(self) -> None:
+    def test_it_tells_all_of_a_first_run_that_is_done_with_the_keyboard(self) -> None:
+        self.addCleanup(lambda: print("\n".join(self.reader.spoken())))
         self.start_laptop()
         self.start_application()
         self.reader.wait_for("Accelerometer detected")
@@ -41,6 +42,23 @@ class ScreenReaderTest(SystemTest):
         self.reader.wait_for("Motion check passed")
         press_key("Return")
         self.reader.wait_for("Press Start, then slap your MacBook.")
+        press_key("Right")
+        self.reader.wait_for("Halo")
+        press_key("Tab")
+        self.reader.wait_for("Sensitivity slider 0.12")
+        press_key("Right")
+        self.reader.wait_for("0.13")
+        press_key("Tab")
+        self.reader.wait_for("Start listening")
+        press_key("space")
+        self.reader.wait_for("Listening with Halo sounds. Slap away.")
+        self.slap_until_counted(self.application.counter().count + 1)
+        self.reader.wait_for("Slaps this session: ")
+        press_key("space")
+        self.reader.wait_for("Press Start, then slap your MacBook.")
+        self.laptop.quit()
+        press_key("space")
+        self.reader.wait_for("Accelerometer device missing on this Mac.")
 
 
 if __name__ == "__main__":
