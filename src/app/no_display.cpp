@@ -3,15 +3,24 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstring>
+#include <mutex>
+#include <vector>
 
 #include <QByteArray>
+#include <QString>
 #include <QtMessageHandler>
 
 namespace quiverly {
 
 namespace {
 
+struct Message {
+    QtMsgType type;
+    QString text;
+};
+
+std::mutex holding; // what follows; the toolkit has threads
+std::vector<Message> heldBack;
 QtMessageHandler usualHandler = nullptr;
 
 [[noreturn]] void sayThereIsNone() {
@@ -23,11 +32,11 @@ QtMessageHandler usualHandler = nullptr;
     ::_exit(1);
 }
 
-// The toolkit says in several lines what it tried, and then that all of it failed.
-void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+// The toolkit says in several lines what it tries, and then that all of it has failed.
+void handleMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
     if (type == QtFatalMsg) sayThereIsNone();
-    const bool isAboutDisplay = context.category && std::strncmp(context.category, "qt.qpa.", 7) == 0;
-    if (!isAboutDisplay && usualHandler) usualHandler(type, context, text);
+    const std::lock_guard lock(holding);
+    heldBack.push_back({type, text});
 }
 
 } // namespace
@@ -38,6 +47,9 @@ void endWithoutDisplay() {
 
 void displayIsThere() {
     qInstallMessageHandler(usualHandler);
+    const std::lock_guard lock(holding);
+    for (const Message& message : heldBack) qt_message_output(message.type, {}, message.text);
+    heldBack.clear();
 }
 
 } // namespace quiverly

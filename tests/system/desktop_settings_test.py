@@ -44,6 +44,8 @@ class DesktopSettingsTest(SystemTest):
         here = self.desktop.environment
         nowhere = {name: value for name, value in here.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
         self.expect_end(nowhere, "There is no display: neither WAYLAND_DISPLAY nor DISPLAY is set.")
+        wayland = nowhere | {"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": "wayland-4711"}
+        self.expect_end(wayland, 'The window cannot be opened on the display "wayland-4711".')
         self.expect_end(nowhere | {"DISPLAY": ":4711"}, 'The window cannot be opened on the display ":4711".')
 
     def expect_window(self, colour: str) -> None:
