@@ -79,6 +79,12 @@ void CommandLine::add(const std::string& name, const Take& take, const std::stri
     }
 }
 
+void CommandLine::addValues(const std::string& name, std::vector<std::string>& target, const std::string& description) {
+    parser->app.add_option(name, target, description)
+        ->type_name("")
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
 void CommandLine::addFlag(const std::string& name, bool& target, const std::string& description) {
     parser->app.add_flag(name, target, description);
 }

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <tl/expected.hpp>
 
@@ -39,6 +40,9 @@ public:
     template<class Target, class Parse>
     void addValue(const std::string& name, Target& target, Parse parse, const std::string& description,
                   const std::string& kind = "TEXT");
+
+    // Adds what may be given any number of times, or not at all, behind the arguments before it.
+    void addValues(const std::string& name, std::vector<std::string>& target, const std::string& description);
 
     // Adds an option without a value.
     void addFlag(const std::string& name, bool& target, const std::string& description);

@@ -84,6 +84,22 @@ TEST_F(CommandLineTest, AfterTwoDashesNothingIsAnOption) {
     expectUnusable({"a", "--", "--loud"}, "--loud");
 }
 
+TEST_F(CommandLineTest, OfAListOfArgumentsAllCountInTheirOrder) {
+    std::vector<std::string> more;
+    line.addValues("MORE", more, "more files");
+    ASSERT_TRUE(line.read(Arguments{"a", "c", "--loud", "b", "--", "--name"}));
+    EXPECT_EQ(file, "a");
+    EXPECT_EQ(more, (std::vector<std::string>{"c", "b", "--name"}));
+    EXPECT_TRUE(loud);
+}
+
+TEST_F(CommandLineTest, AListOfArgumentsMayBeEmpty) {
+    std::vector<std::string> more;
+    line.addValues("MORE", more, "more files");
+    ASSERT_TRUE(line.read(Arguments{"a"}));
+    EXPECT_TRUE(more.empty());
+}
+
 TEST_F(CommandLineTest, TellsWhyArgumentsCannotBeUsed) {
     expectUnusable({}, "FILE");
     expectUnusable({"a", "surplus"}, "surplus");
