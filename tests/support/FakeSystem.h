@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/linux/sensors/iio/Accelerometer.h"
 #include "support/Environment.h"
@@ -23,7 +24,7 @@ public:
     std::filesystem::path addDevice(int number, std::string_view driver,
                                     const std::filesystem::path& parent = "i2c/1-000f") const {
         const std::string name = "iio:device" + std::to_string(number);
-        const auto folder = addFolder("devices" / parent / name);
+        auto folder = addFolder("devices" / parent / name);
         addFolder(std::filesystem::path("bus/drivers") / driver);
         addFolder("bus/iio/devices");
         if (!is_symlink(folder.parent_path() / "driver")) {

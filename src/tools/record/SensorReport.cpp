@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 
 #include "identity.h"
 #include "laptop/transport.h"

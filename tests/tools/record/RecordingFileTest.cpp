@@ -6,8 +6,11 @@
 #include <sys/stat.h>
 
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <string>
+#include <variant>
+#include <vector>
 
 #include "support/Files.h"
 #include "support/TemporaryFolder.h"

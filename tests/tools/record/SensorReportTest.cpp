@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <initializer_list>
 #include <string>
+#include <utility>
 
 #include "support/FakeSystem.h"
 
@@ -80,7 +83,7 @@ TEST_F(SensorReportTest, EverySensorOfTheMachineIsRead) {
     system.addAccelerometer(0);
     system.set(system.addAccelerometer(1, "bmc150_accel_i2c", "i2c/1-0010") / "in_accel_scale", "broken");
     system.addAccelerometer(2, "st-accel-i2c", "i2c/1-0019");
-    const auto sensors = trySensors(system.path(), 500ms);
+    const auto sensors = trySensors(system.path(), 2s);
     ASSERT_EQ(sensors.size(), 3U);
     EXPECT_TRUE(sensors[0].isOffered());
     EXPECT_GT(sensors[0].readings, 0);

@@ -4,10 +4,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
 #include <string_view>
+#include <utility>
 
 #include "platform/linux/sensors/iio/DistinctRate.h"
 #include "platform/linux/sensors/iio/MeasuredRates.h"

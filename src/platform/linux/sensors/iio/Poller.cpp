@@ -4,12 +4,14 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cmath>
 #include <csignal>
 #include <cstdint>
 #include <ctime>
 #include <map>
+#include <memory>
 #include <utility>
 
 #include "laptop/transport.h"
