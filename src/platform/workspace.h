@@ -10,7 +10,7 @@ namespace quiverly::workspace {
 // it cannot be built.
 std::optional<std::string> sensorAccessPage();
 
-// Asks the desktop to show the page. Neither waits nor reports.
+// Asks the desktop to show the page, whose address begins with a scheme. Neither waits nor reports.
 void openURL(const std::string& url);
 
 } // namespace quiverly::workspace

@@ -146,7 +146,8 @@ void hid::unschedule(Device& device) {
     IOHIDDeviceUnscheduleFromRunLoop(device.reference.get(), CFRunLoopGetCurrent(), kCFRunLoopDefaultMode);
 }
 
-// A run loop with no source left, as when the device has gone, is finished at once.
+// A run loop on which nothing is scheduled is finished at once. A device that goes away most likely stays scheduled,
+// and the run loop then waits until the time is over.
 void hid::runLoop(double seconds) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     const bool finished = CFRunLoopRunInMode(kCFRunLoopDefaultMode, seconds, true) == kCFRunLoopRunFinished;

@@ -1,16 +1,18 @@
 #include "platform/thread.h"
 
-#include <future>
+#include <pthread.h>
+
+#include <string>
 #include <utility>
 
 #import <Foundation/Foundation.h>
 
-#include "platform/macos/foundation_text.h"
-
 namespace quiverly {
 
 struct Thread {
-    std::future<void> ended;
+    std::string name;
+    ThreadLoop loop;
+    pthread_t thread = {};
 };
 
 namespace {
@@ -31,24 +33,42 @@ void run(ThreadLoop loop) {
     }
 }
 
+// While the thread runs, the system neither puts the program to sleep for having no window in sight (App Nap) nor
+// defers its timers; the computer itself may sleep.
+void* runActively(void* argument) {
+    auto& thread = *static_cast<Thread*>(argument);
+    @autoreleasepool {
+        pthread_setname_np(thread.name.c_str());
+        const id<NSObject> activity =
+            [NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                                         reason:@"Listening to the motion sensor"];
+        run(std::exchange(thread.loop, {}));
+        [NSProcessInfo.processInfo endActivity:activity];
+    }
+    return nullptr;
+}
+
+bool create(Thread& thread, std::size_t stackSize) {
+    pthread_attr_t attributes;
+    if (pthread_attr_init(&attributes) != 0) return false;
+    const bool created = pthread_attr_setstacksize(&attributes, stackSize) == 0 &&
+                         pthread_create(&thread.thread, &attributes, runActively, &thread) == 0;
+    pthread_attr_destroy(&attributes);
+    return created;
+}
+
 } // namespace
 
+// Not an NSThread, which says neither that the system had no thread to give nor when it has ended.
 ThreadHandle startThread(const char* name, std::size_t stackSize, ThreadLoop loop) {
-    const auto body = std::make_shared<ThreadLoop>(std::move(loop));
-    const auto ended = std::make_shared<std::promise<void>>();
-    ThreadHandle handle(new Thread{ended->get_future()});
-    NSThread* const thread = [[NSThread alloc] initWithBlock:^{
-      run(std::exchange(*body, {}));
-      ended->set_value();
-    }];
-    thread.name = foundationText(name);
-    thread.stackSize = stackSize;
-    [thread start];
-    return handle;
+    auto thread = std::make_unique<Thread>();
+    thread->name = name;
+    thread->loop = std::move(loop);
+    return create(*thread, stackSize) ? ThreadHandle(thread.release()) : nullptr;
 }
 
 void JoinThread::operator()(Thread* thread) const noexcept {
-    thread->ended.wait();
+    pthread_join(thread->thread, nullptr);
     delete thread;
 }
 

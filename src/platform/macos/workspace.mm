@@ -13,7 +13,7 @@ std::optional<std::string> workspace::sensorAccessPage() {
 
 void workspace::openURL(const std::string& url) {
     NSURL* const page = [NSURL URLWithString:foundationText(url)];
-    if (page != nil) [NSWorkspace.sharedWorkspace openURL:page];
+    if (page.scheme != nil) [NSWorkspace.sharedWorkspace openURL:page];
 }
 
 } // namespace quiverly

@@ -8,6 +8,7 @@
 #include <IOKit/IOKitLib.h>
 #include <IOKit/hid/IOHIDDevice.h>
 #include <mach-o/dyld.h>
+#include <pthread.h>
 
 #ifdef __OBJC__
 #import <AVFoundation/AVFoundation.h>
@@ -86,30 +87,38 @@ static_assert(std::is_same_v<IOHIDReportCallback,
 // The dynamic loader
 static_assert(has<_NSGetExecutablePath, int(char*, std::uint32_t*)>);
 
+// Threads
+static_assert(std::is_same_v<decltype(pthread_setname_np("")), int>);
+
 #ifdef __OBJC__
 
 // Foundation, AppKit, AVFoundation: what each message that is sent answers. Never called.
 template<class Answer, class Expression>
 constexpr bool answers = std::is_same_v<std::remove_cvref_t<Expression>, Answer>;
 
-inline void messages(NSString* text, NSNumber* number, NSURL* url, id object, AVAudioPlayer* player, NSThread* thread) {
+inline void messages(NSString* text, NSNumber* number, NSURL* url, id object, AVAudioPlayer* player) {
     NSBundle* const bundle = NSBundle.mainBundle;
     NSUserDefaults* const defaults = NSUserDefaults.standardUserDefaults;
+    NSProcessInfo* const process = NSProcessInfo.processInfo;
+    constexpr NSActivityOptions listening = NSActivityUserInitiatedAllowingIdleSystemSleep;
     static_assert(answers<const char*, decltype(text.UTF8String)>);
     static_assert(answers<NSComparisonResult, decltype([text localizedStandardCompare:text])>);
     static_assert(NSOrderedAscending == -1 && NSUTF8StringEncoding == 4);
     static_assert(answers<double, decltype(number.doubleValue)>);
     static_assert(answers<BOOL, decltype([object isKindOfClass:NSNumber.class])>);
     static_assert(answers<const char*, decltype(url.fileSystemRepresentation)>);
+    static_assert(answers<NSString*, decltype(url.scheme)>);
+    static_assert(answers<NSURL*, decltype([NSURL URLWithString:text])>);
+    static_assert(answers<NSURL*, decltype(bundle.resourceURL)>);
     static_assert(answers<NSURL*, decltype([bundle URLForResource:text withExtension:text])>);
     static_assert(answers<NSArray<NSURL*>*, decltype([bundle URLsForResourcesWithExtension:text subdirectory:text])>);
     static_assert(answers<id, decltype([defaults objectForKey:text])>);
     static_assert(answers<NSString*, decltype([defaults stringForKey:text])>);
     static_assert(answers<void, decltype([defaults setObject:text forKey:text])>);
     static_assert(answers<void, decltype([defaults setDouble:0.0 forKey:text])>);
-    static_assert(answers<NSUInteger, decltype(thread.stackSize)>);
-    static_assert(answers<NSString*, decltype(thread.name)>);
-    static_assert(answers<void, decltype([thread start])>);
+    static_assert(answers<id<NSObject>, decltype([process beginActivityWithOptions:listening reason:text])>);
+    static_assert(answers<void, decltype([process endActivity:object])>);
+    static_assert(listening == 0x00EFFFFF);
     static_assert(answers<BOOL, decltype([NSWorkspace.sharedWorkspace openURL:url])>);
     static_assert(answers<float, decltype(player.volume)>);
     static_assert(answers<BOOL, decltype([player prepareToPlay])>);

@@ -10,12 +10,16 @@
 #include "platform/thread.h"
 #include "platform/workspace.h"
 #include "support/TemporaryFolder.h"
+#include "support/apple/AppleRuntime.h"
 #include "support/apple/AppleServices.h"
 
 namespace quiverly {
 namespace {
 
 using Calls = std::vector<std::string>;
+using Files = std::vector<std::filesystem::path>;
+
+constexpr char clipData[] = "ID3";
 
 // The macOS implementations of the ports that are Objective-C++.
 class ServicesTest : public testing::Test {
@@ -57,8 +61,16 @@ TEST_F(ServicesTest, TheClipsAreTheFilesOfThatExtensionInThatFolderOfTheBundle) 
     const auto clip = folder.addFile("audio/mp3/1.mp3");
     folder.addFile("audio/mp3/1.txt");
     EXPECT_EQ(bundle::files("mp3", "audio/mp3"), (std::vector{clip}));
-    EXPECT_EQ(bundle::files("ogg", "audio/mp3"), (std::vector<std::filesystem::path>{}));
+    EXPECT_EQ(bundle::files("ogg", "audio/mp3"), Files{});
+}
+
+// The bundle itself makes no difference between the two.
+TEST_F(ServicesTest, AMissingFolderIsNoListAndAnEmptyOneIsTheEmptyList) {
     EXPECT_EQ(bundle::files("mp3", "audio/pain"), std::nullopt);
+    folder.addFolder("audio/pain");
+    EXPECT_EQ(bundle::files("mp3", "audio/pain"), Files{});
+    folder.addFile("audio/halo");
+    EXPECT_EQ(bundle::files("mp3", "audio/halo"), std::nullopt);
 }
 
 TEST_F(ServicesTest, AResourceIsFoundByNameAndType) {
@@ -67,19 +79,23 @@ TEST_F(ServicesTest, AResourceIsFoundByNameAndType) {
     EXPECT_EQ(bundle::resource("AppIcon", "icns"), std::nullopt);
 }
 
-TEST_F(ServicesTest, ANamePrecedesTheOneThatFoundationPutsBehindIt) {
-    EXPECT_TRUE(bundle::precedes("2.mp3", "10.mp3"));
-    EXPECT_FALSE(bundle::precedes("10.mp3", "2.mp3"));
-    EXPECT_FALSE(bundle::precedes("2.mp3", "2.mp3"));
-}
-
 TEST_F(ServicesTest, APlayerReceivesTheCallsInOrder) {
-    const auto player = audio::create(folder.addFile("1.mp3"));
+    const auto player = audio::create(folder.addFile("1.mp3", clipData));
     ASSERT_NE(player, nullptr);
     audio::setVolume(*player, 0.5F);
     audio::prepareToPlay(*player);
     audio::play(*player);
     EXPECT_EQ(apple.calls, (Calls{"open 1.mp3", "volume 0.500000", "prepare", "play"}));
+}
+
+TEST_F(ServicesTest, APlayerIsKeptUntilItsHandleGoesWhichEndsItsSound) {
+    auto player = audio::create(folder.addFile("1.mp3", clipData));
+    void* const pool = objc_autoreleasePoolPush();
+    audio::play(*player);
+    objc_autoreleasePoolPop(pool);
+    EXPECT_EQ(apple.calls, (Calls{"open 1.mp3", "play"}));
+    player.reset();
+    EXPECT_EQ(apple.calls, (Calls{"open 1.mp3", "play", "silence"}));
 }
 
 TEST_F(ServicesTest, AFileThatCannotBeOpenedHasNoPlayer) {
@@ -91,22 +107,24 @@ TEST_F(ServicesTest, TheSettingsPageIsOpenedInTheWorkspace) {
     EXPECT_EQ(apple.calls, (Calls{"open x-apple.systempreferences:com.apple.preference.security?Privacy_ListenEvent"}));
 }
 
-TEST_F(ServicesTest, OnlyAddressesAreOpened) {
+TEST_F(ServicesTest, AnAddressWithoutASchemeIsNotOpened) {
     workspace::openURL("nowhere");
+    workspace::openURL("");
     EXPECT_EQ(apple.calls, Calls{});
 }
 
-TEST_F(ServicesTest, AThreadHasItsNameAndStackAndRunsItsLoopToTheEndWithAPoolForEachTurn) {
-    Calls steps;
-    const auto step = [&](const std::string& name) { steps.push_back(name + ' ' + std::to_string(apple.pools)); };
-    const auto turn = [&] {
-        step("turn");
-        return steps.size() < 3;
+TEST_F(ServicesTest, TheProgramIsKeptAwakeWhileAThreadRunsAndIsNotUnlessItDoes) {
+    const auto note = [&](const char* step) { apple.calls.emplace_back(step); };
+    const auto turn = [&, turns = 0]() mutable {
+        note("turn");
+        return ++turns < 2;
     };
-    startThread("sensor", 524288, {[&] { step("begin"); }, turn, [&] { step("end"); }}); // waited for at once
-    EXPECT_EQ(steps, (Calls{"begin 1", "turn 1", "turn 1", "end 1"}));
-    EXPECT_EQ(apple.calls, (Calls{"start sensor 524288"}));
-    EXPECT_EQ(apple.pools, 0);
+    startThread("sensor", 524288, {[&] { note("schedule"); }, turn, [&] { note("close"); }}); // waited for at once
+    EXPECT_EQ(apple.calls, (Calls{"begin Listening to the motion sensor", "schedule", "turn", "turn", "close",
+                                  "end Listening to the motion sensor", "join"}));
+    apple.calls.clear();
+    EXPECT_EQ(startThread("tiny", 1, {}), nullptr);
+    EXPECT_EQ(apple.calls, Calls{});
 }
 
 } // namespace

@@ -34,7 +34,7 @@ public:
     Fault failedLookupHasIterator = false;   // a lookup that fails gives out an iterator all the same
     Fault emptyLookupHasNoIterator = false;  // a lookup that finds nothing succeeds without an iterator
     Fault propertiesComeWithAnError = false; // the properties can be read, and the result says otherwise
-    Fault deviceIsGone = false;              // it is a source of no run loop any more
+    Fault deviceIsGone = false;              // it stays scheduled, reports nothing, and cannot be closed
     std::vector<std::uint8_t> delayedReport; // unless empty: reaches the callback after the device was unscheduled
     std::filesystem::path executable;        // by which the program is said to have been started
 

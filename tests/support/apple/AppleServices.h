@@ -12,6 +12,7 @@ namespace quiverly {
 
 // What is behind the stand-ins of Foundation, AVFoundation and AppKit: a machine with one user, and a note of what it
 // was asked to do. In force while it is alive; one at a time. Nothing of it is locked: look at it when no thread runs.
+// It holds an autorelease pool for the main thread; an object that outlives that ends the program with a message.
 struct AppleServices {
     AppleServices();
     ~AppleServices();
@@ -21,9 +22,12 @@ struct AppleServices {
     std::map<std::string, defaults::Object> defaults; // the user's
     std::filesystem::path resources;                  // folder of the main bundle's
     std::vector<std::string> calls;                   // of players, threads and the workspace, as in "volume 0.5"
-    int pools = 0;                                    // autorelease pools that are open
 
     static AppleServices& current();
+    static std::string& threadName(); // of the calling thread
+
+private:
+    void* pool;
 };
 
 } // namespace quiverly

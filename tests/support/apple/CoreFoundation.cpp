@@ -83,8 +83,6 @@ CFRunLoopRef CFRunLoopGetCurrent() {
 
 CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds, Boolean returnAfterSourceHandled) {
     AppleFrameworks::tell({mode->text, seconds, returnAfterSourceHandled != 0});
-    if (CFRunLoopGetCurrent()->sources == 0 || AppleFrameworks::occurs(&AppleFrameworks::deviceIsGone)) {
-        return kCFRunLoopRunFinished;
-    }
+    if (CFRunLoopGetCurrent()->sources == 0) return kCFRunLoopRunFinished;
     return VirtualPlatform::current().registry.runLoop(seconds) ? kCFRunLoopRunHandledSource : kCFRunLoopRunTimedOut;
 }

@@ -1,12 +1,13 @@
 #include <Foundation/Foundation.h>
 
-#include <cstdlib>
+#include <array>
+#include <charconv>
 #include <filesystem>
+#include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
-#include <Block.h>
+#include <unicode/coll.h>
 
 #include "support/apple/AppleServices.h"
 #include "support/apple/AppleState.h"
@@ -17,15 +18,15 @@ using quiverly::AppleServices;
 
 namespace fs = std::filesystem;
 
-extern "C" { // of the Objective-C runtime
-id class_createInstance(Class aClass, std::size_t extraBytes);
-Class class_getSuperclass(Class aClass);
+extern "C" {
+Class class_getSuperclass(Class aClass);                              // of the Objective-C runtime
+id apple_allocate(Class aClass) __attribute__((ns_returns_retained)); // of AppleRuntime
 }
 
 namespace {
 
 Class classOf(id object) {
-    return *static_cast<const Class*>(static_cast<const void*>(object)); // its first word
+    return (__bridge Class) * static_cast<void* const*>((__bridge const void*)object); // its first word
 }
 
 std::string textOf(NSString* string) {
@@ -44,7 +45,7 @@ NSURL* makeURL(const fs::path& file) {
 
 @implementation NSObject
 + (instancetype)alloc {
-    return class_createInstance(self, sizeof(Class));
+    return apple_allocate(self);
 }
 + (Class)class {
     return self;
@@ -57,20 +58,7 @@ NSURL* makeURL(const fs::path& file) {
     while (candidate != nil && candidate != aClass) candidate = class_getSuperclass(candidate);
     return candidate == aClass;
 }
-@end
-
-// What the compiler makes of @autoreleasepool without automatic reference counting.
-@interface NSAutoreleasePool : NSObject
-- (void)drain;
-@end
-
-@implementation NSAutoreleasePool
-- (instancetype)init {
-    ++AppleServices::current().pools;
-    return self;
-}
-- (void)drain {
-    --AppleServices::current().pools;
+- (void)dealloc {
 }
 @end
 
@@ -84,10 +72,12 @@ NSURL* makeURL(const fs::path& file) {
 - (nullable const char*)UTF8String {
     return stateOf<std::string>(self).c_str();
 }
-// Enough of it to tell which of the two names is asked about.
+// As file browsers order names, in English.
 - (NSComparisonResult)localizedStandardCompare:(NSString*)string {
-    const int difference = std::atoi(self.UTF8String) - std::atoi(string.UTF8String);
-    return difference < 0 ? NSOrderedAscending : difference > 0 ? NSOrderedDescending : NSOrderedSame;
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale::getEnglish(), status));
+    collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
+    return static_cast<NSComparisonResult>(collator->compareUTF8(self.UTF8String, string.UTF8String, status));
 }
 @end
 
@@ -97,7 +87,7 @@ NSURL* makeURL(const fs::path& file) {
 
 @implementation LiteralString
 - (nullable const char*)UTF8String {
-    return static_cast<const char* const*>(static_cast<const void*>(self))[1];
+    return static_cast<const char* const*>((__bridge const void*)self)[1];
 }
 @end
 
@@ -108,6 +98,9 @@ NSURL* makeURL(const fs::path& file) {
 @end
 
 @implementation NSArray
+- (void)dealloc {
+    stateOf<std::vector<id>>(self).clear();
+}
 - (NSUInteger)count {
     return stateOf<std::vector<id>>(self).size();
 }
@@ -117,17 +110,18 @@ NSURL* makeURL(const fs::path& file) {
     auto& elements = stateOf<std::vector<id>>(self);
     const bool isOver = state->state != 0;
     state->state = 1;
-    state->itemsPtr = elements.data();
+    state->itemsPtr = static_cast<id __unsafe_unretained*>(static_cast<void*>(elements.data()));
     state->mutationsPtr = &state->extra[0];
     return isOver ? 0 : elements.size();
 }
 @end
 
 @implementation NSURL
+// A text without a scheme is a relative address, and what no address may hold is escaped (since macOS 14): only the
+// empty text is none.
 + (nullable instancetype)URLWithString:(NSString*)URLString {
     const std::string text = textOf(URLString);
-    if (text.find(':') == std::string::npos) return nil;
-    return makeURL(text);
+    return text.empty() ? nil : makeURL(text);
 }
 + (NSURL*)fileURLWithFileSystemRepresentation:(const char*)path
                                   isDirectory:(BOOL)isDir
@@ -139,23 +133,32 @@ NSURL* makeURL(const fs::path& file) {
 - (const char*)fileSystemRepresentation {
     return stateOf<std::string>(self).c_str();
 }
+- (nullable NSString*)scheme {
+    const std::string& text = stateOf<std::string>(self);
+    const std::size_t colon = text.find(':');
+    return colon != std::string::npos ? makeString(text.substr(0, colon)) : nil;
+}
 @end
 
 @implementation NSBundle
 + (NSBundle*)mainBundle {
     return [NSBundle alloc];
 }
+- (nullable NSURL*)resourceURL {
+    return makeURL(AppleServices::current().resources);
+}
 - (nullable NSURL*)URLForResource:(nullable NSString*)name withExtension:(nullable NSString*)ext {
     const fs::path file = AppleServices::current().resources / (textOf(name) + '.' + textOf(ext));
     return fs::exists(file) ? makeURL(file) : nil;
 }
+// A folder that is missing has no files.
 - (nullable NSArray<NSURL*>*)URLsForResourcesWithExtension:(nullable NSString*)ext
                                               subdirectory:(nullable NSString*)subpath {
     const fs::path folder = AppleServices::current().resources / textOf(subpath);
-    if (!fs::exists(folder)) return nil;
     NSArray<NSURL*>* const urls = [NSArray alloc];
     auto& elements = stateOf<std::vector<id>>(urls);
-    for (const auto& entry : fs::directory_iterator(folder)) {
+    std::error_code missing;
+    for (const auto& entry : fs::directory_iterator(folder, missing)) {
         if (entry.path().extension() == '.' + textOf(ext)) elements.push_back(makeURL(entry.path()));
     }
     return urls;
@@ -181,8 +184,9 @@ NSURL* makeURL(const fs::path& file) {
 - (nullable NSString*)stringForKey:(NSString*)defaultName {
     const id object = [self objectForKey:defaultName];
     if ([object isKindOfClass:NSString.class]) return object;
-    if ([object isKindOfClass:NSNumber.class]) return makeString(std::to_string([object doubleValue]));
-    return nil;
+    if (![object isKindOfClass:NSNumber.class]) return nil;
+    std::array<char, 32> digits;
+    return makeString({digits.data(), std::to_chars(digits.begin(), digits.end(), [object doubleValue]).ptr});
 }
 - (void)setObject:(nullable id)value forKey:(NSString*)defaultName {
     AppleServices::current().defaults[textOf(defaultName)] = textOf(value);
@@ -192,40 +196,18 @@ NSURL* makeURL(const fs::path& file) {
 }
 @end
 
-namespace {
-
-struct ThreadState {
-    NSString* name;
-    NSUInteger stackSize;
-    void (^block)(void);
-};
-
-} // namespace
-
-@implementation NSThread
-- (instancetype)initWithBlock:(void (^)(void))block {
-    stateOf<ThreadState>(self).block = Block_copy(block);
-    return self;
+@implementation NSProcessInfo
++ (NSProcessInfo*)processInfo {
+    return [NSProcessInfo alloc];
 }
-- (nullable NSString*)name {
-    return stateOf<ThreadState>(self).name;
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason {
+    AppleServices::current().calls.push_back("begin " + textOf(reason));
+    NSObject* const activity = [NSObject alloc];
+    stateOf<std::string>(activity) = textOf(reason);
+    return static_cast<id>(activity);
 }
-- (void)setName:(nullable NSString*)name {
-    stateOf<ThreadState>(self).name = name;
-}
-- (NSUInteger)stackSize {
-    return stateOf<ThreadState>(self).stackSize;
-}
-- (void)setStackSize:(NSUInteger)stackSize {
-    stateOf<ThreadState>(self).stackSize = stackSize;
-}
-- (void)start {
-    const ThreadState& state = stateOf<ThreadState>(self);
-    AppleServices::current().calls.push_back("start " + textOf(state.name) + ' ' + std::to_string(state.stackSize));
-    std::thread([block = state.block] {
-        block();
-        Block_release(block);
-    }).detach();
+- (void)endActivity:(id<NSObject>)activity {
+    AppleServices::current().calls.push_back("end " + stateOf<std::string>(activity));
 }
 @end
 

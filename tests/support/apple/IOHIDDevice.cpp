@@ -57,7 +57,7 @@ IOReturn IOHIDDeviceOpen(IOHIDDeviceRef device, IOOptionBits options) {
 IOReturn IOHIDDeviceClose(IOHIDDeviceRef device, IOOptionBits options) {
     checkOptions(options);
     device->hardware.close();
-    return kIOReturnSuccess;
+    return AppleFrameworks::occurs(&AppleFrameworks::deviceIsGone) ? kIOReturnNoDevice : kIOReturnSuccess;
 }
 
 void IOHIDDeviceRegisterInputReportCallback(IOHIDDeviceRef device, std::uint8_t* report, CFIndex reportLength,

@@ -1,6 +1,7 @@
 #pragma once
 
-// The part of Foundation that Quiverly uses, declared after Apple's published documentation.
+// The part of Foundation that Quiverly uses, declared after Apple's published documentation. Classes adopt no
+// protocols, whose layout GNU's runtime does not know.
 
 #include <CoreFoundation/CoreFoundation.h>
 
@@ -27,10 +28,12 @@ NS_ASSUME_NONNULL_BEGIN
 @end
 
 __attribute__((objc_root_class))
-@interface NSObject<NSObject>
+@interface NSObject
+- (BOOL)isKindOfClass:(Class)aClass;
 + (instancetype)alloc;
 + (Class)class;
 - (instancetype)init;
+- (void)dealloc;
 @end
 
 typedef struct {
@@ -39,12 +42,6 @@ typedef struct {
     unsigned long* _Nullable mutationsPtr;
     unsigned long extra[5];
 } NSFastEnumerationState;
-
-@protocol NSFastEnumeration
-- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
-                                  objects:(id __unsafe_unretained _Nullable[_Nonnull])buffer
-                                    count:(NSUInteger)len;
-@end
 
 typedef enum __attribute__((enum_extensibility(closed))) NSComparisonResult : NSInteger {
     NSOrderedAscending = -1L,
@@ -65,12 +62,16 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 @property(readonly) double doubleValue;
 @end
 
-@interface NSArray<__covariant ObjectType> : NSObject <NSFastEnumeration>
+@interface NSArray<__covariant ObjectType> : NSObject
 @property(readonly) NSUInteger count;
+- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
+                                  objects:(id __unsafe_unretained _Nullable[_Nonnull])buffer
+                                    count:(NSUInteger)len;
 @end
 
 @interface NSURL : NSObject
 @property(readonly) const char* fileSystemRepresentation NS_RETURNS_INNER_POINTER;
+@property(nullable, readonly, copy) NSString* scheme;
 + (nullable instancetype)URLWithString:(NSString*)URLString;
 + (NSURL*)fileURLWithFileSystemRepresentation:(const char*)path
                                   isDirectory:(BOOL)isDir
@@ -79,6 +80,7 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 
 @interface NSBundle : NSObject
 @property(class, readonly, strong) NSBundle* mainBundle;
+@property(nullable, readonly, copy) NSURL* resourceURL;
 - (nullable NSURL*)URLForResource:(nullable NSString*)name withExtension:(nullable NSString*)ext;
 - (nullable NSArray<NSURL*>*)URLsForResourcesWithExtension:(nullable NSString*)ext
                                               subdirectory:(nullable NSString*)subpath;
@@ -92,11 +94,14 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 - (void)setDouble:(double)value forKey:(NSString*)defaultName;
 @end
 
-@interface NSThread : NSObject
-@property(nullable, copy) NSString* name;
-@property NSUInteger stackSize;
-- (instancetype)initWithBlock:(void (^)(void))block;
-- (void)start;
+typedef enum NSActivityOptions : uint64_t {
+    NSActivityUserInitiatedAllowingIdleSystemSleep = 0x00EFFFFFULL
+} NSActivityOptions;
+
+@interface NSProcessInfo : NSObject
+@property(class, readonly, strong) NSProcessInfo* processInfo;
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason;
+- (void)endActivity:(id<NSObject>)activity;
 @end
 
 NS_ASSUME_NONNULL_END
