@@ -4,7 +4,8 @@
 #include <memory>
 
 // Players of one sound file each. Main thread; no operation waits for the sound system, and none reports a failure
-// later than create(): what cannot be heard is silent.
+// later than create(): what cannot be heard is silent. On macOS the system's player may wait in prepareToPlay() and
+// play() for an output that sleeps, such as a Bluetooth loudspeaker.
 namespace quiverly::audio {
 
 struct Player;

@@ -11,7 +11,7 @@
 // opened, given a buffer for its input reports, and scheduled on the run loop of the thread that wants them. Each
 // Handle owns what it points to and gives it back when it dies, so nothing is released by hand. The lookup belongs to
 // the main thread; scheduling, running, unscheduling and closing belong to one sensor thread. No operation here waits
-// longer than about a quarter of a second.
+// longer than about a quarter of a second, but open() on a system that asks its user first.
 namespace quiverly::hid {
 
 // Result of opening a device: 0, or one of the system's own negative codes, of which these four are known by name.
@@ -66,7 +66,7 @@ void setProperty(Service& service, const char* key, std::int32_t value);
 Handle<Device> createDevice(const Service& service);
 
 // Opens without seizing: other programs may read the same device. What was opened must be closed before its handle
-// dies.
+// dies. macOS may ask the user for permission and keep the caller waiting until there is an answer, without limit.
 ReturnCode open(Device& device);
 void close(Device& device);
 

@@ -25,7 +25,8 @@ struct JoinThread {
 using ThreadHandle = std::unique_ptr<Thread, JoinThread>;
 
 // Starts the loop on a new thread of that name, with that stack in bytes. A platform whose thread names are shorter
-// cuts the name. Null when the system has no thread to give.
+// cuts the name; one that slows programs out of sight does not slow this one while the thread runs. Null when the
+// system has no thread to give.
 ThreadHandle startThread(const char* name, std::size_t stackSize, ThreadLoop loop);
 
 } // namespace quiverly
