@@ -49,6 +49,14 @@ void BonkoApp::show() {
     window.activateWindow();
 }
 
+void BonkoApp::minimize() {
+    if (window.isVisible()) window.showMinimized();
+}
+
+void BonkoApp::close() {
+    window.close();
+}
+
 void BonkoApp::closeOn(const QKeySequence& keys) {
     QObject::connect(new QShortcut(keys, &window), &QShortcut::activated, &window, &QWidget::close);
 }

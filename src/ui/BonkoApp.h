@@ -15,7 +15,9 @@ public:
     BonkoApp();
     ~BonkoApp();
 
-    void show(); // opens the window, or brings it to the front
+    void show();     // opens the window, or brings it to the front
+    void minimize(); // the window, if it is open
+    void close();    // the window
 
     void closeOn(const QKeySequence& keys); // has these keys close the window
 

@@ -13,6 +13,7 @@
 #ifdef __OBJC__
 #import <AVFoundation/AVFoundation.h>
 #import <AppKit/AppKit.h>
+#import <CoreServices/CoreServices.h>
 #import <Foundation/Foundation.h>
 #endif
 
@@ -110,6 +111,8 @@ inline void messages(NSString* text, NSNumber* number, NSURL* url, id object, AV
     static_assert(answers<NSString*, decltype(url.scheme)>);
     static_assert(answers<NSURL*, decltype([NSURL URLWithString:text])>);
     static_assert(answers<NSURL*, decltype(bundle.resourceURL)>);
+    static_assert(answers<NSAppleEventManager*, decltype(NSAppleEventManager.sharedAppleEventManager)>);
+    static_assert(kCoreEventClass == 0x61657674 && kAEReopenApplication == 0x72617070); // 'aevt', 'rapp'
     static_assert(answers<NSURL*, decltype([bundle URLForResource:text withExtension:text])>);
     static_assert(answers<NSArray<NSURL*>*, decltype([bundle URLsForResourcesWithExtension:text subdirectory:text])>);
     static_assert(answers<id, decltype([defaults objectForKey:text])>);

@@ -161,6 +161,29 @@ class Cask(unittest.TestCase):
         self.assertNotRegex(description, r"^(An?|The|Quiverly)\b|\.$")
 
 
+# What otool -L and otool -l say of a program.
+LIBRARIES = """{file}:
+\t@executable_path/../Frameworks/QtCore.framework/Versions/A/QtCore (compatibility version 6.0.0, current version 6.8.2)
+\t/System/Library/Frameworks/AppKit.framework/Versions/C/AppKit (compatibility version 45.0.0, current version 2487.0.0)
+\t/usr/lib/libSystem.B.dylib (compatibility version 1.0.0, current version 1345.0.0)
+"""
+COMMANDS = """{file}:
+Load command 9
+      cmd LC_BUILD_VERSION
+  cmdsize 32
+ platform 1
+    minos 14.0
+      sdk 15.2
+   ntools 1
+     tool 3
+  version 1115.7.3
+Load command 19
+          cmd LC_RPATH
+      cmdsize 48
+         path @executable_path/../Frameworks (offset 12)
+"""
+
+
 class Scripts(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -171,12 +194,25 @@ class Scripts(unittest.TestCase):
                         "MacOS/Quiverly"):
             file = self.application / "Contents" / library
             file.parent.mkdir(parents=True, exist_ok=True)
-            file.touch()
+            file.write_bytes(b"\xcf\xfa\xed\xfe")
+        (self.application / "Contents/MacOS/notes.txt").write_text("not code")
+        self.describe("libpcre.dylib")
+
+    def describe(self, name, libraries=LIBRARIES, commands=COMMANDS):
+        """Has otool say that of the file of that name, and what is in order of every other."""
+        tools = self.folder / "tools"
+        for kind, text in (("L", LIBRARIES), ("l", COMMANDS), (f"L-{name}", libraries), (f"l-{name}", commands)):
+            tools.mkdir(exist_ok=True)
+            (tools / f"otool{kind}.txt").write_text(text)
+        put_tool(tools, "otool", 'of=${0%/*}/otool${1#-}', '[ ! -e "$of-${2##*/}.txt" ] || of=$of-${2##*/}',
+                 'cat "$of.txt"')
+        put_tool(tools, "plutil", "echo 14.0")
 
     def run_script(self, name, *arguments, failing=None, **answers):
         """The calls that the script makes of tools that only a Mac has, and its exit status."""
         tools = self.folder / "tools"
-        for tool in ("brew", "cmake", "codesign", "ctest", "hdiutil", "macdeployqt", "spctl", "xcrun"):
+        for tool in ("brew", "cmake", "codesign", "ctest", "ditto", "hdiutil", "install_name_tool", "macdeployqt", "spctl",
+                     "xcrun"):
             put_tool(tools, tool,
                      '{ printf %s "${0##*/}"; printf " %s" "$@"; '
                      'echo "${HOMEBREW_NO_INSTALL_UPGRADE:+ without upgrades}"; } >>"$CALLS"',
@@ -188,15 +224,16 @@ class Scripts(unittest.TestCase):
         calls = self.folder / "calls"
         calls.write_text("")
         script = subprocess.run([PACKAGING / name, *map(str, arguments)], env=with_tools(tools, CALLS=str(calls)),
-                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)
+                                capture_output=True, text=True, check=False)
+        self.said = script.stderr
         return calls.read_text().replace(str(self.folder) + "/", "").splitlines(), script.returncode
 
     def test_each_says_that_it_has_not_been_run_on_a_mac(self):
-        for name in ("sign", "make-dmg", "notarize", "quiverly.rb.in"):
+        for name in ("sign", "check-bundle", "make-dmg", "notarize", "quiverly.rb.in"):
             self.assertRegex((PACKAGING / name).read_text().replace("\n# ", " "), "Not yet run on a Mac")
 
     def test_called_wrongly_they_touch_nothing(self):
-        for name in ("sign", "make-dmg", "notarize", "make-icns"):
+        for name in ("sign", "check-bundle", "make-dmg", "notarize", "make-icns"):
             self.assertEqual(self.run_script(name), ([], 2))
 
     def test_signing_for_others_hardens_from_the_inside_out(self):
@@ -216,6 +253,51 @@ class Scripts(unittest.TestCase):
         self.assertTrue(all("runtime" not in call for call in calls))
         self.assertTrue(calls[-2].startswith("codesign --force --sign - --entitlements "))
 
+    def test_what_macdeployqt_calls_an_error_is_one(self):
+        for answers in ({"macdeployqt": "ERROR: no file at /opt/homebrew/lib/QtSvg"}, {"failing": "macdeployqt"}):
+            calls, status = self.run_script("sign", self.application, **answers)
+            self.assertEqual((len(calls), status), (1, 1))
+            self.assertIn("macdeployqt reported errors", self.said)
+        self.assertEqual(self.run_script("sign", self.application, macdeployqt="WARNING: no plugin")[1], 0)
+
+    def test_folders_of_libraries_of_this_mac_are_taken_out_before_the_check(self):
+        rpath = COMMANDS.replace("@executable_path/../Frameworks", "/opt/homebrew/lib with spaces")
+        self.describe("Quiverly", commands=COMMANDS + rpath)
+        calls, status = self.run_script("sign", self.application)
+        self.assertEqual(calls[1], "install_name_tool -delete_rpath /opt/homebrew/lib with spaces "
+                         "Quiverly.app/Contents/MacOS/Quiverly")
+        self.assertEqual((len(calls), status), (2, 1))  # it is still there
+        self.assertIn("MacOS/Quiverly looks for libraries in /opt/homebrew/lib with spaces", self.said)
+
+    def test_a_bundle_that_needs_nothing_but_the_system_passes(self):
+        self.assertEqual(self.run_script("check-bundle", self.application), ([], 0))
+        self.assertEqual(self.said, "")
+
+    def test_a_library_outside_the_bundle_and_the_system_does_not_pass(self):
+        for outside in ("/opt/homebrew/opt/pcre2/lib/libpcre2-16.0.dylib", "/usr/local/lib/a b.dylib", "libz.dylib"):
+            self.describe("libmac.dylib", LIBRARIES + f"\t{outside} (compatibility version 1.0.0, current version 1.0.0)\n")
+            self.assertEqual(self.run_script("check-bundle", self.application), ([], 1))
+            self.assertIn(f"PlugIns/styles/libmac.dylib needs {outside}\n", self.said)
+
+    def test_a_library_for_a_newer_macos_than_claimed_does_not_pass(self):
+        for version, status in (("13.5", 0), ("14.0", 0), ("14.0.0", 0), ("14.0.1", 1), ("14.1", 1), ("26.0", 1)):
+            self.describe("QtCore", commands=COMMANDS.replace("14.0", version))
+            self.assertEqual(self.run_script("check-bundle", self.application), ([], status), version)
+            self.assertEqual(f"needs macOS {version}" in self.said, bool(status))
+        old = "      cmd LC_VERSION_MIN_MACOSX\n  cmdsize 16\n  version 15.0\n      sdk 15.2\n"
+        self.describe("QtCore", commands=old)
+        self.assertEqual(self.run_script("check-bundle", self.application)[1], 1)
+
+    def test_code_that_says_nothing_and_a_bundle_without_code_do_not_pass(self):
+        self.describe("libpcre.dylib", commands="")
+        self.assertEqual(self.run_script("check-bundle", self.application)[1], 1)
+        self.assertIn("Frameworks/libpcre.dylib does not say for which macOS it is", self.said)
+        for file in (self.application / "Contents").rglob("*"):
+            if file.is_file():
+                file.unlink()
+        self.assertEqual(self.run_script("check-bundle", self.application)[1], 1)
+        self.assertIn("has no code", self.said)
+
     def test_what_cannot_be_signed_is_not_packed(self):
         calls, status = self.run_script("make-dmg", self.application, "Quiverly.dmg", failing="codesign")
         self.assertNotEqual(status, 0)
@@ -224,17 +306,29 @@ class Scripts(unittest.TestCase):
     def test_disk_image_holds_the_application_and_the_link_to_drag_it_to(self):
         calls, status = self.run_script("make-dmg", self.application, "Quiverly.dmg", "IDENTITY")
         self.assertEqual(status, 0)
-        self.assertRegex(calls[1], "^hdiutil create -volname Quiverly -srcfolder .+ -format UDZO -ov Quiverly.dmg$")
-        self.assertEqual(calls[2:5], ["/Applications", "Applications", "Quiverly.app"])
+        self.assertRegex(calls[1], "^ditto Quiverly.app .+/Quiverly.app$")
+        self.assertRegex(calls[2], "^hdiutil create -volname Quiverly -srcfolder .+ -format UDZO -ov Quiverly.dmg$")
+        self.assertEqual(calls[3:5], ["/Applications", "Applications"])
         self.assertEqual(calls[5], "codesign --sign IDENTITY --timestamp Quiverly.dmg")
 
-    def test_notarization_staples_what_was_accepted(self):
+    def test_notarization_staples_the_image_that_was_accepted(self):
         calls, status = self.run_script("notarize", "Quiverly.dmg", "PROFILE")
-        self.assertEqual(status, 0)
-        self.assertEqual([call.split()[:3] for call in calls], [
-            ["xcrun", "notarytool", "submit"], ["xcrun", "stapler", "staple"], ["xcrun", "stapler", "validate"],
-            ["spctl", "--assess", "--type"]])
+        self.assertEqual((calls, status), ([
+            "xcrun notarytool submit Quiverly.dmg --keychain-profile PROFILE --wait",
+            "xcrun stapler staple Quiverly.dmg", "xcrun stapler validate Quiverly.dmg",
+            "spctl --assess --type open --context context:primary-signature --verbose Quiverly.dmg"], 0))
         self.assertEqual(len(self.run_script("notarize", "Quiverly.dmg", "PROFILE", failing="xcrun")[0]), 1)
+
+    def test_notarization_staples_the_application_that_was_accepted_as_an_archive(self):
+        calls, status = self.run_script("notarize", self.application, "PROFILE")
+        self.assertEqual(status, 0)
+        archive = calls[0].split()[-1]
+        self.assertEqual(calls, [
+            f"ditto -c -k --keepParent Quiverly.app {archive}",
+            f"xcrun notarytool submit {archive} --keychain-profile PROFILE --wait",
+            "xcrun stapler staple Quiverly.app", "xcrun stapler validate Quiverly.app",
+            "spctl --assess --type execute --verbose Quiverly.app"])
+        self.assertFalse(pathlib.Path(archive).exists())
 
 
 class TestsOnAMac(unittest.TestCase):

@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/defaults.h"
@@ -22,6 +24,8 @@ struct AppleServices {
     std::map<std::string, defaults::Object> defaults; // the user's
     std::filesystem::path resources;                  // folder of the main bundle's
     std::vector<std::string> calls;                   // of players, threads and the workspace, as in "volume 0.5"
+
+    std::map<std::pair<unsigned, unsigned>, std::function<void()>> eventHandlers; // by class and ID of Apple events
 
     static AppleServices& current();
     static std::string& threadName(); // of the calling thread

@@ -19,6 +19,7 @@ using quiverly::AppleServices;
 namespace fs = std::filesystem;
 
 extern "C" {
+void (*objc_msg_lookup(id receiver, SEL selector))();
 Class class_getSuperclass(Class aClass);                              // of the Objective-C runtime
 id apple_allocate(Class aClass) __attribute__((ns_returns_retained)); // of AppleRuntime
 }
@@ -208,6 +209,34 @@ NSURL* makeURL(const fs::path& file) {
 }
 - (void)endActivity:(id<NSObject>)activity {
     AppleServices::current().calls.push_back("end " + stateOf<std::string>(activity));
+}
+@end
+
+@implementation NSAppleEventDescriptor
++ (NSAppleEventDescriptor*)nullDescriptor {
+    return [NSAppleEventDescriptor alloc];
+}
+@end
+
+// Handlers are called as if they came from the Finder. They are not retained.
+@implementation NSAppleEventManager
++ (NSAppleEventManager*)sharedAppleEventManager {
+    return [NSAppleEventManager alloc];
+}
+- (void)setEventHandler:(id)handler
+            andSelector:(SEL)handleEventSelector
+          forEventClass:(AEEventClass)eventClass
+             andEventID:(AEEventID)eventID {
+    __unsafe_unretained const id receiver = handler;
+    AppleServices::current().eventHandlers[{eventClass, eventID}] = [receiver, handleEventSelector] {
+        using Method = void (*)(id, SEL, NSAppleEventDescriptor*, NSAppleEventDescriptor*);
+        NSAppleEventDescriptor* const event = NSAppleEventDescriptor.nullDescriptor;
+        reinterpret_cast<Method>(objc_msg_lookup(receiver, handleEventSelector))(receiver, handleEventSelector, event,
+                                                                                 event);
+    };
+}
+- (void)removeEventHandlerForEventClass:(AEEventClass)eventClass andEventID:(AEEventID)eventID {
+    AppleServices::current().eventHandlers.erase({eventClass, eventID});
 }
 @end
 

@@ -4,6 +4,7 @@
 // protocols, whose layout GNU's runtime does not know.
 
 #include <CoreFoundation/CoreFoundation.h>
+#include <CoreServices/CoreServices.h>
 
 #define NS_ASSUME_NONNULL_BEGIN _Pragma("clang assume_nonnull begin")
 #define NS_ASSUME_NONNULL_END _Pragma("clang assume_nonnull end")
@@ -102,6 +103,19 @@ typedef enum NSActivityOptions : uint64_t {
 @property(class, readonly, strong) NSProcessInfo* processInfo;
 - (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason;
 - (void)endActivity:(id<NSObject>)activity;
+@end
+
+@interface NSAppleEventDescriptor : NSObject
++ (NSAppleEventDescriptor*)nullDescriptor;
+@end
+
+@interface NSAppleEventManager : NSObject
++ (NSAppleEventManager*)sharedAppleEventManager;
+- (void)setEventHandler:(id)handler
+            andSelector:(SEL)handleEventSelector
+          forEventClass:(AEEventClass)eventClass
+             andEventID:(AEEventID)eventID;
+- (void)removeEventHandlerForEventClass:(AEEventClass)eventClass andEventID:(AEEventID)eventID;
 @end
 
 NS_ASSUME_NONNULL_END
