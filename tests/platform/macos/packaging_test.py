@@ -46,7 +46,7 @@ def setUpModule():
     put_tool(tools, "brew", 'echo "Homebrew asked for: $*"')
     subprocess.run(
         ["cmake", "-S", SOURCE, "-B", BUILD, "-G", "Ninja", "--fresh", "-Wno-dev",
-         "-D", "CMAKE_EXPORT_COMPILE_COMMANDS=ON",
+         "-D", "CMAKE_EXPORT_COMPILE_COMMANDS=ON", "-D", "BUILD_TESTING=ON",
          "-D", f"CMAKE_TOOLCHAIN_FILE={CROSS / 'toolchain.cmake'}",
          "-D", f"CMAKE_PROJECT_TOP_LEVEL_INCLUDES={CROSS / 'packages.cmake'}"],
         env=with_tools(tools), check=True, stdout=subprocess.DEVNULL)
