@@ -21,7 +21,7 @@ double loudnessOf(TestSound sound) {
     ebur128_state* const made = ebur128_init(2, 48000, EBUR128_MODE_M);
     const auto release = [](ebur128_state* state) { ebur128_destroy(&state); };
     const std::unique_ptr<ebur128_state, decltype(release)> meter(made, release);
-    sound.samples.resize(sound.samples.size() + 2 * 19200);
+    sound.samples.resize(sound.samples.size() + 2 * std::size_t{19200});
     double greatest = -HUGE_VAL;
     for (std::size_t at = 0; at + 960 <= sound.samples.size(); at += 960) {
         ebur128_add_frames_float(meter.get(), &sound.samples[at], 480);
