@@ -243,7 +243,8 @@ TEST(ClipsTest, LengthLoudnessAndRoughnessRiseFromThirdToThirdOfAnEscalatingPack
     for (const PackRecipe& recipe : escalatingPacks()) {
         std::vector<Strength> strengths;
         for (const CommittedClip& clip : clipsOf(recipe)) strengths.push_back(strengthOf(clip.sound));
-        const auto rises = [&](double Strength::*part) {
+        using Part = double Strength::*;
+        const auto rises = [&](Part part) {
             const auto meanOfThird = [&](std::size_t third) {
                 const std::size_t first = third * strengths.size() / 3;
                 const std::size_t last = (third + 1) * strengths.size() / 3;
