@@ -246,7 +246,7 @@ tl::expected<Stereo, std::string> offendedGentleman(RandomNumbers& random) {
                    .after = 0.1};
     const auto words = spoken("How dare you, sir!", {.wordsPerMinute = 190, .pitch = 42, .range = 190});
     if (!words) return tl::unexpected(words.error());
-    return Stage().play(cried(hurt, random)).play(*words, 0.5, 0.8).in(room::parlour);
+    return Stage().play(cried(hurt, random)).play(*words, 0.43, 0.8).in(room::parlour);
 }
 
 Stereo aiee(RandomNumbers& random) {
