@@ -63,7 +63,7 @@ const Glottis& glottisFor(double rd) {
         return solved;
     }();
     const double place = std::clamp((rd - leastRd) / stepOfRd, 0.0, static_cast<double>(all.size() - 1));
-    return all[static_cast<std::size_t>(place + 0.5)];
+    return all[static_cast<std::size_t>(std::floor(place + 0.5))];
 }
 
 } // namespace quiverly::clips
