@@ -73,6 +73,11 @@ std::error_code linkOrCopy(const fs::path& from, const fs::path& to) {
     return error;
 }
 
+// Whether it has the name of a clip that was made here: a number.
+bool isMadeHere(const fs::path& file) {
+    return file.extension() == ".mp3" && file.stem().string().find_first_not_of("0123456789") == std::string::npos;
+}
+
 } // namespace
 
 UserPack::UserPack(fs::path folder, Order precedes)
@@ -96,6 +101,19 @@ std::vector<fs::path> UserPack::clips() const {
     return found;
 }
 
+// What is neither kept nor made here would be lost.
+Outcome UserPack::checkForOthers(const std::vector<fs::path>& kept) const {
+    std::error_code unreadable;
+    for (fs::directory_iterator entry(place, unreadable), end; entry != end; entry.increment(unreadable)) {
+        const fs::path& file = entry->path();
+        const bool isHidden = file.filename().string().starts_with('.');
+        if (isHidden || isMadeHere(file) || std::ranges::find(kept, file) != kept.end()) continue;
+        return tl::unexpected(file.string() + ": This is not a clip of quiverly-import and would be lost. Move it "
+                                              "elsewhere first.");
+    }
+    return {};
+}
+
 Outcome UserPack::replace(const std::vector<fs::path>& sounds) {
     return change({}, sounds);
 }
@@ -117,6 +135,7 @@ Outcome UserPack::change(const std::vector<fs::path>& kept, const std::vector<fs
     const Lock lock(place.parent_path());
     if (auto locked = lock.outcome(place.parent_path()); !locked) return locked;
 
+    if (auto checked = checkForOthers(kept); !checked) return checked;
     fs::remove_all(stage, error); // of an import that was interrupted
     if (!error) fs::create_directory(stage, error);
     if (error) return failure(stage, error);
@@ -143,6 +162,7 @@ Outcome UserPack::remove() {
     }
     const Lock lock(place.parent_path());
     if (auto locked = lock.outcome(place.parent_path()); !locked) return locked;
+    if (auto checked = checkForOthers({}); !checked) return checked;
     fs::remove_all(stage, error);
     if (std::rename(place.c_str(), stage.c_str()) != 0) return failure(place, errno);
     fs::remove_all(stage, error);

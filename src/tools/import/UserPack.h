@@ -12,7 +12,8 @@ namespace quiverly {
 
 // The user's own clips of one pack: a folder of MP3s beside those of the other packs, which replaces the clips that
 // came with the program. Changes are made beside the folder, which then is exchanged in one step, so that a change that
-// fails or is interrupted leaves the old clips. Reasons for failures are sentences for the user.
+// fails or is interrupted leaves the old clips. A change that would lose a file with another name than those of the
+// clips made here fails; hidden files do not count. Reasons for failures are sentences for the user.
 class UserPack {
 public:
     // The order in which clips play, by file name.
@@ -30,10 +31,11 @@ public:
     tl::expected<void, std::string> replace(const std::vector<std::filesystem::path>& sounds);
     tl::expected<void, std::string> append(const std::vector<std::filesystem::path>& sounds);
 
-    // Removes the folder with all that it holds.
+    // Removes the folder.
     tl::expected<void, std::string> remove();
 
 private:
+    tl::expected<void, std::string> checkForOthers(const std::vector<std::filesystem::path>& kept) const;
     tl::expected<void, std::string> change(const std::vector<std::filesystem::path>& kept,
                                            const std::vector<std::filesystem::path>& sounds);
 

@@ -70,6 +70,23 @@ TEST_F(UserPackTest, ReplacingLeavesNothingOfTheOldClips) {
     EXPECT_EQ(besideThePack(), Names{"pain"});
 }
 
+TEST_F(UserPackTest, WhatTheUserHasPutIntoTheFolderIsNotLost) {
+    const fs::path original = sound("a.wav", 0.4);
+    for (const char* const name : {"ouch.mp3", "1.wav", "1a.mp3", "notes.txt"}) {
+        ASSERT_TRUE(pack.replace({original}));
+        const fs::path own = folder.addFile(std::string("audio/pain/") + name, "mine");
+        const std::string refusal =
+            own.string() + ": This is not a clip of quiverly-import and would be lost. Move it elsewhere first.";
+        EXPECT_EQ(pack.replace({original}).error(), refusal);
+        EXPECT_EQ(pack.remove().error(), refusal);
+        if (own.extension() != ".mp3") EXPECT_EQ(pack.append({original}).error(), refusal);
+        EXPECT_EQ(bytesOf(own), "mine");
+        fs::remove(own);
+    }
+    folder.addFile("audio/pain/.directory", "of a file manager");
+    EXPECT_TRUE(pack.remove());
+}
+
 TEST_F(UserPackTest, AppendedSoundsFollowTheClipsThatAreThereInTheOrderInWhichThosePlay) {
     ASSERT_TRUE(pack.replace({sound("a.wav", 0.4)}));
     fs::rename(place / "1.mp3", place / "second.mp3");
