@@ -156,6 +156,7 @@ TEST(ClipsTest, TheNaturalOrderOfTheFilesIsTheOrderOfTheRecipes) {
             return bundle::precedes(a.filename().string(), b.filename().string());
         });
         std::vector<fs::path> expected;
+        expected.reserve(recipe.clips.size());
         for (std::size_t index = 0; index < recipe.clips.size(); ++index) {
             expected.push_back(audio / recipe.fileOf(index));
         }

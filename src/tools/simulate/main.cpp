@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <exception>
 #include <iostream>
 #include <span>
 #include <string>
@@ -65,6 +66,11 @@ ExitStatus simulate(Simulator::Options options) {
 } // namespace quiverly
 
 int main(int argc, char** argv) {
-    auto options = quiverly::parseOptions(std::span(argv, static_cast<std::size_t>(argc)).subspan(1));
-    return options ? quiverly::simulate(*std::move(options)) : options.error().print();
+    try {
+        auto options = quiverly::parseOptions(std::span(argv, static_cast<std::size_t>(argc)).subspan(1));
+        return options ? quiverly::simulate(*std::move(options)) : options.error().print();
+    } catch (const std::exception& failure) {
+        std::cerr << "quiverly-simulate: " << failure.what() << '\n';
+        return quiverly::failed;
+    }
 }

@@ -72,6 +72,7 @@ TEST(JobQueueTest, JobsOfSeveralThreadsAllRunOnceEachThreadsInItsOrder) {
     Marks last(3, -1);
     int ran = 0;
     std::vector<std::thread> threads;
+    threads.reserve(last.size());
     for (std::size_t thread = 0; thread < last.size(); ++thread) {
         threads.emplace_back([&, thread] {
             for (int number = 0; number < each; ++number) {

@@ -88,27 +88,27 @@ Poller::Poller(AxisFiles files, const Accelerometer::Identity& identity, FileDes
 
 // The thread takes no signals: they are for the main thread.
 bool Poller::start(const std::shared_ptr<Poller>& poller) {
-    auto argument = std::make_unique<std::shared_ptr<Poller>>(poller);
     pthread_attr_t attributes;
     if (::pthread_attr_init(&attributes) != 0) return false;
     sigset_t all;
     sigset_t former;
     ::sigfillset(&all);
     ::pthread_sigmask(SIG_SETMASK, &all, &former);
+    poller->itself = poller;
     pthread_t thread = {};
     const bool started = ::pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED) == 0 &&
                          ::pthread_attr_setstacksize(&attributes, threadStackSize) == 0 &&
-                         ::pthread_create(&thread, &attributes, runThread, argument.get()) == 0;
+                         ::pthread_create(&thread, &attributes, runThread, poller.get()) == 0;
     ::pthread_sigmask(SIG_SETMASK, &former, nullptr);
     ::pthread_attr_destroy(&attributes);
-    if (started) static_cast<void>(argument.release()); // the thread's
+    if (!started) poller->itself.reset();
     return started;
 }
 
 void* Poller::runThread(void* poller) {
-    const std::unique_ptr<std::shared_ptr<Poller>> owned(static_cast<std::shared_ptr<Poller>*>(poller));
+    const auto owned = std::exchange(static_cast<Poller*>(poller)->itself, nullptr);
     ::pthread_setname_np(::pthread_self(), "quiverly-iio");
-    (*owned)->run();
+    owned->run();
     return nullptr;
 }
 

@@ -57,8 +57,9 @@ private:
     const AxisFiles files;
     const Accelerometer::Identity identity;
     const std::shared_ptr<MeasuredRates> rates = MeasuredRates::ofThisProgram();
-    DistinctRate rate; // of the polling thread
-    int failures = 0;  // of the polling thread, in a row
+    std::shared_ptr<Poller> itself; // until its thread takes it
+    DistinctRate rate;              // of the polling thread
+    int failures = 0;               // of the polling thread, in a row
 
     std::mutex mutex; // of all that follows
     std::condition_variable changed;
