@@ -102,8 +102,8 @@ hid::Handle<hid::Service> AccelerometerReader::findAccelerometer(hid::Services& 
 
 bool AccelerometerReader::isAccelerometer(const hid::Service& service) {
     const auto properties = hid::readProperties(service);
-    return properties && hid::integerProperty(*properties, "PrimaryUsagePage").value_or(0) == targetUsagePage &&
-           hid::integerProperty(*properties, "PrimaryUsage").value_or(0) == targetUsage;
+    return properties && hid::integerProperty(*properties, "PrimaryUsagePage") == targetUsagePage &&
+           hid::integerProperty(*properties, "PrimaryUsage") == targetUsage;
 }
 
 // Takes over an open device. The second waking is deliberate: a driver may have gone back to sleep before the open.
