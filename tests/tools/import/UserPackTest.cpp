@@ -79,7 +79,9 @@ TEST_F(UserPackTest, WhatTheUserHasPutIntoTheFolderIsNotLost) {
             own.string() + ": This is not a clip of quiverly-import and would be lost. Move it elsewhere first.";
         EXPECT_EQ(pack.replace({original}).error(), refusal);
         EXPECT_EQ(pack.remove().error(), refusal);
-        if (own.extension() != ".mp3") EXPECT_EQ(pack.append({original}).error(), refusal);
+        if (own.extension() != ".mp3") {
+            EXPECT_EQ(pack.append({original}).error(), refusal);
+        }
         EXPECT_EQ(bytesOf(own), "mine");
         fs::remove(own);
     }
