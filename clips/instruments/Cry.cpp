@@ -96,7 +96,7 @@ public:
         const std::array<double, 3> factors{speaker.low * (0.95 + 0.25 * loudness), speaker.middle, speaker.high};
         constexpr std::array<double, 3> reach{0.19, 0.16, 0.07};
         constexpr std::array<double, 3> opening{2.2, 0.8, 0.5};
-        const std::array<double, 3> formants = formantsAt(along);
+        const std::array<double, 3> formants = formantsAt(cry.mouth, along);
         const double seconds = tuneEvery / sampleRate;
         for (std::size_t index = 0; index < resonances.size(); ++index) {
             // Above the third they are those of a plain tube: one every 1000 Hz.
@@ -118,21 +118,6 @@ public:
     }
 
 private:
-    std::array<double, 3> formantsAt(double along) const {
-        const auto& mouth = cry.mouth;
-        const auto next =
-            std::find_if(mouth.begin(), mouth.end(), [along](const auto& position) { return position.at > along; });
-        if (next == mouth.begin()) return mouth.front().shape.formants;
-        const Cry::MouthPosition& before = *(next - 1);
-        if (next == mouth.end()) return before.shape.formants;
-        std::array<double, 3> formants{};
-        for (std::size_t index = 0; index < formants.size(); ++index) {
-            const Curve move{{before.at, before.shape.formants[index]}, {next->at, next->shape.formants[index]}};
-            formants[index] = move(along);
-        }
-        return formants;
-    }
-
     const Cry& cry;
     std::array<Wander, 3> wander;
     std::array<Resonance, 8> resonances;

@@ -25,11 +25,6 @@ struct Speaker {
 // One breath of a person who cries out, groans, hums or laughs: breath is heard first, the folds start to swing, and
 // breath follows. Curves run over the length of the voice, without the breath.
 struct Cry {
-    struct MouthPosition {
-        double at; // fraction of the voice that has passed
-        MouthShape shape;
-    };
-
     Speaker speaker;
     double seconds = 0.4; // of voice
     Curve pitch = 220;    // hertz

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <vector>
 
 namespace quiverly::clips {
 
@@ -8,6 +9,15 @@ namespace quiverly::clips {
 struct MouthShape {
     std::array<double, 3> formants;
 };
+
+// A shape at some moment of a sound. Between two of them the mouth moves steadily.
+struct MouthPosition {
+    double at; // fraction of the sound that has passed
+    MouthShape shape;
+};
+
+// Where the resonances are when that fraction of the sound has passed, in hertz. There is at least one position.
+std::array<double, 3> formantsAt(const std::vector<MouthPosition>& mouth, double along);
 
 // Means over 33 men of G. Peterson and H. Barney, "Control Methods Used in a Study of the Vowels", 1952.
 namespace vowel {

@@ -87,20 +87,6 @@ private:
     std::array<Resonance, 9> resonances;
 };
 
-std::array<double, 3> formantsAt(const std::vector<Voice::MouthPosition>& mouth, double along) {
-    const auto next =
-        std::find_if(mouth.begin(), mouth.end(), [along](const auto& position) { return position.at > along; });
-    if (next == mouth.begin()) return mouth.front().shape.formants;
-    const Voice::MouthPosition& before = *(next - 1);
-    if (next == mouth.end()) return before.shape.formants;
-    std::array<double, 3> formants{};
-    for (std::size_t index = 0; index < formants.size(); ++index) {
-        const Curve move{{before.at, before.shape.formants[index]}, {next->at, next->shape.formants[index]}};
-        formants[index] = move(along);
-    }
-    return formants;
-}
-
 // Takes back most of what vowel and pitch do to the loudness, as singers do, so that the sound follows the curve of
 // loudness that is applied next.
 Signal evened(Signal sound) {

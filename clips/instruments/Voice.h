@@ -12,11 +12,6 @@ namespace quiverly::clips {
 // and the noise of the breath, through the resonances of a mouth that changes its shape. All curves run over the length
 // of the sound.
 struct Voice {
-    struct MouthPosition {
-        double at; // fraction of the sound that has passed
-        MouthShape shape;
-    };
-
     double seconds = 0.5;
     Curve pitch = 220;  // hertz
     Curve loudness = 1; // 0 to 1
