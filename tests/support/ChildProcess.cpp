@@ -3,15 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <thread>
 #include <utility>
 
 #include <fcntl.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "sockets/FileDescriptor.h"
+#include "sockets/input.h"
 
 namespace quiverly {
 
@@ -77,14 +78,12 @@ void ChildProcess::limitDescriptors(rlim_t most) const {
 }
 
 int ChildProcess::wait(std::chrono::seconds patience) {
-    const auto end = std::chrono::steady_clock::now() + patience;
-    while (isRunning()) {
-        if (std::chrono::steady_clock::now() >= end) {
-            ADD_FAILURE() << "the program does not end";
-            ::kill(process, SIGKILL);
-            break;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    if (process <= 0) return -1;
+    const FileDescriptor running(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+    pollfd end = inputOf(running.get()); // there is something to read when the process has ended
+    if (!waitForInput({&end, 1}, patience)) {
+        ADD_FAILURE() << "the program does not end";
+        ::kill(process, SIGKILL);
     }
     int status = 0;
     if (::waitpid(std::exchange(process, -1), &status, 0) < 0) return -1;
