@@ -16,8 +16,8 @@ bool waitForInput(std::span<pollfd> inputs, std::chrono::nanoseconds longest) {
         const int ready = ::ppoll(inputs.data(), inputs.size(), &limit, nullptr);
         if (ready >= 0) return ready > 0;
         if (rest == nanoseconds::zero()) return false;
-        std::this_thread::sleep_for(
-            std::min<nanoseconds>(rest, std::chrono::milliseconds(1))); // a wait that fails is short
+        // A failing wait returns at once: without a pause, one that goes on failing would take a whole core.
+        std::this_thread::sleep_for(std::min<nanoseconds>(rest, std::chrono::milliseconds(1)));
     }
 }
 

@@ -51,7 +51,8 @@ private:
         });
     }
 
-    // The window is gone: there is time for another process to finish, which takes it a few milliseconds.
+    // The window is gone: there is time for another process to finish, which takes it a few milliseconds. It is asked
+    // for again and again, because the system has no wait for such a lock that comes to an end by itself.
     void storeLast() {
         const auto end = Clock::now() + 250ms;
         while (isBusyWhenStored() && Clock::now() < end) std::this_thread::sleep_for(1ms);
