@@ -32,7 +32,7 @@ class ScreenReaderTest(SystemTest):
         self.reader.wait_for("Accelerometer device missing on this Mac.")
 
     def test_it_tells_all_of_a_first_run_that_is_done_with_the_keyboard(self) -> None:
-        self.addCleanup(lambda: print("\n".join(self.reader.spoken())))
+        self.addCleanup(lambda: print("\n".join(self.reader.spoken())))  # all of it, to be read by people
         self.start_laptop()
         self.start_application()
         self.reader.wait_for("Accelerometer detected")

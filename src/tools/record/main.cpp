@@ -88,7 +88,8 @@ ExitStatus listSensors(bool asObjects) {
     return failed;
 }
 
-// Why the sensor cannot be opened; nothing when it can.
+// Why the sensor cannot be opened; nothing when it can. Asked before the engine starts, because that opens the page on
+// access to the sensor when it cannot.
 std::string reasonAgainstOpening() {
     AccelerometerReader reader;
     return reader.start() ? "" : reader.lastOpenError().value_or("Accelerometer unavailable");
