@@ -1,6 +1,8 @@
 """A sensor that is missing, goes away, comes back."""
 
 import unittest
+from pathlib import Path
+from urllib.parse import unquote, urlsplit
 
 from harness.analysis import is_silent
 from system_case import SystemTest
@@ -8,6 +10,10 @@ from harness.waiting import wait_until
 
 MISSING = "Accelerometer device missing on this Mac."
 LISTENING = "Listening with Sexy sounds. Slap away."
+
+
+def text_of(page: str) -> str:
+    return Path(unquote(urlsplit(page).path)).read_text()
 
 
 class SensorTest(SystemTest):
@@ -19,6 +25,7 @@ class SensorTest(SystemTest):
         self.desktop.wait_for_pages(1)
         page = self.desktop.opened_pages()[0]
         self.assertRegex(page, r"^file:///.*/motion-sensor\.html$")
+        self.assertIn("This machine has no sensor that Linux can read", text_of(page))
 
         self.application.press("Start listening")
         self.desktop.wait_for_pages(2)
@@ -33,6 +40,8 @@ class SensorTest(SystemTest):
         self.application.wait_for(
             "Need Input Monitoring permission (System Settings → Privacy & Security). Code -536870174."
         )
+        self.desktop.wait_for_pages(1)
+        self.assertIn("This machine has a sensor that you may not read", text_of(self.desktop.opened_pages()[0]))
         self.laptop.tell("allow")
         self.listen()
         self.application.wait_for(LISTENING)

@@ -3,11 +3,18 @@
 #include <filesystem>
 #include <system_error>
 
+#include <QByteArray>
 #include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QSaveFile>
+#include <QStandardPaths>
 #include <QString>
 #include <QUrl>
 
 #include "platform/bundle.h"
+#include "platform/linux/SensorPage.h"
+#include "platform/linux/sensors/iio/Accelerometer.h"
 
 namespace quiverly {
 
@@ -23,13 +30,34 @@ fs::path readableByBrowsers(const fs::path& page) {
     return fs::is_regular_file(copy, unreadable) ? copy : page;
 }
 
+// Whether the browser may be a snap, which reads none of the user's hidden folders.
+bool mayBrowserBeSnap() {
+    std::error_code unreadable;
+    return fs::exists("/var/lib/snapd/desktop/applications", unreadable);
+}
+
+// A page that says what is wrong on this machine, in the folder of the user's that may be emptied at any time. Nothing
+// where it cannot be written.
+std::optional<QString> pageOfThisMachine(const fs::path& shipped) {
+    QFile input(QString::fromStdString(shipped.string()));
+    if (!input.open(QIODevice::ReadOnly)) return std::nullopt;
+    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/quiverly");
+    if (!folder.mkpath(".")) return std::nullopt;
+    QSaveFile output(folder.filePath("motion-sensor.html"));
+    if (!output.open(QIODevice::WriteOnly)) return std::nullopt;
+    output.write(
+        QByteArray::fromStdString(sensorPage(input.readAll().toStdString(), findSensorTroubles(systemFolder()))));
+    return output.commit() ? std::optional(output.fileName()) : std::nullopt;
+}
+
 } // namespace
 
 std::optional<std::string> workspace::sensorAccessPage() {
-    const auto page = bundle::resource("motion-sensor", "html");
-    if (!page) return std::nullopt;
-    const QString file = QString::fromStdString(readableByBrowsers(*page).string());
-    return QUrl::fromLocalFile(file).toEncoded().toStdString();
+    const auto shipped = bundle::resource("motion-sensor", "html");
+    if (!shipped) return std::nullopt;
+    const auto own = mayBrowserBeSnap() ? std::nullopt : pageOfThisMachine(*shipped);
+    const QString page = own.value_or(QString::fromStdString(readableByBrowsers(*shipped).string()));
+    return QUrl::fromLocalFile(page).toEncoded().toStdString();
 }
 
 void workspace::openURL(const std::string& url) {

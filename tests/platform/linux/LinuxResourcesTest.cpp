@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include <QString>
-#include <QUrl>
 #include <unicode/locid.h>
 #include <unicode/uclean.h>
 #include <unicode/udata.h>
@@ -15,7 +13,6 @@
 #include "platform/bundle.h"
 #include "platform/shared/program_resources.h"
 #include "platform/shared/resource_folders.h"
-#include "platform/workspace.h"
 #include "support/Environment.h"
 #include "support/OtherProcess.h"
 #include "support/TemporaryFolder.h"
@@ -30,10 +27,6 @@ protected:
     LinuxResourcesTest() {
         setVariable("XDG_DATA_HOME", home.path().c_str());
         for (const char* variable : {"LC_ALL", "LC_COLLATE", "LC_MESSAGES", "LANG"}) setVariable(variable, nullptr);
-    }
-
-    static std::string fileOf(const std::optional<std::string>& url) {
-        return QUrl(QString::fromStdString(url.value_or(""))).toLocalFile().toStdString();
     }
 
     const TemporaryFolder home;
@@ -67,38 +60,6 @@ TEST_F(LinuxResourcesTest, APackMayLieBesideTheAudioFolder) {
     home.addFile("quiverly/own/1.mp3");
     EXPECT_EQ(bundle::files("mp3", "audio/own"), std::nullopt);
     EXPECT_EQ(bundle::files("mp3", "own"), std::vector{home.path() / "quiverly/own/1.mp3"});
-}
-
-TEST_F(LinuxResourcesTest, ThereIsASensorPageWhenTheProgramHasItsFile) {
-    const fs::path file = programResourceFolders().back() / "motion-sensor.html";
-    const auto page = workspace::sensorAccessPage();
-    EXPECT_EQ(page.has_value(), fs::exists(file));
-    EXPECT_EQ(fileOf(page), page ? file.string() : "");
-}
-
-TEST_F(LinuxResourcesTest, TheProgramHasTheFileOfTheSensorPageWhereItWasBuiltButNotElsewhere) {
-    EXPECT_TRUE(fs::is_regular_file(programResourceFolders().back() / "motion-sensor.html"));
-    const fs::path program = home.addFolder("bin") / "copy";
-    fs::copy_file("/proc/self/exe", program);
-    const OtherProcess copy([&] {
-        ::execl(program.c_str(), program.c_str(), "--gtest_filter=*ThereIsASensorPageWhenTheProgramHasItsFile",
-                nullptr);
-    });
-}
-
-TEST_F(LinuxResourcesTest, TheSensorPageIsTakenFromTheDocumentsWhereBrowsersInASandboxMayReadIt) {
-    const fs::path file = home.addFile("quiverly/motion-sensor.html");
-    EXPECT_EQ(fileOf(workspace::sensorAccessPage()), file.string());
-    const fs::path copy = home.addFile("doc/quiverly/motion-sensor.html");
-    EXPECT_EQ(fileOf(workspace::sensorAccessPage()), copy.string());
-}
-
-TEST_F(LinuxResourcesTest, TheAddressOfTheSensorPageSurvivesAnyFolderName) {
-    for (const std::string name : {"a b", "50%25", "#1?x=y&z", "Žluť", "semi;colon"}) {
-        setVariable("XDG_DATA_HOME", (home.path() / name).c_str());
-        const fs::path file = home.addFile(fs::path(name) / "quiverly/motion-sensor.html");
-        EXPECT_EQ(fileOf(workspace::sensorAccessPage()), file.string());
-    }
 }
 
 TEST_F(LinuxResourcesTest, NamesAreOrderedInTheUsersLocale) {
