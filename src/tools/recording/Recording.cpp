@@ -23,15 +23,15 @@ LineReader::Read reader(const std::string& name, std::function<void()> beforeRea
 Recording::Recording(const std::string& name, std::function<void()> beforeRead)
     : name(name), lines(reader(name, std::move(beforeRead))) {}
 
-tl::expected<std::optional<RecordingLine>, std::string> Recording::next() {
+tl::expected<const RecordingLine*, std::string> Recording::next() {
     for (;;) {
         const auto text = lines.next();
         if (!text) return tl::unexpected(name + ": " + text.error().message());
-        if (!*text) return std::nullopt;
+        if (!*text) return nullptr;
         ++lineNumber;
-        auto line = parser.parse(**text);
+        const auto line = parser.parse(**text);
         if (!line) return tl::unexpected(name + ':' + std::to_string(lineNumber) + ": " + line.error());
-        if (*line) return line;
+        if (*line != nullptr) return *line;
     }
 }
 

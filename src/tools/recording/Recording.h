@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 
 #include <tl/expected.hpp>
@@ -19,9 +18,9 @@ public:
     // "-" stands for standard input. beforeRead is called whenever the file is about to be read, which may take long.
     explicit Recording(const std::string& name, std::function<void()> beforeRead = doNothing);
 
-    // The next line that says something; nothing at the end. The error, "NAME: reason" or "NAME:LINE: what is wrong",
-    // is an end too: nothing may be asked for after it.
-    tl::expected<std::optional<RecordingLine>, std::string> next();
+    // The next line that says something, valid until the next call; null at the end. The error, "NAME: reason" or
+    // "NAME:LINE: what is wrong", is an end too: nothing may be asked for after it.
+    tl::expected<const RecordingLine*, std::string> next();
 
 private:
     static void doNothing() {}

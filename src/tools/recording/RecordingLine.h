@@ -1,8 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <variant>
-#include <vector>
 
 #include "platform/calendar.h"
 #include "sound/SoundPack.h"
@@ -16,7 +17,8 @@ enum class SensorAnswer { ok, noQuery, noLookup, missing, noDevice, denied };
 namespace action {
 
 struct Report {
-    std::vector<std::uint8_t> bytes; // at most 256
+    static constexpr std::size_t longest = 256; // bytes
+    std::span<const std::uint8_t> bytes;        // valid until the next line is parsed
 };
 struct Start {};
 struct Stop {};
@@ -43,9 +45,9 @@ using Action = std::variant<action::Report, action::Start, action::Stop, action:
 
 // One line of a recording, understood.
 struct RecordingLine {
-    double seconds;               // the double nearest to the line's time
-    calendar::TimePoint calendar; // what the calendar clock reads then, this line's own jump included
-    Action action;
+    double seconds = 0.0;              // the double nearest to the line's time
+    calendar::TimePoint calendar = {}; // what the calendar clock reads then, this line's own jump included
+    Action action = {};
 };
 
 } // namespace quiverly

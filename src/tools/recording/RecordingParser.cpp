@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <limits>
+#include <span>
 #include <utility>
 
 #include "tools/recording/blank.h"
@@ -17,21 +18,28 @@ namespace {
 template<class Value>
 using Expected = tl::expected<Value, std::string>;
 
-constexpr std::uint64_t second = 1'000'000'000; // nanoseconds
-constexpr std::uint64_t latestTime = 4'000'000'000 * second;
-constexpr std::uint64_t latestCalendar = 9'000'000'000 * second; // after 1970
-
-constexpr std::size_t longestReport = 256; // bytes
+constexpr std::uint32_t second = 1'000'000'000; // nanoseconds
+constexpr std::uint64_t latestTime = 4'000'000'000 * std::uint64_t{second};
+constexpr std::uint64_t latestCalendar = 9'000'000'000 * std::uint64_t{second}; // after 1970
 
 bool isAllowed(char character) {
     return character == '\t' || (' ' <= character && character <= '~');
 }
 
+std::string_view withoutBlanks(std::string_view line) {
+    return {std::ranges::find_if_not(line, isBlank), line.end()};
+}
+
+// Whether no character of a word follows.
+bool endsWord(std::string_view rest) {
+    return rest.empty() || isBlank(rest.front());
+}
+
 // Takes the next word off the line; an empty one when there is none.
 std::string_view takeWord(std::string_view& line) {
-    const auto begin = std::ranges::find_if_not(line, isBlank);
-    const auto end = std::find_if(begin, line.end(), isBlank);
-    const std::string_view word(begin, end);
+    line = withoutBlanks(line);
+    const auto end = std::ranges::find_if(line, isBlank);
+    const std::string_view word(line.begin(), end);
     line = std::string_view(end, line.end());
     return word;
 }
@@ -60,6 +68,37 @@ Expected<Seconds> parseSeconds(std::string_view word) {
     return Seconds{*nearest, negative, whole * second + fraction};
 }
 
+// A few digits taken off the front of a text.
+struct Digits {
+    std::uint64_t value = 0;
+    std::size_t count = 0;
+};
+
+Digits takeDigits(std::string_view& text, std::size_t most) {
+    const std::string_view front = text.substr(0, most);
+    Digits digits;
+    for (; digits.count < front.size() && isDigit(front[digits.count]); ++digits.count) {
+        digits.value = 10 * digits.value + static_cast<std::uint64_t>(front[digits.count] - '0');
+    }
+    text.remove_prefix(digits.count);
+    return digits;
+}
+
+// Takes the number of seconds off the front of the line. Nearly all are [0-9]{1,6}\.[0-9]{1,9} and cost little: a
+// double holds these nanoseconds, for they are less than 2^53, so that one division makes the nearest seconds of them.
+Expected<Seconds> takeSeconds(std::string_view& line) {
+    std::string_view rest = line;
+    const Digits whole = takeDigits(rest, 6);
+    const bool hasPoint = rest.starts_with('.');
+    if (hasPoint) rest.remove_prefix(1);
+    Digits fraction = takeDigits(rest, 9);
+    if (whole.count == 0 || !hasPoint || fraction.count == 0 || !endsWord(rest)) return parseSeconds(takeWord(line));
+    for (; fraction.count < 9; ++fraction.count) fraction.value *= 10;
+    const std::uint64_t nanoseconds = whole.value * second + fraction.value;
+    line = rest;
+    return Seconds{static_cast<double>(nanoseconds) / double{second}, false, nanoseconds};
+}
+
 // What the calendar reads after the jump. More than 64 bits can hold is just too late.
 Expected<std::uint64_t> jump(std::uint64_t calendar, std::string_view word) {
     const auto seconds = parseSeconds(word);
@@ -86,18 +125,23 @@ int valueOf(char digit) {
     return hexadecimal[static_cast<unsigned char>(digit)];
 }
 
-Expected<Action> parseReport(std::string_view word) {
-    const auto digits = word == "-" ? std::string_view() : word;
-    if (std::ranges::any_of(digits, [](char digit) { return valueOf(digit) < 0; })) {
-        return tl::make_unexpected("neither a report in hexadecimal digits nor a command");
+// Decodes the digits at the front, two for a byte, until there are no two more or no room. How many bytes that makes.
+std::size_t decode(std::string_view digits, std::span<std::uint8_t> bytes) {
+    const std::size_t most = std::min(digits.size() / 2, bytes.size());
+    for (std::size_t index = 0; index < most; ++index) {
+        const int byte = valueOf(digits[2 * index]) << 4 | valueOf(digits[2 * index + 1]);
+        if (byte < 0) return index;
+        bytes[index] = static_cast<std::uint8_t>(byte);
     }
-    if (digits.size() > 2 * longestReport) return tl::make_unexpected("a report has 256 bytes at most");
-    if (digits.size() % 2 != 0) return tl::make_unexpected("the report has an odd number of digits");
-    action::Report report{std::vector<std::uint8_t>(digits.size() / 2)};
-    for (std::size_t index = 0; index < digits.size(); index += 2) {
-        report.bytes[index / 2] = static_cast<std::uint8_t>(valueOf(digits[index]) << 4 | valueOf(digits[index + 1]));
-    }
-    return report;
+    return most;
+}
+
+// Why the word is not a report.
+const char* problemOfReport(std::string_view word) {
+    const bool isHexadecimal = std::ranges::all_of(word, [](char digit) { return valueOf(digit) >= 0; });
+    if (!isHexadecimal) return "neither a report in hexadecimal digits nor a command";
+    if (word.size() > 2 * action::Report::longest) return "a report has 256 bytes at most";
+    return "the report has an odd number of digits";
 }
 
 // A command whose argument, if it has one, is one of a few words of its own.
@@ -153,41 +197,61 @@ std::string withForbiddenByte(const std::string& problem, std::string_view line)
 
 } // namespace
 
-tl::expected<std::optional<RecordingLine>, std::string> RecordingParser::parse(std::string_view line) {
-    const auto first = std::ranges::find_if_not(line, isBlank);
-    if (first == line.end() || *first == '#') return std::nullopt;
-    auto understood = understand(line);
-    if (!understood) return tl::unexpected(withForbiddenByte(understood.error(), line));
-    return *std::move(understood);
+tl::expected<const RecordingLine*, std::string> RecordingParser::parse(std::string_view line) {
+    line = withoutBlanks(line);
+    if (line.empty() || line.front() == '#') return nullptr;
+    const auto taken = takeAll(line);
+    if (!taken) return tl::unexpected(withForbiddenByte(taken.error(), line));
+    return &understood;
 }
 
-tl::expected<RecordingLine, std::string> RecordingParser::understand(std::string_view line) {
-    const auto seconds = parseSeconds(takeWord(line));
+RecordingParser::Problem RecordingParser::takeAll(std::string_view line) {
+    if (auto taken = takeTime(line); !taken) return taken;
+    if (auto taken = takeAction(line); !taken) return taken;
+    if (!withoutBlanks(line).empty()) return tl::make_unexpected("the line should end here");
+    if (calendar > latestCalendar) return tl::make_unexpected("the calendar would read more than 9000000000 s");
+    understood.calendar = calendar::TimePoint(std::chrono::nanoseconds(static_cast<std::int64_t>(calendar)));
+    return {};
+}
+
+RecordingParser::Problem RecordingParser::takeTime(std::string_view& line) {
+    const auto seconds = takeSeconds(line);
     if (!seconds) return tl::unexpected("the time is " + seconds.error());
     if (seconds->negative) return tl::make_unexpected("the time is negative");
     if (seconds->nanoseconds > latestTime) return tl::make_unexpected("the time is more than 4000000000 s");
     if (seconds->nanoseconds < time) return tl::make_unexpected("the time is less than that of a line before");
     calendar += seconds->nanoseconds - time;
     time = seconds->nanoseconds;
-
-    auto action = parseAction(line);
-    if (!action) return tl::unexpected(action.error());
-    if (!takeWord(line).empty()) return tl::make_unexpected("the line should end here");
-    if (calendar > latestCalendar) return tl::make_unexpected("the calendar would read more than 9000000000 s");
-    const std::chrono::nanoseconds since1970(static_cast<std::int64_t>(calendar));
-    return RecordingLine{seconds->nearest, calendar::TimePoint(since1970), *std::move(action)};
+    understood.seconds = seconds->nearest;
+    return {};
 }
 
-tl::expected<Action, std::string> RecordingParser::parseAction(std::string_view& line) {
-    const auto what = takeWord(line);
-    if (what.empty()) return tl::make_unexpected("a report or a command is missing");
-    if (!what.starts_with('!')) return parseReport(what);
+RecordingParser::Problem RecordingParser::takeAction(std::string_view& line) {
+    line = withoutBlanks(line);
+    if (line.empty()) return tl::make_unexpected("a report or a command is missing");
+    if (line.front() != '!') return takeReport(line);
+    const auto name = takeWord(line);
     const auto argument = takeWord(line);
-    if (what != "!clock") return parseCommand(what, argument);
-    return jump(calendar, argument).map([this](std::uint64_t moved) {
-        calendar = moved;
-        return Action(action::ClockJump{});
-    });
+    if (name == "!clock") {
+        const auto moved = jump(calendar, argument);
+        if (!moved) return tl::unexpected(moved.error());
+        calendar = *moved;
+        understood.action = action::ClockJump{};
+        return {};
+    }
+    const auto command = parseCommand(name, argument);
+    if (!command) return tl::unexpected(command.error());
+    understood.action = *command;
+    return {};
+}
+
+RecordingParser::Problem RecordingParser::takeReport(std::string_view& line) {
+    const std::size_t count = decode(line, bytes);
+    const auto rest = line.substr(line.starts_with('-') ? 1 : 2 * count);
+    if (!endsWord(rest)) return tl::unexpected<std::string>(problemOfReport(takeWord(line)));
+    line = rest;
+    understood.action = action::Report{std::span(bytes).first(count)};
+    return {};
 }
 
 } // namespace quiverly

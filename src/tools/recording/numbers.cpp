@@ -8,14 +8,6 @@
 
 namespace quiverly {
 
-namespace {
-
-bool isDigit(char character) {
-    return '0' <= character && character <= '9';
-}
-
-} // namespace
-
 tl::expected<double, std::string> decimalNumber(std::string_view text) {
     const auto notANumber = tl::make_unexpected("not a number such as 12 or -0.25");
     const auto magnitude = text.substr(text.starts_with('-') ? 1 : 0);

@@ -6,8 +6,14 @@
 
 #include <tl/expected.hpp>
 
-// Numbers as recordings and options write them. Each function reads the whole text; the error is what is wrong with it.
+// Numbers as recordings and options write them.
 namespace quiverly {
+
+constexpr bool isDigit(char character) {
+    return '0' <= character && character <= '9';
+}
+
+// Each of these reads the whole text; the error is what is wrong with it.
 
 // -?[0-9]+(\.[0-9]+)?, with any number of digits: the nearest double, which is finite.
 tl::expected<double, std::string> decimalNumber(std::string_view text);

@@ -24,8 +24,8 @@ RecordingPlayer::Next RecordingPlayer::readReport() {
         auto line = recording.next();
         if (!line) return tl::unexpected(line.error());
         if (!*line) return std::nullopt;
-        if (auto* report = std::get_if<action::Report>(&(*line)->action)) {
-            return Report{.seconds = (*line)->seconds, .bytes = std::move(report->bytes)};
+        if (const auto* report = std::get_if<action::Report>(&(*line)->action)) {
+            return Report{.seconds = (*line)->seconds, .bytes = {report->bytes.begin(), report->bytes.end()}};
         }
     }
 }

@@ -5,6 +5,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -61,7 +62,7 @@ TEST_F(RecordingFileTest, IsARecordingThatCanBeRead) {
     const auto second = recording.next();
     ASSERT_TRUE(second && *second);
     EXPECT_EQ((*second)->seconds, 12 * 3600);
-    EXPECT_EQ(std::get<action::Report>((*second)->action).bytes, std::vector(report.begin(), report.end()));
+    EXPECT_TRUE(std::ranges::equal(std::get<action::Report>((*second)->action).bytes, report));
     const auto end = recording.next();
     EXPECT_TRUE(end && !*end);
 }

@@ -36,7 +36,7 @@ Parsed parse(const std::string& recording) {
             parsed.problem = line.error();
             break;
         }
-        if (*line) parsed.lines.push_back(**line);
+        if (*line != nullptr) parsed.lines.push_back(**line);
     }
     return parsed;
 }
@@ -59,6 +59,12 @@ Expected onlyAction(const std::string& line) {
     const Action action = onlyLine(line).action;
     EXPECT_TRUE(std::holds_alternative<Expected>(action)) << line;
     return std::holds_alternative<Expected>(action) ? std::get<Expected>(action) : Expected{};
+}
+
+std::vector<std::uint8_t> reportIn(const std::string& line) {
+    RecordingParser parser;
+    const auto bytes = std::get<action::Report>(parser.parse(line).value()->action).bytes;
+    return {bytes.begin(), bytes.end()};
 }
 
 void expectMalformed(const std::string& line) {
@@ -138,8 +144,9 @@ TEST(RecordingParserTest, TheTimeIsADecimalNumberOfSeconds) {
     EXPECT_EQ(onlyLine("007.5 !stop").seconds, 7.5);
     EXPECT_EQ(onlyLine("0.000000001 !stop").seconds, 1e-9);
     EXPECT_EQ(onlyLine(std::string(10'000, '0') + "1.100 !stop").seconds, 1.1);
-    for (const char* line : {"!stop", "x !stop", "-1 !stop", "-0 !stop", "+1 !stop", ".5 !stop", "1. !stop",
-                             "1e3 !stop", "1,5 !stop", "0x1 !stop", "1.0.0 !stop", "1!stop", "1.!stop", "nan !stop"}) {
+    for (const char* line :
+         {"!stop", "x !stop", "-1 !stop", "-0 !stop", "+1 !stop", ".5 !stop", "1. !stop", "1e3 !stop", "1,5 !stop",
+          "0x1 !stop", "1.0.0 !stop", "1!stop", "1.!stop", "1.5!stop", "1.5. !stop", ".", "nan !stop"}) {
         expectMalformed(line);
     }
 }
@@ -159,6 +166,11 @@ TEST(RecordingParserTest, TheTimeIsNoMoreThanFourBillionSeconds) {
 }
 
 TEST(RecordingParserTest, TheTimeIsTheNearestDouble) {
+    EXPECT_EQ(onlyLine("0.1 !stop").seconds, 0.1);
+    EXPECT_EQ(onlyLine("0.000000003 !stop").seconds, 0.000000003);
+    EXPECT_EQ(onlyLine("3599.998765 !stop").seconds, 3599.998765);
+    EXPECT_EQ(onlyLine("999999.999999999 !stop").seconds, 999999.999999999);
+    EXPECT_EQ(onlyLine("1000000.000000001 !stop").seconds, 1000000.000000001);
     EXPECT_EQ(onlyLine("9007199.254740995 !stop").seconds, 9007199.254740995);
     EXPECT_EQ(onlyLine("3999999999.999999999 !stop").seconds, 4e9);
     EXPECT_EQ(onlyLine("123456789.987654321 !stop").seconds, 123456789.987654321);
@@ -173,18 +185,19 @@ TEST(RecordingParserTest, TheTimeNeverDecreases) {
 
 TEST(RecordingParserTest, AReportIsAnEvenNumberOfHexadecimalDigits) {
     using Bytes = std::vector<std::uint8_t>;
-    EXPECT_EQ(onlyAction<action::Report>("0 00ff7Aa0").bytes, (Bytes{0x00, 0xFF, 0x7A, 0xA0}));
-    EXPECT_EQ(onlyAction<action::Report>("0 0123456789abcdefABCDEF").bytes,
+    EXPECT_EQ(reportIn("0 00ff7Aa0"), (Bytes{0x00, 0xFF, 0x7A, 0xA0}));
+    EXPECT_EQ(reportIn("0 0123456789abcdefABCDEF \t"),
               (Bytes{0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF, 0xAB, 0xCD, 0xEF}));
-    EXPECT_EQ(onlyAction<action::Report>("0 -").bytes, Bytes{});
+    EXPECT_EQ(reportIn("0 -"), Bytes{});
+    EXPECT_EQ(reportIn("0 -\t"), Bytes{});
     for (const char* line : {"0", "0 ", "0 0", "0 000", "0 0g", "0 g0", "0 -0", "0 --", "0 0x00", "0 00 00", "0 - -",
-                             "0 00-", "0 00:", "0 00@G", "0 00 !stop"}) {
+                             "0 00-", "0 00:", "0 00@G", "0 -00", "0 00 !stop"}) {
         expectMalformed(line);
     }
 }
 
 TEST(RecordingParserTest, AReportHas256BytesAtMost) {
-    EXPECT_EQ(onlyAction<action::Report>("0 " + std::string(512, 'a')).bytes, std::vector<std::uint8_t>(256, 0xAA));
+    EXPECT_EQ(reportIn("0 " + std::string(512, 'a')), std::vector<std::uint8_t>(256, 0xAA));
     expectMalformed("0 " + std::string(513, 'a'));
     expectMalformed("0 " + std::string(514, 'a'));
     expectMalformed("0 " + std::string(1'000'000, '0'));
