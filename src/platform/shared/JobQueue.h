@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <mutex>
 #include <utility>
 #include <vector>
@@ -16,24 +17,27 @@ public:
     bool push(mainQueue::Job job) {
         const std::lock_guard lock(mutex);
         waiting.push_back(std::move(job));
+        empty = false;
         return waiting.size() == 1;
     }
 
     // Whether there was a job to run.
     bool runTurn() {
+        if (empty) return false;
         std::vector<mainQueue::Job> turn = std::move(spare);
         {
             const std::lock_guard lock(mutex);
             turn.swap(waiting);
+            empty = true;
         }
         for (mainQueue::Job& job : turn) std::exchange(job, nullptr)();
-        const bool ran = !turn.empty();
         turn.clear();
         spare = std::move(turn);
-        return ran;
+        return true;
     }
 
 private:
+    std::atomic<bool> empty = true; // written under the lock; spares a turn without jobs the lock
     std::mutex mutex;
     std::vector<mainQueue::Job> waiting;
     std::vector<mainQueue::Job> spare; // memory of the turn before; empty, and of the running thread only

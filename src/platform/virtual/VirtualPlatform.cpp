@@ -11,8 +11,6 @@ namespace quiverly {
 
 namespace {
 
-VirtualPlatform* instance = nullptr;
-
 void store(const char* key, const defaults::Object& value) {
     VirtualDefaults& defaults = VirtualPlatform::current().defaults;
     if (defaults.onWrite) defaults.onWrite(key, value);
@@ -31,11 +29,6 @@ VirtualPlatform::~VirtualPlatform() {
     if (registry.lentObjects() != 0) fault("a service, device or walk was not released");
     if (audio.lentPlayers() != 0) fault("an audio player was not released");
     instance = nullptr;
-}
-
-VirtualPlatform& VirtualPlatform::current() {
-    if (instance == nullptr) fault("a port was called while there is none");
-    return *instance;
 }
 
 void VirtualPlatform::fault(const std::string& what) {

@@ -60,7 +60,10 @@ public:
     VirtualPlatform(const VirtualPlatform&) = delete;
     VirtualPlatform& operator=(const VirtualPlatform&) = delete;
 
-    static VirtualPlatform& current();
+    static VirtualPlatform& current() {
+        if (instance == nullptr) fault("a port was called while there is none");
+        return *instance;
+    }
 
     // Ends the program: something broke the rules of a port.
     [[noreturn]] static void fault(const std::string& what);
@@ -74,6 +77,9 @@ public:
     VirtualAudio audio;
     VirtualDefaults defaults;
     VirtualWorkspace workspace;
+
+private:
+    static inline VirtualPlatform* instance = nullptr;
 };
 
 } // namespace quiverly

@@ -23,19 +23,16 @@ VirtualService VirtualService::device(std::int64_t usagePage, std::int64_t usage
 }
 
 bool VirtualRegistry::deliver(std::span<const std::uint8_t> report) {
-    VirtualThreads& threads = VirtualPlatform::current().threads;
-    std::unique_lock lock(mutex);
+    auto lock = lockForThreads();
     if (openDevices.empty()) return false;
     pending = report;
-    if (threads.real) {
+    if (lock) {
         changed.notify_all();
         const auto settled = [this] { return !pending || openDevices.empty(); };
         if (!changed.wait_for(lock, std::chrono::seconds(30), settled))
             VirtualPlatform::fault("no thread takes the report");
     } else {
-        lock.unlock();
-        threads.turn();
-        lock.lock();
+        VirtualPlatform::current().threads.turn();
     }
     return !std::exchange(pending, std::nullopt);
 }
@@ -43,6 +40,16 @@ bool VirtualRegistry::deliver(std::span<const std::uint8_t> report) {
 bool VirtualRegistry::deviceIsOpen() const {
     const std::lock_guard lock(mutex);
     return !openDevices.empty();
+}
+
+std::int64_t VirtualRegistry::reportsDelivered() const {
+    const std::lock_guard lock(mutex);
+    return delivered;
+}
+
+double VirtualRegistry::lastSlice() const {
+    const std::lock_guard lock(mutex);
+    return slice;
 }
 
 bool VirtualRegistry::canMatch(const std::string& className) const {
@@ -65,9 +72,9 @@ void VirtualRegistry::tell(const std::string& call) const {
 }
 
 bool VirtualRegistry::runLoop(double seconds) {
+    auto lock = lockForThreads();
     slice = seconds;
-    std::unique_lock lock(mutex);
-    if (VirtualPlatform::current().threads.real) {
+    if (lock) {
         changed.wait_for(lock, std::chrono::duration<double>(seconds), [this] { return pending.has_value(); });
     }
     const auto scheduledHere = [](const VirtualDevice* device) {
@@ -82,10 +89,19 @@ bool VirtualRegistry::runLoop(double seconds) {
     std::copy_n(pending->begin(), length, report);
     pending.reset();
     ++delivered;
-    lock.unlock();
-    changed.notify_all();
+    if (lock) {
+        lock.unlock();
+        changed.notify_all();
+    }
     device.receive(report, length);
     return true;
+}
+
+// Stepped threads are one thread, which needs no lock: holds none then.
+std::unique_lock<std::mutex> VirtualRegistry::lockForThreads() const {
+    std::unique_lock lock(mutex, std::defer_lock);
+    if (VirtualPlatform::current().threads.real) lock.lock();
+    return lock;
 }
 
 void VirtualRegistry::didOpen(VirtualDevice& device) {

@@ -55,8 +55,8 @@ public:
     // whose thread still listens.
     bool deliver(std::span<const std::uint8_t> report);
 
-    std::int64_t reportsDelivered() const { return delivered; }
-    double lastSlice() const { return slice; } // seconds for which the run loop was run last
+    std::int64_t reportsDelivered() const;
+    double lastSlice() const; // seconds for which the run loop was run last
     bool deviceIsOpen() const;
 
     // The arguments with which the port was last asked to register a callback, for tests that play the device.
@@ -83,13 +83,15 @@ private:
 
     void didOpen(VirtualDevice& device);
     void didClose(VirtualDevice& device);
+    std::unique_lock<std::mutex> lockForThreads() const;
 
-    mutable std::mutex mutex;
+    mutable std::mutex mutex; // guards what follows, for real threads
     std::condition_variable changed;
     std::vector<VirtualDevice*> openDevices;
     std::optional<std::span<const std::uint8_t>> pending; // the report to be taken next
-    std::atomic<std::int64_t> delivered{0};
-    std::atomic<double> slice{0.0};
+    std::int64_t delivered = 0;
+    double slice = 0.0;
+
     std::atomic<std::int64_t> lent{0};
 };
 
