@@ -1,5 +1,6 @@
 #include "tools/replay/JsonText.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "tools/replay/utf8.h"
@@ -44,11 +45,19 @@ void appendEscaped(std::string& text, char character) {
     }
 }
 
+bool standsForItself(char character) {
+    return ' ' <= character && character <= '~' && character != '"' && character != '\\';
+}
+
 } // namespace
 
 void appendString(std::string& text, std::string_view bytes) {
     text += '"';
-    for (const char character : validUtf8(bytes)) appendEscaped(text, character);
+    if (std::ranges::all_of(bytes, standsForItself)) {
+        text += bytes;
+    } else {
+        for (const char character : validUtf8(bytes)) appendEscaped(text, character);
+    }
     text += '"';
 }
 
