@@ -16,9 +16,9 @@ namespace quiverly {
 
 // The machine of a test that Macs run too, on which Quiverly's resources are those of the test program. Elsewhere it
 // consists of stand-ins of Apple's frameworks.
+#ifdef __APPLE__
 class Mac {
 public:
-#ifdef __APPLE__
     // Of the calling thread.
     static std::string threadName() {
         std::array<char, 64> name = {};
@@ -32,21 +32,18 @@ public:
         CFPreferencesSetAppValue(name, nullptr, kCFPreferencesCurrentApplication);
         CFRelease(name);
     }
+};
 #else
-    Mac() {
-        services.resources = QUIVERLY_RESOURCES;
-    }
+class Mac {
+public:
+    Mac() { services.resources = QUIVERLY_RESOURCES; }
 
-    static std::string threadName() {
-        return AppleServices::threadName();
-    }
-    static void forget(const char* key) {
-        AppleServices::current().defaults.erase(key);
-    }
+    static std::string threadName() { return AppleServices::threadName(); }
+    static void forget(const char* key) { AppleServices::current().defaults.erase(key); }
 
 private:
     AppleServices services;
-#endif
 };
+#endif
 
 } // namespace quiverly
