@@ -74,7 +74,7 @@ void close(Device& device);
 void registerInputReportCallback(Device& device, std::uint8_t* buffer, std::ptrdiff_t size,
                                  InputReportCallback callback, void* context);
 
-// Attach the open device to the calling thread's run loop, and detach it.
+// Attach the open device to the calling thread's run loop, which has no other one, and detach it.
 void schedule(Device& device);
 void unschedule(Device& device);
 

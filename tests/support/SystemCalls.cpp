@@ -49,6 +49,11 @@ ssize_t recvmsg(int socket, msghdr* message, int flags) {
     return quiverly::receiving.strikes() ? -1 : call(socket, message, flags);
 }
 
+int recvmmsg(int socket, mmsghdr* messages, unsigned count, int flags, timespec* limit) {
+    static auto* const call = quiverly::following(&::recvmmsg, "recvmmsg");
+    return quiverly::receiving.strikes() ? -1 : call(socket, messages, count, flags, limit);
+}
+
 ssize_t send(int socket, const void* bytes, size_t length, int flags) {
     static auto* const call = quiverly::following(&::send, "send");
     return quiverly::sending.strikes() ? -1 : call(socket, bytes, length, flags);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <iterator>
+#include <optional>
 #include <span>
 #include <string>
 #include <system_error>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "laptop/transport.h"
+#include "platform/linux/sensors/ReportReceiver.h"
 #include "platform/linux/sensors/SensorService.h"
 #include "platform/linux/sensors/SensorTap.h"
 #include "platform/linux/sensors/iio/Accelerometer.h"
@@ -56,55 +58,60 @@ hid::ReturnCode returnCode(const std::error_code& error) {
     return hid::generalError;
 }
 
-// The devices scheduled on one thread. A device that is gone stays, but is not waited for any more.
+// The device scheduled on one thread, if there is one.
 class RunLoop {
 public:
-    void add(hid::Device& device) {
-        devices.push_back(&device);
-        inputs.push_back(inputOf(device.reports.get()));
+    void add(hid::Device& added) {
+        device = &added;
+        receiver.emplace(added.reports.get());
     }
 
-    void remove(const hid::Device& device) {
-        const auto found = std::ranges::find(devices, &device);
-        if (found == devices.end()) return;
-        inputs.erase(inputs.begin() + (found - devices.begin()));
-        devices.erase(found);
+    void remove(const hid::Device& removed) {
+        if (device == &removed) receiver.reset();
     }
 
-    // Until one packet of reports has been handled. What cannot be read for the moment is tried again every
-    // millisecond.
+    // Until reports have been handled: those that had come. What cannot be read for the moment is tried again every
+    // millisecond. Rests without a device, and with one that is gone.
     void run(std::chrono::nanoseconds longest) {
         using Clock = std::chrono::steady_clock;
         const auto end = Clock::now() + longest;
-        while (waitForInput(inputs, end - Clock::now())) {
-            const auto ready = std::ranges::find_if(inputs, [](const pollfd& input) { return input.revents != 0; });
-            auto& device = *devices[static_cast<std::size_t>(ready - inputs.begin())];
-            const auto length = laptop::receiveReport(ready->fd, device.buffer);
-            if (length && *length) return report(device, **length);
-            if (Clock::now() >= end) return;
-            if (!length) pauseAfter(length.error(), *ready);
-        }
+        auto rest = longest;
+        do {
+            if (!receiver) {
+                waitForInput({}, rest);
+                return;
+            }
+            const auto reports = receiver->receive(rest);
+            if (reports && !reports->empty()) return handle(*reports);
+            if (!reports) pauseAfter(reports.error());
+            rest = end - Clock::now();
+        } while (rest > rest.zero());
     }
 
 private:
-    static void report(hid::Device& device, std::size_t length) {
-        for (int count = 0; count < device.reportsPerPacket; ++count) {
-            if (currentTap.onReport) currentTap.onReport(device.buffer.first(length));
-            device.callback(device.context, hid::success, nullptr, 0, 0, device.buffer.data(),
-                            static_cast<std::ptrdiff_t>(length));
+    void handle(ReportReceiver::Reports reports) {
+        for (const auto report : reports) {
+            const auto bytes = report.first(std::min(report.size(), device->buffer.size()));
+            for (int count = 0; count < device->reportsPerPacket; ++count) handle(bytes);
         }
     }
 
-    static void pauseAfter(const std::error_code& error, pollfd& input) {
+    void handle(std::span<const std::uint8_t> report) {
+        std::ranges::copy(report, device->buffer.begin());
+        if (currentTap.onReport) currentTap.onReport(report);
+        device->callback(device->context, hid::success, nullptr, 0, 0, device->buffer.data(), std::ssize(report));
+    }
+
+    void pauseAfter(const std::error_code& error) {
         if (laptop::endsConnection(error)) {
-            input.fd = -1;
+            receiver.reset();
         } else {
             waitForInput({}, std::chrono::milliseconds(1));
         }
     }
 
-    std::vector<hid::Device*> devices;
-    std::vector<pollfd> inputs; // one for each device, in the same order
+    hid::Device* device = nullptr;
+    std::optional<ReportReceiver> receiver; // while the device is scheduled and there
 };
 
 thread_local RunLoop currentRunLoop;

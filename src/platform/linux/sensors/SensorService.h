@@ -23,7 +23,7 @@ struct SensorService {
     Properties properties;
     SetProperty setProperty;
 
-    // Opens the sensor: a socket whose packets are its reports, as laptop::receiveReport() takes them in. Closing the
+    // Opens the sensor: a socket whose packets are its reports, as ReportReceiver takes them in. Closing the
     // socket closes the sensor; the other end closes when the sensor is gone. Errors are the system's own (errno).
     Open open;
 

@@ -56,7 +56,7 @@ TEST(LinuxSensorTest, ReportsBeginOnlyWithTheWakingThatFollowsTheOpening) {
     EXPECT_TRUE(sensor.reports.empty());
     wake();
     hid::runLoop(10.0);
-    ASSERT_EQ(sensor.reports.size(), 1U);
+    ASSERT_FALSE(sensor.reports.empty());
     EXPECT_GE(sensor.reports[0].size(), 18U);
 }
 

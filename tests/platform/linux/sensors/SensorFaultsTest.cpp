@@ -58,9 +58,9 @@ TEST_F(SensorFaultsTest, ReportsGoOnAfterReadsThatFailed) {
     }
 }
 
-TEST_F(SensorFaultsTest, ReportsGoOnAfterWaitsThatFailed) {
+TEST_F(SensorFaultsTest, ReportsGoOnAfterRestsThatFailed) {
     for (const int error : passingErrors) {
-        polling = {.error = error, .left = 10};
+        receiving = polling = {.error = error, .left = 10};
         EXPECT_TRUE(hears()) << error;
         EXPECT_EQ(polling.left, 0) << error;
     }
@@ -75,11 +75,11 @@ TEST_F(SensorFaultsTest, ReadsThatKeepFailingAreTriedWithRestsAndReportsGoOnAfte
     }
 }
 
-TEST_F(SensorFaultsTest, WaitsThatKeepFailingAreTriedWithRestsAndReportsGoOnAfterThem) {
+TEST_F(SensorFaultsTest, RestsThatFailAreRestsAllTheSame) {
     for (const int error : passingErrors) {
-        polling = {.error = error, .left = Fault::always};
-        expectRestsAfterCalls(polling);
-        polling = {};
+        receiving = polling = {.error = error, .left = Fault::always};
+        expectRestsAfterCalls(receiving);
+        receiving = polling = {};
         EXPECT_TRUE(hears()) << error;
     }
 }

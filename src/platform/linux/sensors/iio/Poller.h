@@ -27,7 +27,7 @@ namespace quiverly {
 // A reading that fails is tried again, 25 times a second if it keeps failing. Main thread, but for what is private.
 class Poller {
 public:
-    // A socket whose packets are the reports, as laptop::receiveReport() takes them in. Waits for the first reading to
+    // A socket whose packets are the reports, as ReportReceiver takes them in. Waits for the first reading to
     // succeed or to fail for good, but for less than 50 ms: a sensor that takes longer counts as opened. Errors are the
     // system's own (errno).
     static tl::expected<FileDescriptor, std::error_code> open(const Accelerometer& accelerometer);

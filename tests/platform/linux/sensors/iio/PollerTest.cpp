@@ -200,8 +200,11 @@ TEST_F(PollerTest, OffsetsAndScalesOfEachAxisAreApplied) {
 TEST_F(PollerTest, EachReadingArrivesAsEightReports) {
     OpenSensor open;
     ASSERT_EQ(open.opened, hid::success);
-    for (int packet = 0; packet < 3; ++packet) hid::runLoop(10.0);
-    ASSERT_EQ(open.reports.size(), 24U);
+    for (std::size_t readings = 1; readings <= 3; ++readings) {
+        hid::runLoop(10.0);
+        ASSERT_GE(open.reports.size(), 8 * readings);
+        ASSERT_EQ(open.reports.size() % 8, 0U);
+    }
     for (const auto& report : open.reports) {
         EXPECT_EQ(report.size(), 18U);
         EXPECT_EQ(report, open.reports.front());
