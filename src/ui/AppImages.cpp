@@ -21,8 +21,7 @@ constexpr ImageFile icon{"AppIcon", "icns"};
 constexpr ImageFile logo{"logo", "png"};
 
 // An icon file holds the same picture in several sizes.
-QImage largestImageIn(const QString& file) {
-    QImageReader reader(file);
+QImage largestImageOf(QImageReader& reader) {
     QImage largest;
     do {
         const QImage image = reader.read();
@@ -31,11 +30,21 @@ QImage largestImageIn(const QString& file) {
     return largest;
 }
 
+// An image of that type, or else of any: to tell by the content, the toolkit loads every plugin that it has.
+QImage imageIn(const QString& file, const char* type) {
+    QImageReader reader(file, type);
+    reader.setAutoDetectImageFormat(false);
+    QImage image = largestImageOf(reader);
+    if (!image.isNull()) return image;
+    QImageReader byContent(file);
+    return largestImageOf(byContent);
+}
+
 QImage firstThatLoads(std::initializer_list<ImageFile> candidates) {
     for (const ImageFile& candidate : candidates) {
         const auto file = bundle::resource(candidate.name, candidate.type);
         if (!file) continue;
-        QImage image = largestImageIn(QString::fromStdString(file->string()));
+        QImage image = imageIn(QString::fromStdString(file->string()), candidate.type);
         if (!image.isNull()) return image;
     }
     return {};

@@ -29,7 +29,6 @@ bool onboardingIsCompleted() {
 
 BonkoApp::BonkoApp() {
     window.setWindowTitle("Quiverly");
-    window.setWindowIcon(windowIcon());
     describeAs(window, QAccessible::Window);
     window.setContextMenuPolicy(Qt::NoContextMenu);
     QObject::connect(&Theme::current(), &Theme::changed, &window, [this] { applyPalette(); });
@@ -47,6 +46,10 @@ void BonkoApp::show() {
     window.show();
     window.raise();
     window.activateWindow();
+    if (!window.windowIcon().isNull()) return;
+    mainQueue::post([window = QPointer(&window)] { // while the display opens the window
+        if (window) window->setWindowIcon(windowIcon());
+    });
 }
 
 void BonkoApp::minimize() {
