@@ -82,7 +82,8 @@ struct Entry {
 };
 constexpr Entry entries[] = {
     {"slap", slap},        {"rest", plain<Rest>},     {"tilt", tilt},
-    {"type", plain<Type>}, {"walk", plain<Walk>},     {"sleep", plain<Sleep>},
+    {"type", plain<Type>}, {"walk", plain<Walk>},     {"bump", plain<Bump>},
+    {"lid", plain<Lid>},   {"lift", plain<Lift>},     {"sleep", plain<Sleep>},
     {"wake", plain<Wake>}, {"vanish", plain<Vanish>}, {"appear", plain<Appear>},
     {"deny", plain<Deny>}, {"allow", plain<Allow>},   {"quit", plain<Quit>},
 };
@@ -92,6 +93,9 @@ constexpr Entry entries[] = {
 const std::string_view help = R"(Commands:
   slap PEAK [FREQUENCY [DECAY]]  slap: g, Hz (18), seconds (0.05)
   type, walk                     taps of keys; steps of a walk; until rest
+  bump                           the table is bumped
+  lid                            the lid is shut and opened again
+  lift                           is picked up and put down again
   rest                           lies still
   tilt X Y Z                     lies turned, with its 1 g in that direction
   sleep, wake                    stays connected but reports nothing; reports again

@@ -20,6 +20,9 @@ struct Tilt {
 };
 struct Type {};
 struct Walk {};
+struct Bump {};   // of the table
+struct Lid {};    // is shut and opened again
+struct Lift {};   // picked up and put down again
 struct Sleep {};  // stays connected, reports nothing
 struct Wake {};   // reports again
 struct Vanish {}; // the sensor is gone: connections end, the socket disappears
@@ -28,7 +31,8 @@ struct Deny {};   // opening the sensor is not permitted from now on
 struct Allow {};  // and is again
 struct Quit {};
 
-using Command = std::variant<Slap, Rest, Tilt, Type, Walk, Sleep, Wake, Vanish, Appear, Deny, Allow, Quit>;
+using Command =
+    std::variant<Slap, Rest, Tilt, Type, Walk, Bump, Lid, Lift, Sleep, Wake, Vanish, Appear, Deny, Allow, Quit>;
 
 // One line for each command, in the order of a manual.
 extern const std::string_view help;

@@ -17,15 +17,29 @@ constexpr int stepReports = 600;
 constexpr double bodyHeave = 0.08; // g
 constexpr Blow heelStrike{.peak = 0.25, .frequency = 12.0, .decay = 0.05};
 
+// The table sways more slowly than a slapped laptop rings.
+constexpr Blow tableBump{.peak = 0.09, .frequency = 7.0, .decay = 0.2};
+
+// The lid falls for a moment before it hits the deck.
+constexpr int lidFall = 300; // reports
+constexpr Blow lidThump{.peak = 0.25, .frequency = 25.0, .decay = 0.03};
+
+// Picked up it speeds up and slows down, is held, and comes down the same way.
+constexpr int liftReports = 800;
+constexpr int holdingReports = 800;
+constexpr double liftPush = 0.08; // g
+
 double timeSinceHold(int age) {
     return (age - holdReports + 1) * reportInterval;
 }
 
 double envelope(const Blow& blow, int age) {
+    if (age < 0) return blow.peak; // it is yet to come
     return age < holdReports ? blow.peak : blow.peak * std::exp(-timeSinceHold(age) / blow.decay);
 }
 
 double displacement(const Blow& blow, int age) {
+    if (age < 0) return 0.0;
     return age < holdReports ? blow.peak : envelope(blow, age) * std::cos(turn * blow.frequency * timeSinceHold(age));
 }
 
@@ -45,8 +59,21 @@ void Motion::walk() {
     activityAge = 0;
 }
 
+void Motion::bump() {
+    slap(tableBump);
+}
+
+void Motion::shutLid() {
+    blows.push_back({.blow = lidThump, .age = -lidFall});
+}
+
+void Motion::lift() {
+    liftAge = 0;
+}
+
 void Motion::rest() {
     activity = Activity::none;
+    liftAge.reset();
     blows.clear();
 }
 
@@ -57,7 +84,7 @@ void Motion::tilt(const Acceleration& up) {
 
 Acceleration Motion::next() {
     moveByActivity();
-    const double along = 1.0 + heave() + ring();
+    const double along = 1.0 + heave() + carrying() + ring();
     ++activityAge;
     return {.x = gravity.x * along + noise(random),
             .y = gravity.y * along + noise(random),
@@ -76,6 +103,17 @@ double Motion::heave() const {
     if (activity != Activity::walking) return 0.0;
     const auto ofTheStep = static_cast<double>(activityAge % stepReports) / stepReports;
     return bodyHeave * std::sin(turn * ofTheStep);
+}
+
+double Motion::carrying() {
+    if (!liftAge) return 0.0;
+    const int age = (*liftAge)++;
+    const int down = age - liftReports - holdingReports;
+    if (down >= liftReports) liftAge.reset();
+    const auto push = [](int since) {
+        return since < 0 || since >= liftReports ? 0.0 : liftPush * std::sin(turn * since / liftReports);
+    };
+    return push(age) - push(down);
 }
 
 double Motion::ring() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <random>
 #include <vector>
 
@@ -33,6 +34,9 @@ public:
     void slap(const Blow& blow);
     void type();                       // light taps of keys until rest()
     void walk();                       // carried at walking pace until rest()
+    void bump();                       // of the table: sways, below the default threshold of a slap
+    void shutLid();                    // shut with a thump, which counts as a slap by default, and opened again
+    void lift();                       // picked up and put down again, below the default threshold
     void rest();                       // lies still at once, the way it was turned
     void tilt(const Acceleration& up); // what the sensor feels at rest points there from now on, at 1 g; never all zero
 
@@ -43,11 +47,12 @@ private:
 
     struct Ringing {
         Blow blow;
-        int age = 0; // reports
+        int age = 0; // reports; negative until it begins
     };
 
     void moveByActivity();
     double heave() const;
+    double carrying();
     double ring();
     double uniform(double least, double most);
 
@@ -57,6 +62,7 @@ private:
     Activity activity = Activity::none;
     std::int64_t activityAge = 0; // reports
     std::int64_t nextTap = 0;     // of the activity's age
+    std::optional<int> liftAge;   // reports; nothing unless it is being lifted
     std::vector<Ringing> blows;
 };
 

@@ -64,6 +64,9 @@ private:
     void apply(const command::Tilt& tilt) { motion.tilt(tilt.up); }
     void apply(const command::Type&) { motion.type(); }
     void apply(const command::Walk&) { motion.walk(); }
+    void apply(const command::Bump&) { motion.bump(); }
+    void apply(const command::Lid&) { motion.shutLid(); }
+    void apply(const command::Lift&) { motion.lift(); }
     void apply(const command::Sleep&) { asleep = true; }
     void apply(const command::Wake&) { asleep = false; }
     void apply(const command::Vanish&) { server.vanish(); }

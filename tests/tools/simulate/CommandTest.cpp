@@ -36,6 +36,9 @@ TEST(CommandTest, EveryPlainCommandIsKnown) {
     parsed<Rest>("rest");
     parsed<Type>("type");
     parsed<Walk>("walk");
+    parsed<Bump>("bump");
+    parsed<Lid>("lid");
+    parsed<Lift>("lift");
     parsed<Sleep>("sleep");
     parsed<Wake>("wake");
     parsed<Vanish>("vanish");
@@ -47,13 +50,14 @@ TEST(CommandTest, EveryPlainCommandIsKnown) {
 
 TEST(CommandTest, TheErrorSaysWhyALineIsNotACommand) {
     using namespace std::string_view_literals;
-    for (const auto line : {"slip"sv,     "Slap 1"sv,     "slap"sv,        "slap x"sv,       "slap 0"sv,
-                            "slap -1"sv,  "slap 20.1"sv,  "slap 1e1"sv,    "slap nan"sv,     "slap inf"sv,
-                            "slap +1"sv,  "slap .5"sv,    "slap 1."sv,     "slap 0x1"sv,     "slap 1,5"sv,
-                            "slap 1 0"sv, "slap 1 501"sv, "slap 1 18 0"sv, "slap 1 18 11"sv, "slap 1 18 0.1 1"sv,
-                            "tilt"sv,     "tilt 1 2"sv,   "tilt 0 0 0"sv,  "tilt 1 2 x"sv,   "tilt 1 2 3 4"sv,
-                            "rest 1"sv,   "quit now"sv,   "slap 0.5\0"sv,  "\0"sv,           "\xFF\xFE"sv,
-                            ""sv}) {
+    for (const auto line : {"slip"sv,         "Slap 1"sv,      "slap"sv,         "slap x"sv,
+                            "slap 0"sv,       "slap -1"sv,     "slap 20.1"sv,    "slap 1e1"sv,
+                            "slap nan"sv,     "slap inf"sv,    "slap +1"sv,      "slap .5"sv,
+                            "slap 1."sv,      "slap 0x1"sv,    "slap 1,5"sv,     "slap 1 0"sv,
+                            "slap 1 501"sv,   "slap 1 18 0"sv, "slap 1 18 11"sv, "slap 1 18 0.1 1"sv,
+                            "tilt"sv,         "tilt 1 2"sv,    "tilt 0 0 0"sv,   "tilt 1 2 x"sv,
+                            "tilt 1 2 3 4"sv, "rest 1"sv,      "bump 1"sv,       "quit now"sv,
+                            "slap 0.5\0"sv,   "\0"sv,          "\xFF\xFE"sv,     ""sv}) {
         const auto command = parse(line);
         ASSERT_FALSE(command) << line;
         EXPECT_FALSE(command.error().empty()) << line;

@@ -148,5 +148,61 @@ TEST(MotionTest, EveryStepOfAWalkIsDetectedAtTheDefaultThreshold) {
     EXPECT_TRUE(felt.slaps.empty());
 }
 
+// Runs what is done to a laptop at rest, in every phase of the decoding, and counts the slaps at the default threshold.
+template<class Deed>
+void expectSlaps(std::size_t count, Deed deed) {
+    for (int phase = 0; phase < 8; ++phase) {
+        FeltMotion felt;
+        felt.settle();
+        felt.feel(phase);
+        deed(felt.motion);
+        felt.feel(4000);
+        EXPECT_EQ(felt.slaps.size(), count) << "phase " << phase;
+    }
+}
+
+TEST(MotionTest, ABumpOfTheTableIsFeltButIsNoSlapAtTheDefaultThreshold) {
+    expectSlaps(0, [](Motion& motion) { motion.bump(); });
+    FeltMotion felt;
+    felt.settle();
+    felt.detector.threshold = 0.06;
+    felt.motion.bump();
+    felt.feel(100);
+    EXPECT_EQ(felt.slaps.size(), 1U);
+}
+
+TEST(MotionTest, TheLidHitsTheDeckAWhileAfterItFallsWhichCountsAsASlap) {
+    expectSlaps(1, [](Motion& motion) { motion.shutLid(); });
+    FeltMotion felt;
+    felt.settle();
+    felt.motion.shutLid();
+    felt.feel(290);
+    EXPECT_TRUE(felt.slaps.empty());
+    felt.feel(20);
+    EXPECT_EQ(felt.slaps.size(), 1U);
+}
+
+TEST(MotionTest, PickingTheLaptopUpIsFeltButIsNoSlapAtTheDefaultThreshold) {
+    expectSlaps(0, [](Motion& motion) { motion.lift(); });
+    Motion motion(1);
+    motion.lift();
+    std::vector<double> felt(2500);
+    for (double& sample : felt) sample = motion.next().z - 1.0;
+    EXPECT_NEAR(felt[200], 0.08, 0.01);  // speeds up
+    EXPECT_NEAR(felt[600], -0.08, 0.01); // slows down
+    EXPECT_NEAR(felt[1200], 0.0, 0.01);  // is held
+    EXPECT_NEAR(felt[1800], -0.08, 0.01);
+    EXPECT_NEAR(felt[2200], 0.08, 0.01);
+    EXPECT_NEAR(felt[2450], 0.0, 0.01); // lies again
+}
+
+TEST(MotionTest, RestEndsALift) {
+    Motion motion(1);
+    motion.lift();
+    for (int count = 0; count < 200; ++count) motion.next();
+    motion.rest();
+    EXPECT_NEAR(motion.next().z, 1.0, 0.01);
+}
+
 } // namespace
 } // namespace quiverly
