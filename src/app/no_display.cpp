@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <mutex>
 #include <vector>
@@ -28,7 +29,7 @@ QtMessageHandler usualHandler = nullptr;
     if (display.isEmpty()) display = qgetenv("DISPLAY");
     const QByteArray line = display.isEmpty() ? "There is no display: neither WAYLAND_DISPLAY nor DISPLAY is set."
                                               : "The window cannot be opened on the display \"" + display + "\".";
-    std::fprintf(stderr, "quiverly: %s\n", line.constData()); // is not buffered
+    std::fprintf(stderr, "%s: %s\n", program_invocation_short_name, line.constData()); // is not buffered
     ::_exit(1);
 }
 

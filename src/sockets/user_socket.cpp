@@ -41,10 +41,25 @@ FileDescriptor packetSocket() {
     return FileDescriptor(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
 }
 
-bool peerIs(int socket, uid_t user) {
+namespace {
+
+std::optional<ucred> peerOf(int socket) {
     ucred peer = {};
     socklen_t size = sizeof peer;
-    return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == user;
+    if (::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0) return std::nullopt;
+    return peer;
+}
+
+} // namespace
+
+bool peerIs(int socket, uid_t user) {
+    const auto peer = peerOf(socket);
+    return peer && peer->uid == user;
+}
+
+pid_t peerProcess(int socket) {
+    const auto peer = peerOf(socket);
+    return peer ? peer->pid : 0;
 }
 
 } // namespace quiverly

@@ -43,4 +43,7 @@ FileDescriptor packetSocket();
 // Whether the program at the other end of a connected socket runs as that user.
 bool peerIs(int socket, uid_t user);
 
+// That program's process; 0 where it is not known, as from inside a container.
+pid_t peerProcess(int socket);
+
 } // namespace quiverly

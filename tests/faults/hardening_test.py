@@ -8,7 +8,7 @@ import unittest
 from pathlib import Path
 
 FOLDER = Path(os.environ["QUIVERLY_PROGRAMS"])
-PROGRAMS = ("quiverly", "quiverly-import", "quiverly-record", "quiverly-replay", "quiverly-simulate")
+PROGRAMS = ("quiverly", "quiverly-import", "quiverly-laptop-window", "quiverly-record", "quiverly-replay", "quiverly-simulate")
 
 
 def ask(*command: str | Path) -> str:

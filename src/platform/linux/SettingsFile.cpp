@@ -12,6 +12,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QSaveFile>
+#include <QStandardPaths>
 
 #include "sockets/FileDescriptor.h"
 
@@ -65,6 +66,10 @@ void closeToOthers(const QString& folder) {
 }
 
 } // namespace
+
+QString SettingsFile::nameOfTheUsers() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/quiverly/settings.json";
+}
 
 QJsonObject SettingsFile::read() const {
     return load(name).value_or(std::nullopt).value_or(QJsonObject());

@@ -19,6 +19,9 @@ namespace quiverly {
 // NAME.unreadable (or NAME.unreadable.2, and so on). What cannot be read or set aside is not replaced.
 class SettingsFile {
 public:
+    // Of the application's user.
+    static QString nameOfTheUsers();
+
     explicit SettingsFile(QString name) : name(std::move(name)) {}
 
     QJsonObject read() const;

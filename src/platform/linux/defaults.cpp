@@ -7,7 +7,6 @@
 #include <QCoreApplication>
 #include <QJsonObject>
 #include <QJsonValue>
-#include <QStandardPaths>
 #include <QString>
 #include <QTimer>
 
@@ -25,8 +24,7 @@ using Clock = std::chrono::steady_clock;
 class Store {
 public:
     static Store& ofTheUser() {
-        static Store store(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                           "/quiverly/settings.json");
+        static Store store(SettingsFile::nameOfTheUsers());
         static const bool endsWithTheApplication = (qAddPostRoutine([] { store.storeLast(); }), true);
         static_cast<void>(endsWithTheApplication);
         return store;

@@ -20,6 +20,8 @@ public:
     // What to wait for: negative after the end, and during the pause after a failed read.
     int descriptor() const { return pause() ? -1 : input; }
 
+    bool hasEnded() const { return input < 0; }
+
     // What is left of that pause; nothing while there is none.
     std::optional<std::chrono::nanoseconds> pause() const;
 

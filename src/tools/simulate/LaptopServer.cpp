@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 
@@ -120,6 +121,11 @@ tl::expected<void, std::error_code> LaptopServer::open(Client& client, std::uint
     registry.accelerometerOpened();
     say("client " + std::to_string(client.number) + " opened the accelerometer");
     return {};
+}
+
+std::int64_t LaptopServer::reader() const {
+    const auto client = std::ranges::find(clients, true, &Client::hasOpened);
+    return client == clients.end() ? 0 : peerProcess(client->socket.get());
 }
 
 void LaptopServer::report(std::span<const std::uint8_t> bytes) {

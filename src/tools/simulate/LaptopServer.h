@@ -38,6 +38,10 @@ public:
     bool isReporting() const { return registry.isReporting(); }
     void report(std::span<const std::uint8_t> bytes); // to all who have the accelerometer open; at most 256 bytes
 
+    // The process of the client that has had the accelerometer open for longest; 0 when there is none, or none is
+    // known.
+    std::int64_t reader() const;
+
     // Adds what to wait for to `inputs`; after the wait, the same part of `inputs` is handled.
     void addInputs(std::vector<pollfd>& inputs) const;
     void handleInputs(std::span<const pollfd> inputs);

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "sockets/input.h"
-#include "tools/simulate/CommandInput.h"
 #include "tools/simulate/InputReport.h"
 
 namespace quiverly {
@@ -31,15 +30,17 @@ tl::expected<void, std::string> Simulator::open() {
 
 tl::expected<void, std::string> Simulator::run(int commands, int interruptions) {
     CommandInput input(commands);
+    CommandInput windowInput(window ? window->commands() : -1);
     std::vector<pollfd> inputs;
     while (!finished) {
-        inputs = {inputOf(input.descriptor()), inputOf(interruptions)};
+        inputs = {inputOf(input.descriptor()), inputOf(interruptions), inputOf(windowInput.descriptor())};
         server.addInputs(inputs);
         waitForInput(inputs, std::min(untilNext(), input.pause().value_or(wholeDay)));
         skipSilence();
-        server.handleInputs(std::span(inputs).subspan(2));
+        server.handleInputs(std::span(inputs).subspan(3));
         if (inputs[0].revents != 0) obeyLines(input.read());
         if (inputs[1].revents != 0) finished = true;
+        if (inputs[2].revents != 0) obeyWindow(windowInput);
         catchUp();
     }
     server.vanish();
@@ -67,6 +68,13 @@ void Simulator::obeyLines(const std::vector<std::string>& lines) {
     for (const std::string& line : lines) obeyLine(line);
 }
 
+void Simulator::obeyWindow(CommandInput& input) {
+    obeyLines(input.read());
+    if (!input.hasEnded() || finished) return;
+    outcome = window->wait();
+    finished = true;
+}
+
 void Simulator::obeyLine(const std::string& line) {
     if (line.size() > CommandInput::longestLine) return complain("a line of more than 1000 bytes is not a command");
     if (command::isRemark(line)) return;
@@ -81,7 +89,19 @@ void Simulator::catchUp() {
     for (; next <= end && !finished; ++next) {
         if (isReporting() && !begin) begin = next;
         obeyScript();
+        tellWhetherReporting();
         isReporting() ? sendReports() : missRecording();
+    }
+    tellWhetherReporting(); // there may be no more to live through for a long time
+}
+
+void Simulator::tellWhetherReporting() {
+    if (isReporting() == windowKnowsOfReports) return;
+    windowKnowsOfReports = isReporting();
+    if (windowKnowsOfReports) {
+        tellWindow(window::Reporting{server.reader()});
+    } else {
+        tellWindow(window::Silent{});
     }
 }
 
@@ -98,13 +118,13 @@ void Simulator::sendReports() {
     if (recording) {
         playRecording();
     } else {
-        server.report(inputReport(motion.next(), ++reports));
+        send(inputReport(motion.next(), ++reports));
     }
 }
 
 void Simulator::playRecording() {
     auto report = recording->take(next - *begin);
-    for (; report && *report; report = recording->take(next - *begin)) server.report(**report);
+    for (; report && *report; report = recording->take(next - *begin)) send(**report);
     if (!report) {
         outcome = tl::unexpected(report.error());
         finished = true;
@@ -115,6 +135,11 @@ void Simulator::playRecording() {
     }
 }
 
+void Simulator::send(std::span<const std::uint8_t> report) {
+    server.report(report);
+    if (window) window->report(next.count(), report);
+}
+
 // Reports of the recording are lost while the sensor does not report.
 void Simulator::missRecording() {
     if (!recording || !begin) return;
@@ -123,6 +148,7 @@ void Simulator::missRecording() {
 
 void Simulator::obey(const command::Command& command, const std::string& line) {
     say(line);
+    tellWindow(window::Obeyed{line});
     std::visit([this](const auto& what) { apply(what); }, command);
 }
 
@@ -143,6 +169,11 @@ void Simulator::say(const std::string& event) {
 
 void Simulator::complain(const std::string& what) {
     errors << "quiverly-simulate: " << what << std::endl;
+    tellWindow(window::Problem{what});
+}
+
+void Simulator::tellWindow(const window::Message& message) {
+    if (window) window->tell(message);
 }
 
 } // namespace quiverly

@@ -5,16 +5,20 @@
 #include <iosfwd>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <tl/expected.hpp>
 
 #include "tools/simulate/Command.h"
+#include "tools/simulate/CommandInput.h"
 #include "tools/simulate/LaptopServer.h"
 #include "tools/simulate/Motion.h"
 #include "tools/simulate/RecordingPlayer.h"
 #include "tools/simulate/Script.h"
+#include "tools/simulate/WindowProcess.h"
 
 namespace quiverly {
 
@@ -22,7 +26,8 @@ namespace quiverly {
 //
 // It has a clock of milliseconds. At each of them it obeys the commands of the script that are due and, while the
 // sensor reports, sends one report, or those of the recording that are due. Time 0 of script and recording is the first
-// report. After the end of the recording the laptop sleeps; awake again, it reports its own motion.
+// report. After the end of the recording the laptop sleeps; awake again, it reports its own motion. If it has a window,
+// commands come from there too, and the window is told what happens; the laptop ends with its window.
 class Simulator {
 public:
     struct Options {
@@ -38,8 +43,12 @@ public:
     // wrong with the recording up to its first report.
     tl::expected<void, std::string> open();
 
+    // Gives it a window, before it runs.
+    void show(WindowProcess shown) { window.emplace(std::move(shown)); }
+
     // Obeys the lines that come in at `commands`, until one of them is "quit" or there is something to read at
-    // `interruptions`; keeps running after the end of `commands`. The error says what is wrong with the recording.
+    // `interruptions`; keeps running after the end of `commands`. The error says what is wrong with the recording
+    // or with the end of the window.
     tl::expected<void, std::string> run(int commands, int interruptions);
 
 private:
@@ -52,10 +61,13 @@ private:
     void skipSilence();
     void obeyLines(const std::vector<std::string>& lines);
     void obeyLine(const std::string& line);
+    void obeyWindow(CommandInput& input);
     void catchUp();
+    void tellWhetherReporting();
     void obeyScript();
     void sendReports();
     void playRecording();
+    void send(std::span<const std::uint8_t> report);
     void missRecording();
 
     void obey(const command::Command& command, const std::string& line);
@@ -77,12 +89,15 @@ private:
 
     void say(const std::string& event);
     void complain(const std::string& what);
+    void tellWindow(const window::Message& message);
 
     Options options;
     std::ostream& output;
     std::ostream& errors;
     LaptopServer server{[this](const std::string& event) { say(event); }};
     Motion motion;
+    std::optional<WindowProcess> window;
+    bool windowKnowsOfReports = false; // that they flow
     std::optional<RecordingPlayer> recording;
     const Clock::time_point origin = Clock::now();
     Milliseconds next{0};              // the next millisecond to live through

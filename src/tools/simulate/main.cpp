@@ -19,7 +19,7 @@ namespace quiverly {
 namespace {
 
 constexpr char exitStatuses[] =
-    "\nExit status: 0 when it ended as asked, 1 when the socket or the recording cannot be used,\n"
+    "\nExit status: 0 when it ended as asked, 1 when the socket, the recording or the window cannot be used,\n"
     "2 when the options or the script cannot be used.";
 
 tl::expected<std::string, std::string> recordingName(const std::string& text) {
@@ -27,8 +27,14 @@ tl::expected<std::string, std::string> recordingName(const std::string& text) {
     return text;
 }
 
-tl::expected<Simulator::Options, EarlyExit> parseOptions(std::span<const char* const> arguments) {
-    Simulator::Options options;
+struct Options {
+    Simulator::Options simulator;
+    bool window = false;
+};
+
+tl::expected<Options, EarlyExit> parseOptions(std::span<const char* const> arguments) {
+    Options all;
+    Simulator::Options& options = all.simulator;
     CommandLine line("quiverly-simulate",
                      "Simulates a laptop with a motion sensor for Quiverly and obeys commands on standard input.",
                      std::string(command::help) + exitStatuses);
@@ -37,8 +43,9 @@ tl::expected<Simulator::Options, EarlyExit> parseOptions(std::span<const char* c
     line.addValue("--recording", options.recording, recordingName,
                   "send the reports of a recording at their times, then sleep", "FILE");
     line.addValue("--seed", options.seed, wholeNumber, "start of the sensor's noise, 0 unless given", "N");
+    line.addFlag("--window", all.window, "show the laptop in a window, where it can be slapped");
     line.addFlag("--verbose", options.verbose, "tell what happens");
-    return line.read(arguments).map([&] { return std::move(options); });
+    return line.read(arguments).map([&] { return std::move(all); });
 }
 
 // Makes the signals that ask a program to end readable instead, and keeps others from ending or stopping it: SIGPIPE
@@ -53,10 +60,19 @@ FileDescriptor interruptions() {
     return FileDescriptor(::signalfd(-1, &ending, SFD_CLOEXEC));
 }
 
-ExitStatus simulate(Simulator::Options options) {
+// Gives the laptop a window. The error says why it has none.
+tl::expected<void, std::string> showWindow(Simulator& simulator) {
+    return WindowProcess::start(WindowProcess::program()).map([&](WindowProcess&& window) {
+        simulator.show(std::move(window));
+    });
+}
+
+ExitStatus simulate(Options options) {
     const FileDescriptor ends = interruptions();
-    Simulator simulator(std::move(options), std::cout, std::cerr);
-    const auto ended = simulator.open().and_then([&] { return simulator.run(STDIN_FILENO, ends.get()); });
+    Simulator simulator(std::move(options.simulator), std::cout, std::cerr);
+    auto ended = simulator.open();
+    if (options.window) ended = ended.and_then([&] { return showWindow(simulator); });
+    ended = ended.and_then([&] { return simulator.run(STDIN_FILENO, ends.get()); });
     if (ended) return success;
     std::cerr << "quiverly-simulate: " << ended.error() << '\n';
     return failed;

@@ -23,8 +23,8 @@ namespace {
 // quiverly-simulate itself, at the other ends of pipes.
 class Program {
 public:
-    explicit Program(const std::vector<std::string>& arguments = {})
-        : process(command(arguments),
+    explicit Program(const std::vector<std::string>& arguments = {}, const std::string& file = QUIVERLY_SIMULATE)
+        : process(command(file, arguments),
                   {.input = in.readEnd.get(), .output = out.writeEnd.get(), .errors = err.writeEnd.get()}) {
         for (FileDescriptor* const its : {&in.readEnd, &out.writeEnd, &err.writeEnd}) its->reset();
     }
@@ -56,8 +56,8 @@ public:
     std::string errors() const { return readAll(err); }
 
 private:
-    static std::vector<std::string> command(const std::vector<std::string>& arguments) {
-        std::vector<std::string> words = {QUIVERLY_SIMULATE};
+    static std::vector<std::string> command(const std::string& file, const std::vector<std::string>& arguments) {
+        std::vector<std::string> words = {file};
         words.insert(words.end(), arguments.begin(), arguments.end());
         return words;
     }
@@ -317,6 +317,17 @@ TEST(SimulateProgramTest, UnusableOptionsEndItWithStatus2) {
         EXPECT_EQ(program.output(), "") << arguments[0];
         EXPECT_TRUE(program.errors().starts_with("quiverly-simulate: ")) << arguments[0];
     }
+}
+
+TEST(SimulateProgramTest, SaysThatThereIsNoProgramForItsWindow) {
+    const RuntimeFolder folder;
+    const auto alone = folder.path() / "quiverly-simulate";
+    std::filesystem::copy_file(QUIVERLY_SIMULATE, alone);
+    Program program({"--window"}, alone.string());
+    EXPECT_EQ(program.status(), 1);
+    EXPECT_EQ(program.errors(), "quiverly-simulate: " + (folder.path() / "quiverly-laptop-window").string() +
+                                    ": No such file or directory\n");
+    EXPECT_FALSE(std::filesystem::exists(socketIn(folder)));
 }
 
 TEST(SimulateProgramTest, PrintsItsHelpAndItsVersion) {
