@@ -6,12 +6,15 @@ from pathlib import Path
 
 import soundfile
 
+from harness.laptop_window import TITLE, LaptopWindow
+from harness.waiting import wait_until
+from settings import ONBOARDED, write_settings
 from system_case import SystemTest
 
 SOURCES = Path(__file__).parents[2]
 RUN = SOURCES / "run"
 TOUR = SOURCES / "build/tour"
-HOW_TO_SLAP = "To slap the simulated laptop, type: slap 0.6"
+HOW_TO_SLAP = "To slap the simulated laptop, press it on the screen, or type here: slap 0.6"
 
 
 class RunTest(SystemTest):
@@ -24,6 +27,28 @@ class RunTest(SystemTest):
             "the typed slap to be felt",
             slap=lambda: application.type_on_terminal("slap 0.8"),
         )
+
+    def test_the_laptop_is_slapped_on_the_screen_beside_the_application_and_closes_with_it(self) -> None:
+        application = self.expect_application([RUN])
+        window = LaptopWindow(self.desktop)
+        application.wait_for("Accelerometer detected")
+        left, right = self.desktop.window_place("Quiverly"), self.desktop.window_place(TITLE)
+        self.assertLess(left.x + left.width, right.x)
+        self.assertLessEqual(right.x + right.width, 1024)
+        self.slap_until(
+            lambda: application.shows("Motion check passed"), "the press to be felt", slap=window.press_laptop
+        )
+        self.assertEqual(application.close_window(), 0)
+        wait_until(lambda: not window.is_shown(), "the end of the laptop's window")
+
+    def test_closing_the_laptops_window_takes_the_sensor_away(self) -> None:
+        write_settings(self.desktop, ONBOARDED)
+        application = self.expect_application([RUN])
+        window = LaptopWindow(self.desktop)
+        window.close()
+        wait_until(lambda: not window.is_shown(), "the end of the laptop's window")
+        application.press("Start listening")
+        application.wait_for("Accelerometer device missing on this Mac.")
 
     def test_the_laptop_ends_with_the_application(self) -> None:
         application = self.expect_application([RUN])

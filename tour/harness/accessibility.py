@@ -13,7 +13,7 @@ from harness.waiting import wait_until
 
 Accessible = Atspi.Accessible
 
-KEYS = {"space": 0x20, "Tab": 0xFF09, "Return": 0xFF0D, "Right": 0xFF53}  # key symbols of X
+KEYS = {"space": 0x20, "6": 0x36, "Tab": 0xFF09, "Return": 0xFF0D, "Right": 0xFF53}  # key symbols of X
 
 # Older releases of the library call it PUSH_BUTTON.
 BUTTON = getattr(Atspi.Role, "BUTTON", None) or Atspi.Role.PUSH_BUTTON

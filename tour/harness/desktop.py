@@ -4,9 +4,19 @@ import os
 import re
 import subprocess
 from pathlib import Path
+from typing import NamedTuple
 
 from harness.private_user import PrivateUser
 from harness.waiting import wait_until
+
+
+class WindowPlace(NamedTuple):
+    """A rectangle of the screen, in pixels."""
+
+    x: int
+    y: int
+    width: int
+    height: int
 
 
 class Desktop(PrivateUser):
@@ -47,6 +57,12 @@ class Desktop(PrivateUser):
         told = self._ask("import", "-window", title, *crop, "txt:-").stdout.decode()
         found = re.search(r"#[0-9A-F]{6}", told)
         return found[0] if found else ""
+
+    def window_place(self, title: str) -> WindowPlace:
+        """Where a window is on the screen, without its frame."""
+        told = self._ask("xwininfo", "-name", title).stdout.decode()
+        texts = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        return WindowPlace(*(int(re.findall(rf"{text}: +(-?\d+)", told)[0]) for text in texts))
 
     def screenshot(self, file: Path) -> None:
         """Writes what the screen shows, once nothing moves, to a picture file."""
