@@ -47,6 +47,25 @@ class Desktop(PrivateUser):
         answer = self._ask("xprop", "-id", identifier, "-notype", "WM_NAME").stdout.decode()
         return answer.partition(" = ")[2].strip().strip('"')
 
+    def paint_background(self, colour: str) -> None:
+        self._ask("xsetroot", "-solid", colour).check_returncode()
+
+    def place_window(self, title: str, left: int, top: int) -> None:
+        """Moves the frame of a window, in pixels of the screen."""
+        move = ("wmctrl", "-F", "-r", title, "-e", f"0,{left},{top},-1,-1")
+        wait_until(lambda: self._ask(*move).returncode == 0, f"the window “{title}”")
+
+    def press(self, title: str, across: float, down: float, seconds: float) -> None:
+        """Holds the mouse's button on a point of a window, given in parts of its width and height."""
+        told = self._ask("xwininfo", "-name", title).stdout.decode()
+        left, top, width, height = (
+            int(re.search(rf"{name}: +(-?\d+)", told)[1])  # type: ignore[index]
+            for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        )
+        x, y = left + across * width, top + down * height
+        hold = ("mousedown", "1", "sleep", str(seconds), "mouseup", "1")
+        self._ask("xdotool", "mousemove", str(round(x)), str(round(y)), *hold).check_returncode()
+
     def close_window(self, title: str) -> None:
         """Closes a window as a click into the corner of its frame does."""
         wait_until(lambda: self._ask("wmctrl", "-F", "-c", title).returncode == 0, f"the window “{title}”")

@@ -10,12 +10,11 @@ from harness.waiting import wait_until
 class SimulatedLaptop:
     """A laptop that rests on a table until it is told otherwise."""
 
-    def __init__(self, desktop: Desktop, programs: Path) -> None:
+    def __init__(self, desktop: Desktop, programs: Path, *options: str) -> None:
         self._file = desktop.folder / "laptop.log"
         self._began = self._file.stat().st_size if self._file.exists() else 0
-        self._process = desktop.start(
-            [programs / "quiverly-simulate", "--verbose"], stdin=PIPE, stdout=desktop.log("laptop"), stderr=STDOUT
-        )
+        command = [programs / "quiverly-simulate", "--verbose", *options]
+        self._process = desktop.start(command, stdin=PIPE, stdout=desktop.log("laptop"), stderr=STDOUT)
         self.wait_for("ready")
 
     def said(self) -> str:
