@@ -13,13 +13,20 @@ namespace quiverly {
 namespace {
 
 constexpr auto serverChoice = static_cast<std::uint32_t>(-1);
-constexpr double beginning = 0.1; // seconds of the clip that the server has when it starts
+constexpr double beginning = 0.1;    // seconds of the clip that the server has when it starts
+constexpr double briefCycle = 0.01;  // seconds
+constexpr double usualCycle = 0.025; // seconds
+
+std::uint32_t bytesOf(double seconds, const pa_sample_spec& format) {
+    return static_cast<std::uint32_t>(seconds * format.rate) * static_cast<std::uint32_t>(pa_frame_size(&format));
+}
 
 } // namespace
 
 void ClipStream::Disconnect::operator()(pa_stream* stream) const {
     pa_stream_set_state_callback(stream, nullptr, nullptr);
     pa_stream_set_write_callback(stream, nullptr, nullptr);
+    pa_stream_set_started_callback(stream, nullptr, nullptr);
     pa_stream_disconnect(stream);
     pa_stream_unref(stream);
 }
@@ -29,7 +36,7 @@ void ClipStream::Cancel::operator()(pa_operation* operation) const {
     pa_operation_unref(operation);
 }
 
-ClipStream::ClipStream(pa_mainloop_api& api, pa_context& context, std::unique_ptr<Playback> ownPlayback,
+ClipStream::ClipStream(pa_mainloop_api& api, pa_context& context, Cycles cycles, std::unique_ptr<Playback> ownPlayback,
                        std::function<void()> onChange)
     : context(context),
       playback(std::move(ownPlayback)),
@@ -39,17 +46,25 @@ ClipStream::ClipStream(pa_mainloop_api& api, pa_context& context, std::unique_pt
     framesUntilStart = static_cast<std::size_t>(beginning * clip.rate());
     const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, clip.rate(), clip.channels()};
     stream.reset(pa_stream_new(&context, "Slap", &format, nullptr));
-    if (!stream || !connect()) currentState = State::finished;
+    if (!stream || !connect(cycles)) currentState = State::finished;
 }
 
 ClipStream::~ClipStream() = default;
 
 // A stream that ran dry goes on with the first frame that the server has. With no frame at all to wait for, draining
 // would never end.
-bool ClipStream::connect() {
-    const auto frame = static_cast<std::uint32_t>(pa_frame_size(pa_stream_get_sample_spec(stream.get())));
-    const pa_buffer_attr buffer{serverChoice, serverChoice, frame, serverChoice, serverChoice};
-    if (pa_stream_connect_playback(stream.get(), nullptr, &buffer, PA_STREAM_START_CORKED, nullptr, nullptr) < 0)
+bool ClipStream::connect(Cycles cycles) {
+    const pa_sample_spec& format = *pa_stream_get_sample_spec(stream.get());
+    const auto frame = static_cast<std::uint32_t>(pa_frame_size(&format));
+    pa_buffer_attr buffer{serverChoice, serverChoice, frame, serverChoice, serverChoice};
+    int flags = PA_STREAM_START_CORKED;
+    if (cycles == Cycles::brief) {
+        flags |= PA_STREAM_EARLY_REQUESTS;
+        buffer.minreq = bytesOf(briefCycle, format);
+        pa_stream_set_started_callback(stream.get(), started, this);
+    }
+    if (pa_stream_connect_playback(stream.get(), nullptr, &buffer, static_cast<pa_stream_flags_t>(flags), nullptr,
+                                   nullptr) < 0)
         return false;
     pa_stream_set_state_callback(stream.get(), stateChanged, this);
     pa_stream_set_write_callback(stream.get(), dataWanted, this);
@@ -64,6 +79,15 @@ void ClipStream::stateChanged(pa_stream* stream, void* self) {
     } else if (state == PA_STREAM_READY) {
         clipStream.become(clipStream.playback->isStale() ? State::finished : State::sounding);
     }
+}
+
+// Where the server has no realtime scheduling, brief cycles could tear the clip.
+void ClipStream::started(pa_stream* stream, void*) {
+    const pa_sample_spec& format = *pa_stream_get_sample_spec(stream);
+    pa_buffer_attr buffer = *pa_stream_get_buffer_attr(stream);
+    buffer.minreq = bytesOf(usualCycle, format);
+    pa_operation* change = pa_stream_set_buffer_attr(stream, &buffer, nullptr, nullptr);
+    if (change != nullptr) pa_operation_unref(change);
 }
 
 void ClipStream::dataWanted(pa_stream*, std::size_t, void* self) {

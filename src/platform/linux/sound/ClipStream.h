@@ -24,9 +24,12 @@ class ClipStream {
 public:
     enum class State { starting, sounding, finished };
 
+    // In which the server shall work until the clip sounds. Brief ones start it sooner.
+    enum class Cycles { usual, brief };
+
     // The context is ready and outlives the stream. onChange is called at each change of state; it may destroy the
     // stream.
-    ClipStream(pa_mainloop_api& api, pa_context& context, std::unique_ptr<Playback> playback,
+    ClipStream(pa_mainloop_api& api, pa_context& context, Cycles cycles, std::unique_ptr<Playback> playback,
                std::function<void()> onChange);
     ~ClipStream();
     ClipStream(const ClipStream&) = delete;
@@ -47,7 +50,7 @@ private:
         void operator()(pa_time_event* timer) const { api->time_free(timer); }
     };
 
-    bool connect();
+    bool connect(Cycles cycles);
     void feed();
     void start();
     bool write(std::span<const float> samples);
@@ -55,6 +58,7 @@ private:
     void become(State state);
 
     static void stateChanged(pa_stream* stream, void* self);
+    static void started(pa_stream* stream, void*);
     static void dataWanted(pa_stream*, std::size_t bytes, void* self);
     static void nextPieceIsDue(pa_mainloop_api*, pa_time_event*, const timeval*, void* self);
     static void drained(pa_stream*, int, void* self);

@@ -1,7 +1,9 @@
 #include "platform/linux/sound/ServerConnection.h"
 
+#include <string_view>
 #include <utility>
 
+#include <pulse/operation.h>
 #include <pulse/proplist.h>
 
 #include "identity.h"
@@ -22,6 +24,10 @@ std::unique_ptr<pa_proplist, FreeProperties> ownProperties() {
     pa_proplist_sets(properties.get(), PA_PROP_APPLICATION_VERSION, identity::version);
     pa_proplist_sets(properties.get(), PA_PROP_APPLICATION_ICON_NAME, identity::identifier);
     return properties;
+}
+
+bool namesPipeWire(const char* serverName) {
+    return serverName != nullptr && std::string_view(serverName).find("PipeWire") != std::string_view::npos;
 }
 
 } // namespace
@@ -45,9 +51,9 @@ void ServerConnection::settle() {
     stream.reset();
     if (!wanted) return;
     connect();
-    if (!context || pa_context_get_state(context.get()) != PA_CONTEXT_READY) return;
+    if (!cycles) return;
     cutOff = false;
-    stream = std::make_unique<ClipStream>(api, *context, std::move(wanted), [this] { settle(); });
+    stream = std::make_unique<ClipStream>(api, *context, *cycles, std::move(wanted), [this] { settle(); });
     if (stream->state() == ClipStream::State::finished) stream.reset(); // could not even ask the server
 }
 
@@ -64,7 +70,22 @@ void ServerConnection::connect() {
 void ServerConnection::disconnect() {
     wanted.reset();
     stream.reset();
+    cycles.reset();
     context.reset();
+}
+
+void ServerConnection::askServer() {
+    pa_operation* question = pa_context_get_server_info(context.get(), serverAnswered, this);
+    if (question == nullptr) return disconnect();
+    pa_operation_unref(question); // ends with the context at the latest
+}
+
+// PulseAudio starts a stream at once. PipeWire works in the cycles that its streams ask for.
+void ServerConnection::serverAnswered(pa_context*, const pa_server_info* server, void* self) {
+    auto& connection = *static_cast<ServerConnection*>(self);
+    const bool isPipeWire = server != nullptr && namesPipeWire(server->server_name);
+    connection.cycles = isPipeWire ? ClipStream::Cycles::brief : ClipStream::Cycles::usual;
+    connection.settle();
 }
 
 void ServerConnection::contextChanged(pa_context* context, void* self) {
@@ -73,7 +94,7 @@ void ServerConnection::contextChanged(pa_context* context, void* self) {
     if (!PA_CONTEXT_IS_GOOD(state)) {
         connection.disconnect();
     } else if (state == PA_CONTEXT_READY) {
-        connection.settle();
+        connection.askServer();
     }
 }
 
