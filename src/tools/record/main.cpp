@@ -1,9 +1,7 @@
 // quiverly-record: writes down what the motion sensor reports, in the place of Quiverly itself.
 
-#include <sys/signalfd.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdio>
 #include <span>
 #include <string>
@@ -15,7 +13,7 @@
 #include "platform/linux/sensors/LaptopClient.h"
 #include "platform/linux/sensors/iio/Accelerometer.h"
 #include "sensing/AccelerometerReader.h"
-#include "sockets/FileDescriptor.h"
+#include "sockets/interruptions.h"
 #include "tools/options/CommandLine.h"
 #include "tools/record/OtherReaders.h"
 #include "tools/record/Recorder.h"
@@ -64,17 +62,6 @@ void complain(const std::string& what) {
 
 bool isWatched() {
     return ::isatty(STDERR_FILENO) == 1;
-}
-
-// Makes the signals that ask a program to end readable instead, in all threads that begin afterwards.
-FileDescriptor interruptions() {
-    sigset_t ends;
-    sigemptyset(&ends);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ends, signal);
-    ::pthread_sigmask(SIG_BLOCK, &ends, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is a failed write
-    return FileDescriptor(::signalfd(-1, &ends, SFD_CLOEXEC));
 }
 
 ExitStatus listSensors(bool asObjects) {

@@ -1,16 +1,14 @@
 // quiverly-simulate: simulates a laptop with a motion sensor and obeys commands on standard input.
 
-#include <sys/signalfd.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <exception>
 #include <iostream>
 #include <span>
 #include <string>
 #include <utility>
 
-#include "sockets/FileDescriptor.h"
+#include "sockets/interruptions.h"
 #include "tools/options/CommandLine.h"
 #include "tools/recording/numbers.h"
 #include "tools/simulate/Simulator.h"
@@ -46,18 +44,6 @@ tl::expected<Options, EarlyExit> parseOptions(std::span<const char* const> argum
     line.addFlag("--window", all.window, "show the laptop in a window, where it can be slapped");
     line.addFlag("--verbose", options.verbose, "tell what happens");
     return line.read(arguments).map([&] { return std::move(all); });
-}
-
-// Makes the signals that ask a program to end readable instead, and keeps others from ending or stopping it: SIGPIPE
-// when its output is closed, SIGTTIN when it reads from its terminal in the background.
-FileDescriptor interruptions() {
-    sigset_t ending;
-    sigemptyset(&ending);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ending, signal);
-    ::pthread_sigmask(SIG_BLOCK, &ending, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGTTIN, SIG_IGN);
-    return FileDescriptor(::signalfd(-1, &ending, SFD_CLOEXEC));
 }
 
 // Gives the laptop a window. The error says why it has none.
