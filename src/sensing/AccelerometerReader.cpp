@@ -151,9 +151,12 @@ void AccelerometerReader::inputReportCallback(void* context, hid::ReturnCode, vo
 
 void AccelerometerReader::handleReport(const std::uint8_t* report, std::ptrdiff_t length) {
     ++decimationCounter;
-    if (decimationCounter % decimationFactor != 0) return;
-    if (length < shortestLength) return;
+    if (decimationCounter % decimationFactor == 0) decode(report, length);
+}
 
+// Apart, so that the reports that are not decoded cost next to nothing.
+void AccelerometerReader::decode(const std::uint8_t* report, std::ptrdiff_t length) {
+    if (length < shortestLength) return;
     const std::span bytes(report, static_cast<std::size_t>(length));
     const double x = readInt32LE(bytes, xOffset) / accelScale;
     const double y = readInt32LE(bytes, yOffset) / accelScale;

@@ -50,6 +50,7 @@ private:
     static void inputReportCallback(void* context, hid::ReturnCode result, void* sender, std::uint32_t reportType,
                                     std::uint32_t reportID, std::uint8_t* report, std::ptrdiff_t reportLength);
     void handleReport(const std::uint8_t* report, std::ptrdiff_t length);
+    void decode(const std::uint8_t* report, std::ptrdiff_t length);
     static std::int32_t readInt32LE(std::span<const std::uint8_t> bytes, std::ptrdiff_t offset);
 
     static void wakeSensorDrivers();

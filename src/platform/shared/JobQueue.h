@@ -17,18 +17,18 @@ public:
     bool push(mainQueue::Job job) {
         const std::lock_guard lock(mutex);
         waiting.push_back(std::move(job));
-        empty = false;
+        empty.store(false, std::memory_order_relaxed);
         return waiting.size() == 1;
     }
 
     // Whether there was a job to run.
     bool runTurn() {
-        if (empty) return false;
+        if (empty.load(std::memory_order_relaxed)) return false;
         std::vector<mainQueue::Job> turn = std::move(spare);
         {
             const std::lock_guard lock(mutex);
             turn.swap(waiting);
-            empty = true;
+            empty.store(true, std::memory_order_relaxed);
         }
         for (mainQueue::Job& job : turn) std::exchange(job, nullptr)();
         turn.clear();
