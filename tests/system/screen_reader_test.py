@@ -3,8 +3,9 @@
 import unittest
 
 from harness.accessibility import press_key
+from harness.laptop_window import LaptopWindow
 from harness.screen_reader import ScreenReader
-from system_case import SystemTest
+from system_case import PROGRAMS, SystemTest
 
 
 class ScreenReaderTest(SystemTest):
@@ -30,6 +31,19 @@ class ScreenReaderTest(SystemTest):
         self.reader.wait_for("Press Start, then slap your MacBook.")
         press_key("space")
         self.reader.wait_for("Accelerometer device missing on this Mac.")
+
+    def test_it_speaks_slaps_and_controls_of_the_laptops_window(self) -> None:
+        window = LaptopWindow(self.desktop, [PROGRAMS / "quiverly-simulate", "--window"])
+        self.reader.wait_for("Laptop")
+        press_key("Tab")
+        self.reader.wait_for("Type")
+        self.start_on_main_view()
+        self.listen()
+        self.slap_until(
+            lambda: any("slap 0.6 g" in each for each in self.reader.spoken()),
+            "the slap to be spoken",
+            slap=lambda: window.type("slap 0.6"),
+        )
 
     def test_it_tells_all_of_a_first_run_that_is_done_with_the_keyboard(self) -> None:
         self.addCleanup(lambda: print("\n".join(self.reader.spoken())))  # all of it, to be read by people

@@ -19,7 +19,7 @@ namespace {
 constexpr double width = 3.2;
 constexpr double halfWidth = width / 2;
 constexpr double depth = 1.95;
-constexpr double screenHeight = 1.9;
+constexpr double screenHeight = 1.95;
 constexpr double thickness = 0.07;
 constexpr double openAngle = 107.0; // degrees between deck and screen
 constexpr double shutAngle = 3.0;
@@ -29,11 +29,11 @@ constexpr double distance = 9.0;
 constexpr double lookDown = 28.0 * std::numbers::pi / 180.0;
 
 // What is drawn, in the same units around the middle of the deck's hinge.
-constexpr QRectF extent{-2.1, -2.14, 4.2, 3.62};
+constexpr QRectF extent{-2.1, -2.2, 4.2, 3.66};
 
 // Parts are drawn on sheets of this size, which are then laid into the picture.
 constexpr QRectF deckSheet{0, 0, 1000, 610};
-constexpr QRectF screenSheet{0, 0, 1000, 594};
+constexpr QRectF screenSheet{0, 0, 1000, 610};
 
 constexpr int keyRows = 5;
 constexpr int keysInRow = 13;
@@ -314,7 +314,8 @@ void LaptopPicture::drawScreen(QPainter& painter, double lid) const {
     } else {
         painter.setBrush(colors.bodyFront);
         painter.drawRoundedRect(screenSheet, 24, 24);
-        drawSymbol(painter, QRectF(430, 225, 140, 150), Symbol::hand, colors.edge);
+        drawSymbol(painter, QRectF(430, 225, 140, 150), Symbol::hand,
+                   Theme::current().hasHighContrast() ? colors.outline : colors.edge);
     }
     painter.restore();
 }

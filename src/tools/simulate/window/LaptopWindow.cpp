@@ -45,7 +45,7 @@ LaptopWindow::LaptopWindow(VirtualPlatform& platform)
       pill(new StatusPill),
       state(new Label(FontRole::subheadline, Tone::secondary)),
       laptop(new LaptopView),
-      said(new Label(FontRole::callout, Tone::primary)),
+      said(new Label(FontRole::callout, Tone::primary, "no slap yet")),
       strip(new Strip) {
     frame.setWindowTitle(title);
     frame.setWindowIcon(windowIcon());

@@ -29,6 +29,39 @@ double roundUp(double value) {
     }
 }
 
+// A line through many points, without those that make no difference to the eye.
+class Line {
+public:
+    // A point that is not joined begins anew.
+    void extend(const QPointF& point, bool joined) {
+        if (!joined) {
+            finish();
+            content.moveTo(point);
+            corner = point;
+        } else if (std::abs(point.y() - corner.y()) > unseen) {
+            finish();
+            content.lineTo(point);
+            corner = point;
+        }
+        last = point;
+    }
+
+    const QPainterPath& path() {
+        finish();
+        return content;
+    }
+
+private:
+    static constexpr double unseen = 0.3; // pixels
+
+    void finish() {
+        if (last != corner) content.lineTo(last);
+    }
+
+    QPainterPath content;
+    QPointF corner, last; // the last point that was drawn, and the last of all
+};
+
 } // namespace
 
 // As in the plots of recordings.
@@ -41,9 +74,11 @@ Strip::Colors Strip::colorsNow() {
     const Theme& theme = Theme::current();
     if (theme.hasHighContrast()) {
         const Theme::Colors& colors = theme.colors();
+        QColor grid = colors.divider;
+        grid.setAlphaF(0.5F);
         return {.page = colors.window,
                 .text = colors.primary,
-                .grid = colors.divider,
+                .grid = grid,
                 .cooldown = theme.isDark() ? QColor(255, 255, 255, 60) : QColor(0, 0, 0, 45),
                 .magnitude = colors.primary,
                 .baseline = theme.isDark() ? QColor(0x8c, 0xca, 0xff) : QColor(0x00, 0x3f, 0x80),
@@ -172,7 +207,7 @@ void Strip::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     fillRounded(painter, rect(), scaled(6.0), layout.colors.page);
     if (Theme::current().hasHighContrast()) {
-        outlineRounded(painter, rect(), scaled(6.0), layout.colors.grid, Theme::current().colors().edgeWidth);
+        outlineRounded(painter, rect(), scaled(6.0), layout.colors.text, Theme::current().colors().edgeWidth);
     }
     drawCooldown(painter, layout);
     drawTimes(painter, layout);
@@ -180,12 +215,13 @@ void Strip::paintEvent(QPaintEvent*) {
     drawLevels(painter, layout.score, layout);
     painter.setPen(layout.colors.text);
     const double above = line + scaled(2.0);
-    painter.drawText(QRectF(left, top - above, right - left, line), Qt::AlignLeft, "magnitude, g");
-    painter.drawText(QRectF(left, scores.top() - above, right - left, line), Qt::AlignLeft, "score, g");
+    painter.drawText(QRectF(left, top - above, right - left, line), Qt::AlignLeft | Qt::TextDontClip, "magnitude, g");
+    painter.drawText(QRectF(left, scores.top() - above, right - left, line), Qt::AlignLeft | Qt::TextDontClip,
+                     "score, g");
     painter.setPen(layout.colors.baseline);
-    painter.drawText(QRectF(left, top - above, right - left, line), Qt::AlignRight, "baseline");
+    painter.drawText(QRectF(left, top - above, right - left, line), Qt::AlignRight | Qt::TextDontClip, "baseline");
     painter.setPen(layout.colors.threshold);
-    painter.drawText(QRectF(left, scores.top() - above, right - left, line), Qt::AlignRight,
+    painter.drawText(QRectF(left, scores.top() - above, right - left, line), Qt::AlignRight | Qt::TextDontClip,
                      "threshold " + QString::fromStdString(shortest(threshold)));
     drawLines(painter, layout);
     drawSlaps(painter, layout);
@@ -231,22 +267,23 @@ void Strip::drawCooldown(QPainter& painter, const Layout& layout) const {
 }
 
 void Strip::drawLines(QPainter& painter, const Layout& layout) const {
-    QPainterPath magnitudes, baselines, scores;
+    Line magnitudes, baselines, scores;
     double before = now - 2 * length;
     for (const auto& [reading, isCoolingDown] : points) {
         const double x = layout.time(reading.seconds);
         const bool joined = reading.seconds - before <= longestGap;
-        const auto extend = [&](QPainterPath& path, double y) { joined ? path.lineTo(x, y) : path.moveTo(x, y); };
-        extend(magnitudes, layout.magnitude(reading.magnitude));
-        extend(baselines, layout.magnitude(reading.baseline));
-        extend(scores, layout.score(reading.score));
+        magnitudes.extend({x, layout.magnitude(reading.magnitude)}, joined);
+        baselines.extend({x, layout.magnitude(reading.baseline)}, joined);
+        scores.extend({x, layout.score(reading.score)}, joined);
         before = reading.seconds;
     }
     const double lineWidth = scaled(1.2);
-    painter.setBrush(Qt::NoBrush);
-    painter.strokePath(magnitudes, QPen(layout.colors.magnitude, lineWidth));
-    painter.strokePath(baselines, QPen(layout.colors.baseline, lineWidth));
-    painter.strokePath(scores, QPen(layout.colors.score, lineWidth));
+    const auto draw = [&](Line& line, const QColor& color) {
+        painter.strokePath(line.path(), QPen(color, lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin));
+    };
+    draw(magnitudes, layout.colors.magnitude);
+    draw(baselines, layout.colors.baseline);
+    draw(scores, layout.colors.score);
     QPen dashes(layout.colors.threshold, lineWidth);
     dashes.setDashPattern({5, 4});
     painter.setPen(dashes);

@@ -14,6 +14,7 @@
 #include "app/program.h"
 #include "identity.h"
 #include "platform/linux/SettingsFile.h"
+#include "platform/shared/program_file.h"
 #include "platform/shared/program_resources.h"
 #include "platform/virtual/VirtualPlatform.h"
 #include "tools/simulate/window/LaptopWindow.h"
@@ -48,6 +49,7 @@ int main(int argc, char** argv) {
 
     VirtualPlatform platform;
     platform.resources.folders = programResourceFolders();
+    platform.resources.folders.push_back(programFile().parent_path() / QUIVERLY_INSTALLED_RESOURCES);
     LaptopWindow window(platform);
     ThresholdSetting threshold(SettingsFile::nameOfTheUsers());
     window.setThreshold(threshold.value());

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+
 #include <QApplication>
 
 #include "support/Paintings.h"
@@ -84,6 +87,31 @@ TEST_F(StripTest, ItLooksLikeThePlotsOfRecordings) {
     EXPECT_TRUE(hasColor(strip.grab().toImage(), QColor("#232323")));
     Theme::current().prefer({.dark = false, .highContrast = true});
     EXPECT_TRUE(hasColor(strip.grab().toImage(), Qt::black));
+}
+
+// Whether a column of the picture has a pixel much like the colour.
+bool hasLine(const QImage& picture, int x, const QColor& color) {
+    for (int y = 0; y < picture.height() / picture.devicePixelRatio(); ++y) {
+        const QColor seen = colorAt(picture, {x, y});
+        const int difference = std::max({std::abs(seen.red() - color.red()), std::abs(seen.green() - color.green()),
+                                         std::abs(seen.blue() - color.blue())});
+        if (difference < 50) return true;
+    }
+    return false;
+}
+
+TEST_F(StripTest, LinesRunThroughAllReadings) {
+    Theme::current().prefer({.dark = false});
+    feel(9.0);
+    const QColor baseline("#0a6fb8");
+    const QImage flat = strip.grab().toImage();
+    for (const int x : {40, 150, 300, 480}) EXPECT_TRUE(hasLine(flat, x, baseline)) << x;
+    feel(0.008, 1.5);
+    feel(3.0);
+    const QImage spike = strip.grab().toImage();
+    EXPECT_NE(spike.copy(spike.width() / 2, 0, spike.width() / 4, spike.height()),
+              flat.copy(flat.width() / 2, 0, flat.width() / 4, flat.height()));
+    for (const int x : {40, 150, 300, 480}) EXPECT_TRUE(hasLine(spike, x, baseline)) << x;
 }
 
 TEST_F(StripTest, AnotherThresholdIsShownAtOnce) {
