@@ -3,17 +3,27 @@
 
 #include <benchmark/benchmark.h>
 
+#include <unistd.h>
+
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <random>
+#include <stdexcept>
+#include <string>
+#include <system_error>
 #include <vector>
 
 #include "engine/BonkoEngine.h"
 #include "platform/virtual/VirtualPlatform.h"
 #include "platform/virtual/sensor_report.h"
+#include "sound/SoundPlayer.h"
 
 namespace quiverly {
 namespace {
@@ -141,6 +151,49 @@ void reportsToDetector(benchmark::State& state) {
 }
 BENCHMARK(reportsToDetector)->Name("reports to detector");
 BENCHMARK(reportsToSampleFloor)->Name("reports to detector/floor");
+
+// A slap of a long series: one every 0.55 s, 546 of them in the five minutes that an escalating pack remembers. Beside
+// a pack that does not escalate.
+
+class Clips {
+public:
+    Clips() {
+        std::string name = std::filesystem::temp_directory_path() / "quiverly-bench-XXXXXX";
+        if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("Cannot make a folder like " + name);
+        folder = name;
+        for (const char* pack : {"sexy", "pain"}) {
+            std::filesystem::create_directories(folder / "audio" / pack);
+            for (int number = 1; number <= 60; ++number) {
+                std::ofstream(folder / "audio" / pack / (std::to_string(number) + ".mp3"));
+            }
+        }
+    }
+    ~Clips() {
+        std::error_code forbidden;
+        std::filesystem::remove_all(folder, forbidden);
+    }
+    Clips(const Clips&) = delete;
+    Clips& operator=(const Clips&) = delete;
+
+    std::filesystem::path folder;
+};
+
+void slapSeries(benchmark::State& state, SoundPack pack) {
+    constexpr auto cooldown = std::chrono::milliseconds(550);
+    const Clips clips;
+    VirtualPlatform platform;
+    platform.resources.folders = {clips.folder};
+    SoundPlayer player;
+    player.load(pack);
+    const auto slap = [&] {
+        platform.calendar.advance(cooldown);
+        player.playSlap(0.5, false);
+    };
+    for (int count = 0; count < 546; ++count) slap();
+    measure(state, 1, slap);
+}
+BENCHMARK_CAPTURE(slapSeries, escalating, SoundPack::sexy)->Name("slap of a series");
+BENCHMARK_CAPTURE(slapSeries, chance, SoundPack::pain)->Name("slap of a series/floor");
 
 } // namespace
 } // namespace quiverly

@@ -38,8 +38,8 @@ def make_recorders_modest(user: PrivateUser) -> None:
 class Ear:
     """Listens to the monitor of a server's device.
 
-    Each cycle of the device arrives as one piece, whose first frame the device plays at that moment. The quickest of the
-    last pieces thus tells when each frame is played, however unevenly they arrive.
+    Each cycle of the device arrives as one piece, whose first frame the device plays at that moment. The quickest of
+    the last pieces thus tells when each frame is played, however unevenly they arrive.
     """
 
     def __init__(self, server: SoundServer) -> None:

@@ -1,10 +1,14 @@
-"""Writes docs/performance.md from what was measured, by filling in bench/performance.md.in."""
+"""Writes docs/performance.md and its pictures from what was measured, by filling in bench/performance.md.in."""
 
+import math
 import re
 from pathlib import Path
 from typing import Callable, Sequence
 
+import plot
 from spread import Spread, number
+
+IMAGES = "images"  # a folder beside the page
 
 Results = dict[str, dict]  # by part: what it measured, or {"failed": why}
 
@@ -21,7 +25,7 @@ def missing(names: Sequence[str]) -> str:
 
 
 def ratio(figure: float, floor: float) -> str:
-    return f"{figure / floor:.2f} ×"
+    return "–" if math.isnan(figure / floor) else f"{figure / floor:.2f} ×"
 
 
 def percent(figure: float) -> str:
@@ -37,9 +41,6 @@ def times(results: Results, server: str) -> str:
     rows = []
     for name, each in measured["times"].items():
         played = heard(each)
-        if not played:
-            rows.append([name, "", "", "", "", "", f"{len(each)} of {len(each)}"])
-            continue
         spread = Spread.of(played)
         _, _, clip = name.partition(", ")
         floor = floors["floor" + (f", {clip}" if clip else "")]
@@ -60,6 +61,27 @@ def times(results: Results, server: str) -> str:
 
 def heard(figures: Sequence[float | None]) -> list[float]:
     return [each for each in figures if each is not None]
+
+
+def stages(results: Results) -> str:
+    columns = {part.partition("-")[2]: each for part, each in results.items() if part.startswith("stages-")}
+    if not columns:
+        raise KeyError("stages")
+    rows = []
+    for stage in next(iter(columns.values())):
+        spreads = [Spread.of(column[stage]) for column in columns.values()]
+        rows.append([stage, *(number(figure) for spread in spreads for figure in (spread.p50, spread.p99))])
+    head = ["ms", *(f"{server}, {figure}" for server in columns for figure in ("p50", "p99"))]
+    return table(head, rows)
+
+
+def first(results: Results) -> str:
+    told = []
+    for server, figures in results["first"].items():
+        times = [number(figure) for figure in heard(figures)]
+        lost = len(figures) - len(times)
+        told.append(f"{server}: {', '.join(times)} ms" + (f", {lost} not heard" if lost else ""))
+    return "The first slap after a minute of silence, on a new desktop each. " + "; ".join(told) + "."
 
 
 # Listening
@@ -171,10 +193,22 @@ def machine(results: Results) -> str:
     return "\n".join(f"- {name}: {fact}" for name, fact in results["machine"].items())
 
 
+def draw(folder: Path, results: Results) -> None:
+    for server in ("PulseAudio", "PipeWire"):
+        if measured := results.get(f"sound-{server}"):
+            rows = {name: heard(each) for name, each in measured["times"].items()}
+            plot.draw(folder / f"{server.lower()}.svg", f"From slap to sound on {server}", "ms", rows)
+    if measured := results.get("start"):
+        rows = {name: each["frame"] for name, each in measured["programs"].items()}
+        plot.draw(folder / "start.svg", "From start to first frame", "ms", rows)
+
+
 FILLINGS: dict[str, Callable[[Results], str]] = {
     "machine": machine,
     "pulseaudio": lambda results: times(results, "PulseAudio"),
     "pipewire": lambda results: times(results, "PipeWire"),
+    "first": first,
+    "stages": stages,
     "listening": listening,
     "rates": rates,
     "stall": stall,
@@ -186,11 +220,13 @@ FILLINGS: dict[str, Callable[[Results], str]] = {
 
 
 def write(template: Path, page: Path, results: Results) -> None:
+    draw(page.parent / IMAGES, results)
+
     def fill(mark: re.Match[str]) -> str:
         try:
             return FILLINGS[mark[1]](results)
         except KeyError as failure:
-            part = failure.args[0]
-            return f"*Not measured: {results.get('failures', {}).get(part, part)}.*"
+            reason = results["failures"].get(failure.args[0], "something that it needs is not installed")
+            return f"*Not measured: {reason}.*"
 
     page.write_text(re.sub(r"@([a-z-]+)@", fill, template.read_text(encoding="utf-8")), encoding="utf-8")

@@ -58,7 +58,7 @@ def memory(command: list[str | Path]) -> int:
     process = subprocess.Popen(command, stdout=subprocess.DEVNULL)
     while process.poll() is None:
         status = Path(f"/proc/{process.pid}/status").read_text()
-        if f"\nVmHWM:" in status and status.startswith("Name:\t" + Path(command[0]).name[:15]):
+        if "\nVmHWM:" in status and status.startswith("Name:\t" + Path(command[0]).name[:15]):
             most = int(status.partition("\nVmHWM:")[2].split()[0])
         time.sleep(0.01)
     return most

@@ -21,7 +21,8 @@ def installed(build: Path) -> dict[str, int]:
         command = ["cmake", "--install", build, "--prefix", folder, "--strip"]
         subprocess.run(command, check=True, stdout=subprocess.DEVNULL, timeout=120)
         root = Path(folder)
-        return {"all": room(root), "clips": room(*root.glob("share/quiverly/audio")), "program": room(root / "bin/quiverly")}
+        clips, program = root / "share/quiverly/audio", root / "bin/quiverly"
+        return {"all": room(root), "clips": room(clips), "program": room(program)}
 
 
 def room(*paths: Path) -> int:

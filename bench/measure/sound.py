@@ -12,6 +12,7 @@ import json
 import random
 import time
 from pathlib import Path
+from typing import Callable, Sequence
 
 import clips
 from desktop import PACK, onboarded_desktop
@@ -28,75 +29,91 @@ COOLDOWN = 0.6  # s, more than that of the application
 LONGEST_CYCLE = 0.022  # s of a server
 SHORT, LONG = 0.3, 3.7  # s
 
+Heard = tuple[int, float | None]  # when it began and when it was heard, if it was (ns of the monotonic clock)
 
-class Bench:
-    def __init__(self, desktop: Desktop, programs: Path, server: str) -> None:
-        self._desktop = desktop
-        self._programs = programs
+
+class SlapBench:
+    """An application that listens to a laptop, and an ear on the server's device."""
+
+    def __init__(self, desktop: Desktop, programs: Path, server: str, command: Sequence[str | Path] = ()) -> None:
         self._random = random.Random(1)
         self._slapped = 0.0
-        self._clip = desktop.data / f"quiverly/audio/{PACK}/1.mp3"
-        clips.write_clip(self._clip, SHORT)
+        self.clip = desktop.data / f"quiverly/audio/{PACK}/1.mp3"
+        clips.write_clip(self.clip, SHORT)
         make_recorders_modest(desktop)
         self._ear = Ear(SERVERS[server](desktop))
         self._laptop = Laptop(desktop, programs)
-        self._application = Application(desktop, [programs / "quiverly"])
-        self._application.press("Start listening")
-        self._application.wait_for_slaps(1)  # the first sample
+        self.application = Application(desktop, command or [programs / "quiverly"])
+        self.application.press("Start listening")
+        self.application.wait_for_slaps(1)  # the first sample
         self._slapped = time.monotonic()
-        wait_until(lambda: self._time(self._slap, SHORT), "a slap to be heard")
+        wait_until(lambda: self.slap(SHORT)[1], "a slap to be heard")
 
-    def measure(self, slaps: int, rounds: int, files: bool) -> dict[str, object]:
-        results: dict[str, list[float | None]] = {"Quiverly": [], "floor": []}
-        missing = []
-        for _ in range(rounds):
-            self._pair(slaps // rounds, results["Quiverly"], results["floor"], SHORT)
-            for kind in PEER_KINDS:
-                command = kind.command(self._programs)
-                if command:
-                    self._peer(command, max(1, slaps // rounds // 7), results.setdefault(kind.name, []))
-                elif kind.name not in missing:
-                    missing.append(kind.name)
-        if files:
-            clips.write_clip(self._clip, LONG)
-            results |= {"Quiverly, long clip": [], "floor, long clip": []}
-            self._pair(slaps, results["Quiverly, long clip"], results["floor, long clip"], clips.TONE)
-            clips.write_slow_clip(self._clip, LONG)
-            results |= {"Quiverly, slow clip": [], "floor, slow clip": []}
-            self._pair(slaps, results["Quiverly, slow clip"], results["floor, slow clip"], clips.TONE)
-        return {"times": results, "missing": missing}
+    def slap(self, seconds: float) -> Heard:
+        return self.hear(self._give_slap, seconds)
 
-    def _pair(self, count: int, application: list[float | None], floor: list[float | None], seconds: float) -> None:
-        """Slaps the laptop and tells the floor, by turns."""
-        player = Player(self._desktop, FLOOR.command(self._programs) or [])
-        self._time(lambda: player.play(self._clip), seconds)
-        for _ in range(count):
-            application.append(self._time(self._slap, seconds))
-            floor.append(self._time(lambda: player.play(self._clip), seconds))
-        player.close()
+    def hear(self, begin: Callable[[], int], seconds: float) -> Heard:
+        """Begins a sound, and returns once as much of it is over, or when there was none for too long."""
+        self._ear.wait_for_silence()
+        time.sleep(self._random.uniform(0, LONGEST_CYCLE))
+        began = begin()
+        heard = self._ear.heard_after(began)
+        if heard is not None:
+            time.sleep(max(0.0, heard / 1e9 + seconds - time.monotonic()))
+        return began, heard
 
-    def _peer(self, command: list[str | Path], count: int, times: list[float | None]) -> None:
-        player = Player(self._desktop, command)
-        self._time(lambda: player.play(self._clip), SHORT)
-        times += [self._time(lambda: player.play(self._clip), SHORT) for _ in range(count)]
-        player.close()
-
-    def _slap(self) -> int:
+    def _give_slap(self) -> int:
         time.sleep(max(0.0, self._slapped + COOLDOWN - time.monotonic()))
         told = self._laptop.slap()
         self._slapped = time.monotonic()
         return told
 
-    def _time(self, begin, seconds: float) -> float | None:
-        """In milliseconds; returns once what was played, of that length, is over."""
-        self._ear.wait_for_silence()
-        time.sleep(self._random.uniform(0, LONGEST_CYCLE))
-        began = begin()
-        heard = self._ear.heard_after(began)
-        if heard is None:
-            return None
-        time.sleep(max(0.0, heard / 1e9 + seconds - time.monotonic()))
-        return (heard - began) / 1e6
+
+class Comparison:
+    """The application, its floor and its peers."""
+
+    def __init__(self, desktop: Desktop, programs: Path, server: str) -> None:
+        self._desktop = desktop
+        self._programs = programs
+        self._bench = SlapBench(desktop, programs, server)
+        self._times: dict[str, list[float | None]] = {}  # ms
+
+    def measure(self, slaps: int, rounds: int, files: bool) -> dict[str, object]:
+        commands = {kind.name: kind.command(self._programs) for kind in PEER_KINDS}
+        for _ in range(rounds):
+            self._pair("", slaps // rounds, SHORT)
+            for name, command in commands.items():
+                if command:
+                    self._peer(name, command, max(1, slaps // rounds // 7))
+        if files:
+            clips.write_clip(self._bench.clip, LONG)
+            self._pair(", long clip", slaps, clips.TONE)
+            clips.write_slow_clip(self._bench.clip, LONG)
+            self._pair(", slow clip", slaps, clips.TONE)
+        return {"times": self._times, "missing": [name for name, command in commands.items() if not command]}
+
+    def _pair(self, clip: str, count: int, seconds: float) -> None:
+        """Slaps the laptop and tells the floor, by turns."""
+        player = Player(self._desktop, FLOOR.command(self._programs) or [])
+        self._play(player, seconds)
+        for _ in range(count):
+            self._note("Quiverly" + clip, self._bench.slap(seconds))
+            self._note("floor" + clip, self._play(player, seconds))
+        player.close()
+
+    def _peer(self, name: str, command: list[str | Path], count: int) -> None:
+        player = Player(self._desktop, command)
+        self._play(player, SHORT)
+        for _ in range(count):
+            self._note(name, self._play(player, SHORT))
+        player.close()
+
+    def _play(self, player: Player, seconds: float) -> Heard:
+        return self._bench.hear(lambda: player.play(self._bench.clip), seconds)
+
+    def _note(self, name: str, times: Heard) -> None:
+        began, heard = times
+        self._times.setdefault(name, []).append(None if heard is None else (heard - began) / 1e6)
 
 
 def main() -> None:
@@ -110,8 +127,8 @@ def main() -> None:
     options = parser.parse_args()
     with onboarded_desktop() as desktop:
         try:
-            bench = Bench(desktop, options.programs.resolve(), options.server)
-            results = bench.measure(options.slaps, options.rounds, options.files)
+            comparison = Comparison(desktop, options.programs.resolve(), options.server)
+            results = comparison.measure(options.slaps, options.rounds, options.files)
         except BaseException:
             print(desktop.logs())
             raise
