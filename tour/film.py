@@ -13,12 +13,12 @@ from pathlib import Path
 from harness.application import Application
 from harness.camera import Camera, write_video, write_moving_picture
 from harness.desktop import Desktop
+from harness.laptop_window import TITLE as LAPTOP
 from harness.recorder import Recorder
 from harness.simulated_laptop import SimulatedLaptop
 from harness.sound_server import start_sound_server
 
 SCREEN = (1040, 760)  # pixels
-LAPTOP = "Quiverly: simulated laptop"  # title of its window
 SPOTS = ((0.5, 0.4), (0.37, 0.36), (0.62, 0.25), (0.45, 0.22), (0.6, 0.4))  # of slaps, in parts of that window
 SOFTLY, HARD, HARDER = 0.1, 0.5, 0.9  # s for which the mouse button is held
 SERIES = (0.1, 0.2, 0.3, 0.5, 0.7, 0.9)  # s; so many within five minutes escalate

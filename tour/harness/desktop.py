@@ -57,12 +57,8 @@ class Desktop(PrivateUser):
 
     def press(self, title: str, across: float, down: float, seconds: float) -> None:
         """Holds the mouse's button on a point of a window, given in parts of its width and height."""
-        told = self._ask("xwininfo", "-name", title).stdout.decode()
-        left, top, width, height = (
-            int(re.search(rf"{name}: +(-?\d+)", told)[1])  # type: ignore[index]
-            for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
-        )
-        x, y = left + across * width, top + down * height
+        place = self.window_place(title)
+        x, y = place.x + across * place.width, place.y + down * place.height
         hold = ("mousedown", "1", "sleep", str(seconds), "mouseup", "1")
         self._ask("xdotool", "mousemove", str(round(x)), str(round(y)), *hold).check_returncode()
 
@@ -79,9 +75,12 @@ class Desktop(PrivateUser):
 
     def window_place(self, title: str) -> WindowPlace:
         """Where a window is on the screen, without its frame."""
-        told = self._ask("xwininfo", "-name", title).stdout.decode()
-        texts = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
-        return WindowPlace(*(int(re.findall(rf"{text}: +(-?\d+)", told)[0]) for text in texts))
+
+        def numbers() -> list[str]:
+            told = self._ask("xwininfo", "-name", title).stdout.decode()
+            return re.findall(r"(?:Absolute upper-left [XY]|Width|Height): +(-?\d+)", told)
+
+        return WindowPlace(*map(int, wait_until(numbers, f"the window “{title}”")))
 
     def screenshot(self, file: Path) -> None:
         """Writes what the screen shows, once nothing moves, to a picture file."""
