@@ -126,9 +126,11 @@ TEST_F(WindowOfALaptopTest, QuitInTheWindowEndsTheLaptopThoughTheWindowIsStillTh
 TEST_F(WindowOfALaptopTest, ItIsToldOfTheReaderAndOfTheReportsAndTheirEnd) {
     tl::expected<void, std::string> ended;
     std::thread laptop([&] {
-        ended = run("read -r first; read -r second\n"
-                    "case $second in report*) echo \"tilt 1 0 0\";; esac\n"
-                    "while read -r line; do case $line in silent) exit 0;; esac; done\n");
+        ended = run("while read -r line; do case $line in\n"
+                    "reporting*) reader=known;;\n"
+                    "report*) [ \"$tilted\" ] || [ ! \"$reader\" ] || echo \"tilt 1 0 0\"; tilted=yes;;\n"
+                    "silent) [ ! \"$tilted\" ] || exit 0;;\n"
+                    "esac; done\n");
     });
     {
         ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(folder.path() / "quiverly-laptop.socket"); }));

@@ -45,7 +45,7 @@ LaptopView::LaptopView()
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    connect(this, &QAbstractButton::clicked, [this] { slap(leastPeak); }); // by assistive tools
+    connect(this, &QAbstractButton::clicked, this, [this] { slap(leastPeak); }); // by assistive tools
     connect(&Theme::current(), &Theme::changed, this, [this] {
         laptop.forgetColors();
         follow();
