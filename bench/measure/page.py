@@ -129,8 +129,8 @@ def stall(results: Results) -> str:
     counted = Spread.of([each["counted"] for each in results["listening"]["stall"]])
     grown = Spread.of([each["memory"] for each in results["listening"]["stall"]])
     return (
-        f"When the main thread alone is held for two seconds, a slap of the first moment is counted "
-        f"{number(counted.p50)} ms after it goes on, and memory has grown by {max(0.0, grown.p50):.0f} kB meanwhile."
+        f"When the main thread alone is held for two seconds, a slap of the first moment is on the accessibility bus "
+        f"{number(counted.p50)} ms\nafter it goes on, and memory has grown by {max(0.0, grown.p50):.0f} kB meanwhile."
     )
 
 
@@ -189,6 +189,10 @@ def start(results: Results) -> str:
     return table(head, rows) + missing(measured["missing"])
 
 
+def clips(results: Results) -> str:
+    return f"{results['size']['Quiverly']['clips'] / 1000:.1f} MB"
+
+
 def machine(results: Results) -> str:
     return "\n".join(f"- {name}: {fact}" for name, fact in results["machine"].items())
 
@@ -216,6 +220,7 @@ FILLINGS: dict[str, Callable[[Results], str]] = {
     "replay": replay,
     "road": road,
     "start": start,
+    "clips": clips,
 }
 
 

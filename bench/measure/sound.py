@@ -84,7 +84,7 @@ class Comparison:
             self._pair("", slaps // rounds, SHORT)
             for name, command in commands.items():
                 if command:
-                    self._peer(name, command, max(1, slaps // rounds // 7))
+                    self._peer(name, command, max(1, slaps // rounds // 10))
         if files:
             clips.write_clip(self._bench.clip, LONG)
             self._pair(", long clip", slaps, clips.TONE)

@@ -69,7 +69,7 @@ def main() -> None:
     parser.add_argument("programs", type=Path)
     parser.add_argument("server", choices=SERVERS)
     parser.add_argument("--output", type=Path, required=True)
-    parser.add_argument("--slaps", type=int, default=50)
+    parser.add_argument("--slaps", type=int, default=30)
     options = parser.parse_args()
     with onboarded_desktop() as desktop:
         try:

@@ -69,7 +69,7 @@ def main() -> None:
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("programs", type=Path)
     parser.add_argument("--output", type=Path, required=True)
-    parser.add_argument("--rounds", type=int, default=10)
+    parser.add_argument("--rounds", type=int, default=8)
     parser.add_argument("--peers", default=",".join(PEERS), help="with commas between them")
     options = parser.parse_args()
     programs = options.programs.resolve()
