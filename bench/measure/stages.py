@@ -35,15 +35,16 @@ class StageBench:
         stages: dict[str, list[float]] = {stage: [] for stage in STAGES}
         for _ in range(slaps):
             given, heard = self._bench.slap(SHORT)
-            if heard is None:
-                continue
-            moments = [given, *self._moments(given), heard]
+            between = self._moments(given)
+            if heard is None or len(between) < len(STAGES) - 1 or between[-1] > heard:
+                continue  # a thread was busy with something else, and did not wait for this slap
+            moments = [given, *between, heard]
             for stage, before, after in zip(STAGES, moments, moments[1:]):
                 stages[stage].append((after - before) / 1e6)
         return stages
 
     def _moments(self, given: int) -> list[int]:
-        """When the stages between the first and the last ended."""
+        """When the stages but the last ended, as far as their ends were noted."""
         notes = numpy.memmap(self._notes, NOTE, "r")
         end = int(numpy.count_nonzero(notes["moment"]))
         recent = notes[max(0, end - 20_000) : end]
@@ -53,6 +54,8 @@ class StageBench:
             later = recent["moment"][
                 (recent["thread"] == thread) & (recent["call"] == call) & (recent["moment"] >= moment)
             ]
+            if not len(later):
+                break
             moment = int(later.min())
             moments.append(moment)
         return moments
