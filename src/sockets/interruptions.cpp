@@ -2,8 +2,6 @@
 
 #include <sys/signalfd.h>
 
-#include <csignal>
-
 namespace quiverly {
 
 FileDescriptor interruptions() {
@@ -11,7 +9,7 @@ FileDescriptor interruptions() {
     sigemptyset(&ending);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ending, signal);
     ::pthread_sigmask(SIG_BLOCK, &ending, nullptr);
-    for (const int signal : {SIGPIPE, SIGTTIN, SIGXFSZ}) std::signal(signal, SIG_IGN);
+    for (const int signal : ignoredSignals) std::signal(signal, SIG_IGN);
     return FileDescriptor(::signalfd(-1, &ending, SFD_CLOEXEC));
 }
 

@@ -1,12 +1,18 @@
 #pragma once
 
+#include <array>
+#include <csignal>
+
 #include "sockets/FileDescriptor.h"
 
 namespace quiverly {
 
+// Of a write to a closed pipe, of reading from the terminal in the background, of a write beyond a file's limit. What
+// would have ended or stopped the program fails instead.
+inline constexpr std::array ignoredSignals = {SIGPIPE, SIGTTIN, SIGXFSZ};
+
 // Makes the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP) readable instead, in this thread and in those
-// that begin afterwards. From now on a write to a closed pipe (SIGPIPE) or beyond a file's limit (SIGXFSZ) fails, and
-// so does reading from the terminal in the background (SIGTTIN), instead of ending or stopping the program.
+// that begin afterwards, and ignores `ignoredSignals`.
 FileDescriptor interruptions();
 
 } // namespace quiverly

@@ -13,7 +13,6 @@ constexpr double inaudible = 0.0001;     // g; a blow that rings less is over
 constexpr double turn = 2.0 * std::numbers::pi;
 
 // Carrying a laptop: the body rises and falls with each step, and each heel sends a jolt.
-constexpr int stepReports = 600;
 constexpr double bodyHeave = 0.08; // g
 constexpr Blow heelStrike{.peak = 0.25, .frequency = 12.0, .decay = 0.05};
 
@@ -21,12 +20,9 @@ constexpr Blow heelStrike{.peak = 0.25, .frequency = 12.0, .decay = 0.05};
 constexpr Blow tableBump{.peak = 0.09, .frequency = 7.0, .decay = 0.2};
 
 // The lid falls for a moment before it hits the deck.
-constexpr int lidFall = 300; // reports
 constexpr Blow lidThump{.peak = 0.25, .frequency = 25.0, .decay = 0.03};
 
 // Picked up it speeds up and slows down, is held, and comes down the same way.
-constexpr int liftReports = 800;
-constexpr int holdingReports = 800;
 constexpr double liftPush = 0.08; // g
 
 double timeSinceHold(int age) {
@@ -64,7 +60,7 @@ void Motion::bump() {
 }
 
 void Motion::shutLid() {
-    blows.push_back({.blow = lidThump, .age = -lidFall});
+    blows.push_back({.blow = lidThump, .age = -lidFallReports});
 }
 
 void Motion::lift() {

@@ -29,6 +29,12 @@ struct Blow {
 // else does.
 class Motion {
 public:
+    // How long some of it lasts, in reports, of which there are a thousand a second.
+    static constexpr int stepReports = 600;    // of walking
+    static constexpr int lidFallReports = 300; // until the lid hits the deck
+    static constexpr int liftReports = 800;    // until it is held, and as long to put it down
+    static constexpr int holdingReports = 800;
+
     explicit Motion(std::uint64_t seed) : random(seed) {}
 
     void slap(const Blow& blow);

@@ -33,14 +33,16 @@ tl::expected<void, std::string> Simulator::run(int commands, int interruptions) 
     CommandInput windowInput(window ? window->commands() : -1);
     std::vector<pollfd> inputs;
     while (!finished) {
-        inputs = {inputOf(input.descriptor()), inputOf(interruptions), inputOf(windowInput.descriptor())};
+        inputs = {inputOf(input.descriptor()), inputOf(interruptions), inputOf(windowInput.descriptor()),
+                  window ? window->room() : inputOf(-1)};
         server.addInputs(inputs);
         waitForInput(inputs, std::min(untilNext(), input.pause().value_or(wholeDay)));
         skipSilence();
-        server.handleInputs(std::span(inputs).subspan(3));
+        server.handleInputs(std::span(inputs).subspan(4));
         if (inputs[0].revents != 0) obeyLines(input.read());
         if (inputs[1].revents != 0) finished = true;
         if (inputs[2].revents != 0) obeyWindow(windowInput);
+        if (inputs[3].revents != 0) window->flush();
         catchUp();
     }
     server.vanish();
@@ -71,6 +73,7 @@ void Simulator::obeyLines(const std::vector<std::string>& lines) {
 void Simulator::obeyWindow(CommandInput& input) {
     obeyLines(input.read());
     if (!input.hasEnded() || finished) return;
+    server.vanish(); // those who read must not wait for the window's end
     outcome = window->wait();
     finished = true;
 }
@@ -89,20 +92,17 @@ void Simulator::catchUp() {
     for (; next <= end && !finished; ++next) {
         if (isReporting() && !begin) begin = next;
         obeyScript();
-        tellWhetherReporting();
+        tellReader();
         isReporting() ? sendReports() : missRecording();
     }
-    tellWhetherReporting(); // there may be no more to live through for a long time
+    tellReader(); // there may be no more to live through for a long time
 }
 
-void Simulator::tellWhetherReporting() {
-    if (isReporting() == windowKnowsOfReports) return;
-    windowKnowsOfReports = isReporting();
-    if (windowKnowsOfReports) {
-        tellWindow(window::Reporting{server.reader()});
-    } else {
-        tellWindow(window::Silent{});
-    }
+void Simulator::tellReader() {
+    const auto reader = isReporting() ? std::optional<std::int64_t>(server.reader()) : std::nullopt;
+    if (reader == toldReader) return;
+    toldReader = reader;
+    tellWindow(reader ? window::Message(window::Reporting{*reader}) : window::Silent{});
 }
 
 void Simulator::obeyScript() {
@@ -132,6 +132,7 @@ void Simulator::playRecording() {
         say("the recording has ended");
         recording.reset();
         asleep = true;
+        tellWindow(window::Obeyed{"sleep"});
     }
 }
 
@@ -148,19 +149,39 @@ void Simulator::missRecording() {
 
 void Simulator::obey(const command::Command& command, const std::string& line) {
     say(line);
-    tellWindow(window::Obeyed{line});
+    if (std::holds_alternative<command::Appear>(command) && !appear()) return;
+    tellWindow(window::Obeyed{line}); // of a slap that is lost, too: the window shows it all the same
     std::visit([this](const auto& what) { apply(what); }, command);
 }
 
-void Simulator::apply(const command::Slap& slap) {
-    if (!isReporting()) return complain("the sensor does not report now: the slap is lost");
-    if (recording) return complain("a recording is being played: the slap is lost");
-    motion.slap(slap.blow);
-}
-
-void Simulator::apply(const command::Appear&) {
+bool Simulator::appear() {
     const auto shown = server.appear();
     if (!shown) complain(shown.error());
+    return shown.has_value();
+}
+
+// What happens once is lost, and does not wait for the next reports.
+bool Simulator::isFelt(std::string_view what) {
+    if (isReporting() && !recording) return true;
+    const std::string why = isReporting() ? "a recording is being played" : "the sensor does not report now";
+    complain(why + ": the " + std::string(what) + " is lost");
+    return false;
+}
+
+void Simulator::apply(const command::Slap& slap) {
+    if (isFelt("slap")) motion.slap(slap.blow);
+}
+
+void Simulator::apply(const command::Bump&) {
+    if (isFelt("bump")) motion.bump();
+}
+
+void Simulator::apply(const command::Lid&) {
+    if (isFelt("thump of the lid")) motion.shutLid();
+}
+
+void Simulator::apply(const command::Lift&) {
+    if (isFelt("lift")) motion.lift();
 }
 
 void Simulator::say(const std::string& event) {

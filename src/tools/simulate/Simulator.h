@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -63,7 +64,7 @@ private:
     void obeyLine(const std::string& line);
     void obeyWindow(CommandInput& input);
     void catchUp();
-    void tellWhetherReporting();
+    void tellReader();
     void obeyScript();
     void sendReports();
     void playRecording();
@@ -71,18 +72,20 @@ private:
     void missRecording();
 
     void obey(const command::Command& command, const std::string& line);
+    bool appear();
+    bool isFelt(std::string_view what);
     void apply(const command::Slap& slap);
     void apply(const command::Rest&) { motion.rest(); }
     void apply(const command::Tilt& tilt) { motion.tilt(tilt.up); }
     void apply(const command::Type&) { motion.type(); }
     void apply(const command::Walk&) { motion.walk(); }
-    void apply(const command::Bump&) { motion.bump(); }
-    void apply(const command::Lid&) { motion.shutLid(); }
-    void apply(const command::Lift&) { motion.lift(); }
+    void apply(const command::Bump&);
+    void apply(const command::Lid&);
+    void apply(const command::Lift&);
     void apply(const command::Sleep&) { asleep = true; }
     void apply(const command::Wake&) { asleep = false; }
     void apply(const command::Vanish&) { server.vanish(); }
-    void apply(const command::Appear&);
+    void apply(const command::Appear&) {} // it has appeared
     void apply(const command::Deny&) { server.permit(false); }
     void apply(const command::Allow&) { server.permit(true); }
     void apply(const command::Quit&) { finished = true; }
@@ -97,7 +100,8 @@ private:
     LaptopServer server{[this](const std::string& event) { say(event); }};
     Motion motion;
     std::optional<WindowProcess> window;
-    bool windowKnowsOfReports = false; // that they flow
+    std::optional<std::int64_t>
+        toldReader; // the process that the window takes for the reader; none while no reports flow
     std::optional<RecordingPlayer> recording;
     const Clock::time_point origin = Clock::now();
     Milliseconds next{0};              // the next millisecond to live through

@@ -31,14 +31,19 @@ void WindowOutput::keep(const window::Message& message) {
     kept += lineOf(message);
 }
 
+pollfd WindowOutput::room() const {
+    return {.fd = isFull ? pipe.get() : -1, .events = POLLOUT, .revents = 0};
+}
+
 // Nothing is kept for a window that is gone.
 void WindowOutput::flush() {
     reportsKept = 0;
     while (!kept.empty()) {
         const ssize_t length = ::write(pipe.get(), kept.data(), kept.size());
-        if (length < 0 && errno != EAGAIN && errno != EINTR) kept.clear();
-        if (length < 0) return;
-        kept.erase(0, static_cast<std::size_t>(length));
+        if (length < 0 && errno == EINTR) continue;
+        isFull = length < 0 && errno == EAGAIN;
+        if (isFull) return;
+        kept.erase(0, length < 0 ? kept.size() : static_cast<std::size_t>(length));
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <poll.h>
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -24,14 +26,18 @@ public:
     void report(std::int64_t millisecond, std::span<const std::uint8_t> bytes); // at most 256 bytes
     void tell(const window::Message& message);                                  // at once, behind the reports so far
 
+    // To wait for room in the pipe, where it did not take all; then call flush().
+    pollfd room() const;
+    void flush();
+
 private:
     void keep(const window::Message& message);
-    void flush();
 
     FileDescriptor pipe;
     std::string kept;
     std::size_t reportsKept = 0; // since the last attempt to write
     std::uint64_t dropped = 0;   // and not yet told
+    bool isFull = false;         // the pipe, when it was last written to
 };
 
 } // namespace quiverly

@@ -14,6 +14,7 @@
 
 #include "platform/shared/program_file.h"
 #include "sockets/input.h"
+#include "sockets/interruptions.h"
 
 namespace quiverly {
 
@@ -48,7 +49,7 @@ public:
         sigemptyset(&none);
         sigset_t ignoredHere;
         sigemptyset(&ignoredHere);
-        for (const int signal : {SIGPIPE, SIGTTIN}) sigaddset(&ignoredHere, signal);
+        for (const int signal : ignoredSignals) sigaddset(&ignoredHere, signal);
         ::posix_spawnattr_init(&attributes);
         ::posix_spawnattr_setsigmask(&attributes, &none);
         ::posix_spawnattr_setsigdefault(&attributes, &ignoredHere);
@@ -100,7 +101,9 @@ tl::expected<void, std::string> WindowProcess::wait() {
     pollfd end = inputOf(running.get()); // there is something to read when the process has ended
     if (!waitForInput({&end, 1}, longestEnd)) ::kill(process, SIGKILL);
     int status = 0;
-    if (::waitpid(std::exchange(process, -1), &status, 0) < 0) return tl::unexpected("the window: " + reason(errno));
+    const pid_t ended = ::waitpid(std::exchange(process, -1), &status, 0);
+    if (ended < 0 && errno == ECHILD) return {}; // children are not waited for where their end is ignored
+    if (ended < 0) return tl::unexpected("the window: " + reason(errno));
     if (WIFEXITED(status) && WEXITSTATUS(status) == 0) return {};
     if (WIFEXITED(status)) {
         return tl::unexpected("the window ended with status " + std::to_string(WEXITSTATUS(status)));

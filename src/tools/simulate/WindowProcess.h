@@ -35,6 +35,8 @@ public:
 
     void report(std::int64_t millisecond, std::span<const std::uint8_t> bytes) { output.report(millisecond, bytes); }
     void tell(const window::Message& message) { output.tell(message); }
+    pollfd room() const { return output.room(); }
+    void flush() { output.flush(); }
 
     // Waits for the end of a window whose commands have ended. The error says what is wrong with that end.
     tl::expected<void, std::string> wait();

@@ -8,7 +8,10 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
+#include <iterator>
 #include <sstream>
+#include <string>
+#include <string_view>
 #include <thread>
 
 #include "sockets/FileDescriptor.h"
@@ -67,6 +70,21 @@ TEST(SimulatorTest, CommandsGoOnWhenTheirTerminalCanBeReadAgain) {
     interruptions.writeEnd.reset(); // ends it in any case
     laptop.join();
     EXPECT_EQ(errors.str(), "");
+}
+
+TEST(SimulatorTest, WhatHappensOnceIsLostWhileTheSensorDoesNotReport) {
+    const RuntimeFolder folder;
+    std::ostringstream output;
+    std::ostringstream errors;
+    Simulator simulator({}, output, errors);
+    ASSERT_TRUE(simulator.open());
+    const Pipe commands;
+    constexpr std::string_view lines = "slap 0.5\nbump\nlid\nlift\nwalk\nquit\n";
+    ASSERT_EQ(::write(commands.writeEnd.get(), lines.data(), lines.size()), std::ssize(lines));
+    EXPECT_TRUE(simulator.run(commands.readEnd.get(), -1));
+    const std::string silent = "quiverly-simulate: the sensor does not report now: the ";
+    EXPECT_EQ(errors.str(), silent + "slap is lost\n" + silent + "bump is lost\n" + silent +
+                                "thump of the lid is lost\n" + silent + "lift is lost\n");
 }
 
 } // namespace

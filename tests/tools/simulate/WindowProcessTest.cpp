@@ -11,6 +11,8 @@
 #include <thread>
 
 #include "sockets/input.h"
+#include "sockets/interruptions.h"
+#include "support/Files.h"
 #include "support/Listener.h"
 #include "support/Pipe.h"
 #include "support/RuntimeFolder.h"
@@ -72,18 +74,19 @@ TEST_F(WindowProcessTest, AProgramThatIsMissingIsAnError) {
 }
 
 TEST_F(WindowProcessTest, TheWindowHasTheSignalsOfAnOrdinaryProgram) {
-    std::signal(SIGTTIN, SIG_IGN);
+    for (const int signal : ignoredSignals) std::signal(signal, SIG_IGN);
     sigset_t blocked;
     sigemptyset(&blocked);
     sigaddset(&blocked, SIGTERM);
     ::pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
     const WindowProcess window = start("grep -E '^Sig(Blk|Ign)' /proc/self/status\n");
     ::pthread_sigmask(SIG_UNBLOCK, &blocked, nullptr);
-    std::signal(SIGTTIN, SIG_DFL);
+    for (const int signal : {SIGTTIN, SIGXFSZ}) std::signal(signal, SIG_DFL);
     for (const std::string& line : commandsOf(window)) {
         if (line.empty()) continue;
         const auto signals = std::stoull(line.substr(line.find('\t') + 1), nullptr, 16);
-        for (const int signal : {SIGTERM, SIGPIPE, SIGTTIN}) EXPECT_EQ(signals >> (signal - 1) & 1U, 0U) << line;
+        for (const int signal : {SIGTERM, SIGPIPE, SIGTTIN, SIGXFSZ})
+            EXPECT_EQ(signals >> (signal - 1) & 1U, 0U) << line;
     }
 }
 
@@ -113,6 +116,14 @@ TEST_F(WindowOfALaptopTest, ItsCommandsAreObeyedAndToldBackAndItsEndIsTheLaptops
     EXPECT_EQ(errors.str(), "quiverly-simulate: the sensor does not report now: the slap is lost\n"
                             "quiverly-simulate: unknown command \"nonsense\"\n");
     EXPECT_NE(output.str().find("\nslap 0.5\nwalk\n"), std::string::npos);
+}
+
+TEST_F(WindowOfALaptopTest, ASensorThatCannotAppearIsAProblemAndNotObeyed) {
+    const std::string socket = (folder.path() / "quiverly-laptop.socket").string();
+    const std::string told = (folder.path() / "told").string();
+    EXPECT_TRUE(run("echo vanish; read -r line; mkdir " + socket + "; echo appear; read -r line; echo \"$line\" >" +
+                    told + "; echo quit; exec sleep 600\n"));
+    EXPECT_TRUE(bytesOf(told).starts_with("problem ")) << bytesOf(told);
 }
 
 TEST_F(WindowOfALaptopTest, AWindowThatFailsEndsTheLaptopWithAnError) {

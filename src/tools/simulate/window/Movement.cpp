@@ -5,19 +5,23 @@
 #include <numbers>
 #include <variant>
 
+#include "tools/simulate/Motion.h"
+
 namespace quiverly {
 
 namespace {
 
 constexpr double circle = 2.0 * std::numbers::pi;
 
+constexpr double riseShare = 0.35; // of what goes there, stays there and comes back
+
 // Seconds that each takes.
 constexpr double shakeTime = 0.6;
 constexpr double bumpTime = 1.0;
-constexpr double lidTime = 1.4;
-constexpr double liftTime = 2.4;
+constexpr double lidTime = Motion::lidFallReports / 1000.0 / riseShare;
+constexpr double liftTime = (2 * Motion::liftReports + Motion::holdingReports) / 1000.0;
 constexpr double tiltTime = 0.3;
-constexpr double stepTime = 0.6; // of a walk, as the simulated motion has it
+constexpr double stepTime = Motion::stepReports / 1000.0; // of a walk
 
 constexpr double tiltTurn = -5.0; // degrees
 
@@ -32,7 +36,7 @@ double smooth(double share) {
 
 // Rises from 0 to 1, stays there, and falls again.
 double thereAndBack(double share) {
-    return smooth(share / 0.35) - smooth((share - 0.65) / 0.35);
+    return smooth(share / riseShare) - smooth((share - 1.0 + riseShare) / riseShare);
 }
 
 } // namespace

@@ -53,8 +53,8 @@ TEST(MovementTest, WhatIsDoneOnceShowsAndEnds) {
 TEST(MovementTest, TheLidShutsAndOpensAgain) {
     Movement movement;
     movement.obey(command::Lid{}, 0.0);
-    EXPECT_LT(movement.pose(0.7).lid, 0.01);
-    EXPECT_EQ(movement.pose(1.5).lid, 1.0);
+    EXPECT_LT(movement.pose(0.31).lid, 0.01); // when the thump is felt
+    EXPECT_EQ(movement.pose(0.9).lid, 1.0);
 }
 
 TEST(MovementTest, TypingAndWalkingGoOnUntilRest) {
