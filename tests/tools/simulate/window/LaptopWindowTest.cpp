@@ -22,7 +22,7 @@ protected:
     LaptopWindowTest() {
         laptop.onCommand = [this](const QByteArray& command) { commands << command; };
         laptop.show();
-        QApplication::setActiveWindow(&frame);
+        frame.activateWindow();
         QApplication::processEvents();
     }
     ~LaptopWindowTest() override { Theme::current().prefer({}); }
