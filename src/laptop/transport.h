@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -26,9 +25,5 @@ tl::expected<void, std::error_code> sendReport(int socket, std::span<const std::
 // The next message; nothing when there is none yet. The error connection_reset when the other end has closed the
 // connection, bad_message for a packet that is not a message.
 tl::expected<std::optional<Message>, std::error_code> receive(int socket);
-
-// Takes the next packet. The length of the report in it, of which the buffer holds what fits; nothing when there is no
-// packet yet or when it is not a report. The error connection_reset when the other end has closed the connection.
-tl::expected<std::optional<std::size_t>, std::error_code> receiveReport(int socket, std::span<std::uint8_t> buffer);
 
 } // namespace quiverly::laptop

@@ -2,12 +2,13 @@
 
 #include <sys/socket.h>
 
-#include <memory>
+#include <chrono>
 #include <vector>
 
 #include "fuzz/Packets.h"
 #include "laptop/transport.h"
 #include "platform/linux/sensors/LaptopClient.h"
+#include "platform/linux/sensors/ReportReceiver.h"
 
 using namespace quiverly;
 
@@ -49,12 +50,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto reports = client->open(0);
     if (!reports) return 0;
     if (data[0] / 2 % 2 != 0) writeToAll(*client);
-    const std::size_t length = data[0] / 4; // of a buffer of exactly its size
-    const auto buffer = std::make_unique<std::uint8_t[]>(length);
-    auto report = laptop::receiveReport(reports->get(), {buffer.get(), length});
-    for (; report; report = laptop::receiveReport(reports->get(), {buffer.get(), length})) {
-        require(!*report || **report <= length);
+    ReportReceiver receiver(reports->get());
+    auto received = receiver.receive(std::chrono::seconds(1)); // all that comes is there
+    for (; received; received = receiver.receive(std::chrono::seconds(1))) {
+        for (const auto report : *received) {
+            const std::vector<std::uint8_t> copy(report.begin(), report.end()); // all of it can be read
+            require(copy.size() <= laptop::maximumReport);
+        }
     }
-    require(laptop::endsConnection(report.error()));
+    require(laptop::endsConnection(received.error()));
     return 0;
 }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 
-#include <array>
 #include <vector>
 
 #include "sockets/FileDescriptor.h"
@@ -42,39 +41,11 @@ TEST_F(TransportTest, AMessageArrivesAndThenNothingYet) {
     EXPECT_FALSE(*nothing);
 }
 
-TEST_F(TransportTest, AReportArrivesAndThenNothingYet) {
-    const Bytes report = {1, 2, 3};
-    EXPECT_TRUE(sendReport(far.get(), report));
-    std::array<std::uint8_t, 4> buffer = {};
-    ASSERT_EQ(receiveReport(near.get(), buffer), 3U);
-    EXPECT_EQ(buffer, (std::array<std::uint8_t, 4>{1, 2, 3, 0}));
-    EXPECT_EQ(receiveReport(near.get(), buffer), std::nullopt);
-}
-
-TEST_F(TransportTest, AReportIsCutToTheBuffer) {
-    EXPECT_TRUE(sendReport(far.get(), Bytes(256, 7)));
-    Bytes buffer(255);
-    EXPECT_EQ(receiveReport(near.get(), buffer), 255U);
-    EXPECT_EQ(buffer, Bytes(255, 7));
-}
-
-TEST_F(TransportTest, AMessageAmongReportsIsNotAReport) {
-    EXPECT_TRUE(send(far.get(), OpenAnswer{0}));
-    EXPECT_TRUE(sendReport(far.get(), Bytes{}));
-    Bytes buffer(8);
-    EXPECT_EQ(receiveReport(near.get(), buffer), std::nullopt);
-    EXPECT_EQ(receiveReport(near.get(), buffer), 0U);
-}
-
 TEST_F(TransportTest, AConnectionThatTheOtherEndHasClosedIsReset) {
     far.reset();
     const auto message = receive(near.get());
     ASSERT_FALSE(message);
     EXPECT_EQ(message.error(), std::errc::connection_reset);
-    Bytes buffer(8);
-    const auto report = receiveReport(near.get(), buffer);
-    ASSERT_FALSE(report);
-    EXPECT_EQ(report.error(), std::errc::connection_reset);
     EXPECT_FALSE(send(near.get(), EndOfServices{}));
     EXPECT_FALSE(sendReport(near.get(), Bytes{}));
 }

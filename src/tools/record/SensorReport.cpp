@@ -10,10 +10,9 @@
 #include <utility>
 
 #include "identity.h"
-#include "laptop/transport.h"
+#include "platform/linux/sensors/ReportReceiver.h"
 #include "platform/linux/sensors/iio/DistinctRate.h"
 #include "platform/linux/sensors/iio/Poller.h"
-#include "sockets/input.h"
 #include "tools/replay/JsonText.h"
 
 namespace quiverly {
@@ -33,21 +32,26 @@ double secondsSince(Clock::time_point begin) {
     return std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
-void read(TriedSensor& tried, int reports, std::chrono::milliseconds time) {
+void read(TriedSensor& tried, int socket, std::chrono::milliseconds time) {
     const auto begin = Clock::now();
     std::optional<Report> last;
     DistinctRate rate;
-    for (auto input = inputOf(reports); waitForInput({&input, 1}, begin + time - Clock::now());) {
-        Report report = {};
-        const auto length = laptop::receiveReport(reports, report);
-        if (!length) {
+    ReportReceiver receiver(socket);
+    for (auto rest = Clock::duration(time); rest > rest.zero(); rest = begin + time - Clock::now()) {
+        const auto reports = receiver.receive(rest);
+        if (!reports && reports.error() == std::errc::interrupted) continue;
+        if (!reports) {
             tried.error = "it went away";
             break;
         }
-        ++tried.readings;
-        if (last != report) ++tried.different;
-        last = report;
-        rate.add({axisOf(report, 6), axisOf(report, 10), axisOf(report, 14)}, secondsSince(begin));
+        for (const auto bytes : *reports) {
+            Report report = {};
+            std::ranges::copy(bytes.first(std::min(bytes.size(), report.size())), report.begin());
+            ++tried.readings;
+            if (last != report) ++tried.different;
+            last = report;
+            rate.add({axisOf(report, 6), axisOf(report, 10), axisOf(report, 14)}, secondsSince(begin));
+        }
     }
     tried.seconds = secondsSince(begin);
     tried.differentRate = rate.perSecond();

@@ -5,13 +5,13 @@
 #include <span>
 #include <utility>
 
+#include "laptop/protocol.h"
+
 namespace quiverly::window {
 
 namespace {
 
 using Result = tl::expected<Message, std::string>;
-
-constexpr std::size_t mostBytes = 256; // of a report
 
 std::string hexadecimal(std::span<const std::uint8_t> bytes) {
     constexpr char digits[] = "0123456789ABCDEF";
@@ -33,7 +33,7 @@ std::optional<Number> number(std::string_view text, int base = 10) {
 }
 
 std::optional<std::vector<std::uint8_t>> bytes(std::string_view text) {
-    if (text.size() % 2 != 0 || text.size() / 2 > mostBytes) return std::nullopt;
+    if (text.size() % 2 != 0 || text.size() / 2 > laptop::maximumReport) return std::nullopt;
     std::vector<std::uint8_t> content;
     for (std::size_t index = 0; index < text.size(); index += 2) {
         const auto byte = number<std::uint8_t>(text.substr(index, 2), 16);
