@@ -164,13 +164,6 @@ void Strip::setThreshold(double next) {
     update();
 }
 
-void Strip::clear() {
-    points.clear();
-    slaps.clear();
-    describeSlaps();
-    update();
-}
-
 void Strip::describeSlaps() {
     QStringList amplitudes;
     for (const Plot::Slap& slap : slaps) amplitudes << amplitudeText(slap.amplitude);

@@ -24,7 +24,6 @@ public:
     void addReading(const Reading& reading, bool isCoolingDown);
     void addSlap(const Plot::Slap& slap);
     void setThreshold(double threshold); // g
-    void clear();
 
     // As it is shown, such as "0.612g".
     static QString amplitudeText(double amplitude);
