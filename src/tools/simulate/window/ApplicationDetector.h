@@ -24,7 +24,8 @@ public:
 
     explicit ApplicationDetector(VirtualPlatform& platform); // which outlives it
 
-    void setThreshold(double threshold); // g
+    void setThreshold(double threshold);                // g
+    double leastAmplitude() const { return threshold; } // of a slap, g
 
     // Reports that follow are read by that process. Another one than before has felt nothing yet.
     void begin(std::int64_t process);

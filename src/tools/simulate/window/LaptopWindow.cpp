@@ -29,6 +29,13 @@ constexpr QPoint place{452, 48}; // beside the application's window, where ./run
 
 constexpr int actionsInRow = 4;
 
+// With one decimal, or as many more as keep the amplitude of a slap from seeming less than it has to be.
+QString rounded(double amplitude, double least) {
+    int decimals = 1;
+    while (decimals < 3 && QString::number(amplitude, 'f', decimals).toDouble() < least) ++decimals;
+    return QString::number(amplitude, 'f', decimals);
+}
+
 // The line below the header.
 class Divider : public QWidget {
 public:
@@ -222,7 +229,7 @@ void LaptopWindow::remember(const command::Command& command) {
 }
 
 void LaptopWindow::announce(double amplitude) {
-    said->setText(QString::asprintf("slap %.1f g", amplitude));
+    said->setText("slap " + rounded(amplitude, detector.leastAmplitude()) + " g");
     speak(*said);
 }
 

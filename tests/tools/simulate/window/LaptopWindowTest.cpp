@@ -109,6 +109,18 @@ TEST_F(LaptopWindowTest, ASlapIsSpokenAndItsAmplitudeShown) {
     EXPECT_TRUE(slaps.contains(QRegularExpression("^Slaps: (1\\.00|0\\.99).g, 0\\.(60|59).g$"))) << slaps.toStdString();
 }
 
+TEST_F(LaptopWindowTest, ASlapIsNeverSaidToBeBelowTheThreshold) {
+    laptop.tell(window::Reporting{7});
+    report(1000);
+    motion.slap({.peak = 0.14});
+    report(1000);
+    EXPECT_TRUE(showsText(frame, "slap 0.14 g"));
+    laptop.setThreshold(0.62);
+    motion.slap({.peak = 0.64});
+    report(1000);
+    EXPECT_TRUE(showsText(frame, "slap 0.64 g"));
+}
+
 TEST_F(LaptopWindowTest, AProblemIsShown) {
     laptop.tell(window::Problem{"the sensor does not report now: the slap is lost"});
     EXPECT_TRUE(showsText(frame, "the sensor does not report now: the slap is lost"));
