@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -16,7 +17,7 @@ std::terminate_handler former = nullptr; // set before there are other threads
     try {
         if (const auto exception = std::current_exception()) std::rethrow_exception(exception);
     } catch (const std::bad_alloc&) {
-        std::fputs("quiverly: There is not enough memory.\n", stderr); // is not buffered
+        std::fprintf(stderr, "%s: There is not enough memory.\n", program_invocation_short_name); // is not buffered
         ::_exit(1);
     } catch (...) { // the former handler says what it is
     }

@@ -2,15 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <csignal>
 #include <new>
 #include <stdexcept>
+#include <string>
 #include <thread>
 
 namespace quiverly {
 namespace {
 
-constexpr char line[] = "^quiverly: There is not enough memory.\n$";
+std::string line() {
+    return "^" + std::string(program_invocation_short_name) + ": There is not enough memory.\n$";
+}
 
 [[noreturn]] void runOut() {
     throw std::bad_alloc();
@@ -22,7 +26,7 @@ TEST(OutOfMemoryTest, EndsTheProgramWithOneLineAndStatus1) {
             endWithoutMemory();
             []() noexcept { runOut(); }();
         },
-        testing::ExitedWithCode(1), line);
+        testing::ExitedWithCode(1), line());
 }
 
 TEST(OutOfMemoryTest, OnAnotherThreadItDoesTheSame) {
@@ -31,7 +35,7 @@ TEST(OutOfMemoryTest, OnAnotherThreadItDoesTheSame) {
             endWithoutMemory();
             std::thread(runOut).join();
         },
-        testing::ExitedWithCode(1), line);
+        testing::ExitedWithCode(1), line());
 }
 
 TEST(OutOfMemoryTest, OtherExceptionsAbortAsBefore) {
