@@ -68,7 +68,7 @@ TEST(EngineAllocationTest, ASampleAllocatesItsOneJobOnItsWayToTheMainQueueAndNot
     const auto deliver = [&] {
         for (int count = 0; count < burst * 8; ++count) ASSERT_TRUE(platform.registry.deliver(atRest));
     };
-    for (int round = 0; round < 2; ++round) { // into the steady state, past the slap of the very first sample
+    for (int round = 0; round < 3; ++round) { // past the slap of the first sample, until both lists of jobs have grown
         deliver();
         platform.mainQueue.drain();
     }
