@@ -80,13 +80,6 @@ bool isClip(const char* path) {
 
 extern "C" {
 
-ssize_t recvmsg(int socket, msghdr* message, int flags) {
-    static auto* const real = next<decltype(recvmsg)>("recvmsg");
-    const ssize_t size = real(socket, message, flags);
-    if (size > 0) notes().add(Call::received);
-    return size;
-}
-
 int recvmmsg(int socket, mmsghdr* messages, unsigned count, int flags, timespec* patience) {
     static auto* const real = next<decltype(recvmmsg)>("recvmmsg");
     const int received = real(socket, messages, count, flags, patience);

@@ -44,9 +44,9 @@ int accept4(int socket, sockaddr* address, socklen_t* length, int flags) {
     return quiverly::accepting.strikes() ? -1 : call(socket, address, length, flags);
 }
 
-ssize_t recvmsg(int socket, msghdr* message, int flags) {
-    static auto* const call = quiverly::following(&::recvmsg, "recvmsg");
-    return quiverly::receiving.strikes() ? -1 : call(socket, message, flags);
+ssize_t recv(int socket, void* bytes, size_t size, int flags) {
+    static auto* const call = quiverly::following(&::recv, "recv");
+    return quiverly::receiving.strikes() ? -1 : call(socket, bytes, size, flags);
 }
 
 int recvmmsg(int socket, mmsghdr* messages, unsigned count, int flags, timespec* limit) {
