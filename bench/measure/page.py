@@ -21,7 +21,7 @@ def table(head: Sequence[str], rows: Sequence[Sequence[str]]) -> str:
 
 
 def missing(names: Sequence[str]) -> str:
-    return f"\n\nNot installed, and so not measured: {', '.join(names)}." if names else ""
+    return f"\n\nNot measured, because not installed or not starting: {', '.join(names)}." if names else ""
 
 
 def ratio(figure: float, floor: float) -> str:

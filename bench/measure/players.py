@@ -1,5 +1,6 @@
-"""Other ways to play a clip: each waits, and plays the file that it is told."""
+"""Other ways to play a clip: each waits, and plays the file that it is told, or a clip of its own for a key."""
 
+import importlib.util
 import os
 import shutil
 import subprocess
@@ -14,14 +15,6 @@ from harness.processes import end
 from lines import Lines
 
 PEERS = Path(__file__).parents[1] / "peers"
-
-
-@dataclass(frozen=True)
-class Kind:
-    """A way to play: how it is named, and the command that waits; none where it is not installed."""
-
-    name: str
-    command: Callable[[Path], list[str | Path] | None]
 
 
 def _built(program: str) -> Callable[[Path], list[str | Path] | None]:
@@ -42,14 +35,9 @@ def _spawned_mpg123(_: Path) -> list[str | Path] | None:
     return ["sh", "-c", loop] if shutil.which("mpg123") else None
 
 
-FLOOR = Kind("floor", _built("bench-pulse"))
-PEER_KINDS = (
-    Kind("spawned mpg123", _spawned_mpg123),
-    Kind("GStreamer playbin", _script("gstreamer.py", "import gi; gi.require_version('Gst', '1.0')")),
-    Kind("SDL_mixer", _script("sdl_mixer.py", "import pygame.mixer")),
-    Kind("OpenAL Soft", _built("bench-openal")),
-    Kind("QMediaPlayer", _built("bench-qmediaplayer")),
-)
+def _bucklespring(_: Path) -> list[str | Path] | None:
+    program = shutil.which("buckle", path=f"{os.environ.get('PATH', os.defpath)}:/usr/games")
+    return [program] if program and importlib.util.find_spec("Xlib") else None
 
 
 class Player:
@@ -69,3 +57,53 @@ class Player:
 
     def close(self) -> None:
         end(self._process)
+
+
+class KeyPlayer(Player):
+    """A running one that answers each key of its display with a clip of its own."""
+
+    KEY = "Control_L"  # alone it changes nothing in other programs
+
+    def __init__(self, user: PrivateUser, command: list[str | Path]) -> None:
+        from Xlib import XK
+        from Xlib.display import Display
+
+        log = user.log(f"player-{Path(command[0]).name}")
+        self._process = user.start(command, stdout=log, stderr=subprocess.STDOUT)
+        self._display = Display(user.environment["DISPLAY"])
+        self._key = self._display.keysym_to_keycode(XK.string_to_keysym(self.KEY))
+
+    def play(self, _: Path) -> int:
+        """Strikes the key, and returns when it was pressed (ns of the monotonic clock)."""
+        from Xlib import X
+        from Xlib.ext import xtest
+
+        pressed = time.monotonic_ns()
+        xtest.fake_input(self._display, X.KeyPress, self._key)
+        xtest.fake_input(self._display, X.KeyRelease, self._key)
+        self._display.sync()  # the display tells those who record its keys when it answers someone
+        return pressed
+
+    def close(self) -> None:
+        self._display.close()
+        super().close()
+
+
+@dataclass(frozen=True)
+class Kind:
+    """A way to play: how it is named, the command that waits, none where it is not installed, and how it is told."""
+
+    name: str
+    command: Callable[[Path], list[str | Path] | None]
+    player: type[Player] = Player
+
+
+FLOOR = Kind("floor", _built("bench-pulse"))
+PEER_KINDS = (
+    Kind("spawned mpg123", _spawned_mpg123),
+    Kind("GStreamer playbin", _script("gstreamer.py", "import gi; gi.require_version('Gst', '1.0')")),
+    Kind("SDL_mixer", _script("sdl_mixer.py", "import pygame.mixer")),
+    Kind("OpenAL Soft", _built("bench-openal")),
+    Kind("QMediaPlayer", _built("bench-qmediaplayer")),
+    Kind("bucklespring", _bucklespring, KeyPlayer),
+)

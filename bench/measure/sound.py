@@ -3,8 +3,8 @@
 
     sound.py PROGRAMS SERVER --output=FILE [--slaps NUMBER] [--rounds NUMBER]
 
-Each time runs from a report, or from a line that a waiting player is told, to the first audible frame that the server's
-device plays. Waits of random length keep what is measured out of step with the server. Writes JSON to FILE.
+Each time runs from a report, or from a line or a key that a waiting player is given, to the first audible frame that
+the server's device plays. Waits of random length keep what is measured out of step with the server. Writes JSON to FILE.
 """
 
 import argparse
@@ -20,9 +20,9 @@ from ear import Ear, make_recorders_modest
 from harness.application import Application
 from harness.desktop import Desktop
 from harness.sound_server import PipeWire, PulseAudio
-from harness.waiting import wait_until
+from harness.waiting import NeverHappened, wait_until
 from laptop import Laptop
-from players import FLOOR, PEER_KINDS, Player
+from players import FLOOR, PEER_KINDS, Kind, Player
 
 SERVERS = {"PulseAudio": PulseAudio, "PipeWire": PipeWire}
 COOLDOWN = 0.6  # s, more than that of the application
@@ -79,18 +79,21 @@ class Comparison:
         self._times: dict[str, list[float | None]] = {}  # ms
 
     def measure(self, slaps: int, rounds: int, files: bool) -> dict[str, object]:
-        commands = {kind.name: kind.command(self._programs) for kind in PEER_KINDS}
+        commands = {kind: command for kind in PEER_KINDS if (command := kind.command(self._programs))}
         for _ in range(rounds):
             self._pair("", slaps // rounds, SHORT)
-            for name, command in commands.items():
-                if command:
-                    self._peer(name, command, max(1, slaps // rounds // 10))
+            for kind, command in list(commands.items()):
+                try:
+                    self._peer(kind, command, max(1, slaps // rounds // 10))
+                except (TimeoutError, NeverHappened) as failure:
+                    print(f"{kind.name} does not start: {failure}")
+                    del commands[kind]
         if files:
             clips.write_clip(self._bench.clip, LONG)
             self._pair(", long clip", slaps, clips.TONE)
             clips.write_slow_clip(self._bench.clip, LONG)
             self._pair(", slow clip", slaps, clips.TONE)
-        return {"times": self._times, "missing": [name for name, command in commands.items() if not command]}
+        return {"times": self._times, "missing": [kind.name for kind in PEER_KINDS if kind.name not in self._times]}
 
     def _pair(self, clip: str, count: int, seconds: float) -> None:
         """Slaps the laptop and tells the floor, by turns."""
@@ -101,11 +104,11 @@ class Comparison:
             self._note("floor" + clip, self._play(player, seconds))
         player.close()
 
-    def _peer(self, name: str, command: list[str | Path], count: int) -> None:
-        player = Player(self._desktop, command)
-        self._play(player, SHORT)
+    def _peer(self, kind: Kind, command: list[str | Path], count: int) -> None:
+        player = kind.player(self._desktop, command)
+        wait_until(lambda: self._play(player, SHORT)[1], f"{kind.name} to be heard")
         for _ in range(count):
-            self._note(name, self._play(player, SHORT))
+            self._note(kind.name, self._play(player, SHORT))
         player.close()
 
     def _play(self, player: Player, seconds: float) -> Heard:
