@@ -2,18 +2,16 @@
 
 #include <algorithm>
 
-#include <QPainter>
 #include <QVBoxLayout>
 
-#include "ui/AppImages.h"
 #include "ui/controls/Label.h"
-#include "ui/controls/Logo.h"
 #include "ui/controls/MonospacedDigits.h"
 #include "ui/controls/PushButton.h"
 #include "ui/controls/ScrollArea.h"
 #include "ui/controls/SegmentedPicker.h"
 #include "ui/controls/Slider.h"
 #include "ui/controls/StatusPill.h"
+#include "ui/header.h"
 
 namespace quiverly {
 
@@ -34,15 +32,6 @@ int indexOf(SoundPack pack) {
     return static_cast<int>(std::ranges::find(SoundPack::allCases, pack) - SoundPack::allCases.begin());
 }
 
-// The line below the header.
-class Divider : public QWidget {
-public:
-    Divider() { setFixedHeight(1); }
-
-private:
-    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), Theme::current().colors().divider); }
-};
-
 } // namespace
 
 ContentView::ContentView(BonkoEngine& engine)
@@ -60,8 +49,7 @@ ContentView::ContentView(BonkoEngine& engine)
     auto* root = new QVBoxLayout(this);
     root->setContentsMargins(0, 0, 0, 0);
     root->setSpacing(0);
-    root->addLayout(header());
-    root->addWidget(new Divider);
+    root->addLayout(windowHeader("Quiverly", new Label(FontRole::subheadline, Tone::secondary, "Slap → yell."), pill));
     root->addWidget(scrollArea(), 1);
 
     setFocusProxy(picker);
@@ -77,22 +65,6 @@ QSize ContentView::sizeHint() const {
 
 QSize ContentView::minimumSizeHint() const {
     return {std::max(400, layout()->minimumSize().width()), 480};
-}
-
-QLayout* ContentView::header() {
-    auto* titles = new QVBoxLayout;
-    titles->setSpacing(2);
-    titles->addWidget(new Label(FontRole::title, Tone::primary, "Quiverly"));
-    titles->addWidget(new Label(FontRole::subheadline, Tone::secondary, "Slap → yell."));
-
-    auto* row = new QHBoxLayout;
-    row->setContentsMargins(20, 16, 20, 16);
-    row->setSpacing(12);
-    row->addWidget(new Logo(headerLogo(), {.size = 36, .radius = 8, .symbolHeight = 30}));
-    row->addLayout(titles);
-    row->addStretch();
-    row->addWidget(pill);
-    return row;
 }
 
 QWidget* ContentView::scrollArea() {

@@ -28,7 +28,6 @@ public:
     QSize minimumSizeHint() const override;
 
 private:
-    QLayout* header();
     QWidget* scrollArea();
     QLayout* sensitivityGroup();
     QLayout* statusBlock();

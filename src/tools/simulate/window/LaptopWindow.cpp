@@ -4,7 +4,6 @@
 
 #include <QBoxLayout>
 #include <QGridLayout>
-#include <QPainter>
 #include <QScreen>
 #include <QShortcut>
 
@@ -14,9 +13,9 @@
 #include "ui/AppImages.h"
 #include "ui/Theme.h"
 #include "ui/controls/Label.h"
-#include "ui/controls/Logo.h"
 #include "ui/controls/StatusPill.h"
 #include "ui/controls/accessibility.h"
+#include "ui/header.h"
 
 namespace quiverly {
 
@@ -35,15 +34,6 @@ QString rounded(double amplitude, double least) {
     while (decimals < 3 && QString::number(amplitude, 'f', decimals).toDouble() < least) ++decimals;
     return QString::number(amplitude, 'f', decimals);
 }
-
-// The line below the header.
-class Divider : public QWidget {
-public:
-    Divider() { setFixedHeight(1); }
-
-private:
-    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), Theme::current().colors().divider); }
-};
 
 } // namespace
 
@@ -66,8 +56,7 @@ LaptopWindow::LaptopWindow(VirtualPlatform& platform)
     auto* root = new QVBoxLayout(content);
     root->setContentsMargins(0, 0, 0, 0);
     root->setSpacing(0);
-    root->addLayout(header());
-    root->addWidget(new Divider);
+    root->addLayout(windowHeader("Simulated laptop", state, pill));
     root->addLayout(column(), 1);
     frame.setCentralWidget(content);
     frame.resize(size.expandedTo(frame.minimumSizeHint()));
@@ -86,22 +75,6 @@ LaptopWindow::LaptopWindow(VirtualPlatform& platform)
     addSlapKeys();
     laptop->setFocus();
     refresh();
-}
-
-QLayout* LaptopWindow::header() {
-    auto* titles = new QVBoxLayout;
-    titles->setSpacing(2);
-    titles->addWidget(new Label(FontRole::title, Tone::primary, "Simulated laptop"));
-    titles->addWidget(state);
-
-    auto* row = new QHBoxLayout;
-    row->setContentsMargins(20, 16, 20, 16);
-    row->setSpacing(12);
-    row->addWidget(new Logo(headerLogo(), {.size = 36, .radius = 8, .symbolHeight = 30}));
-    row->addLayout(titles);
-    row->addStretch();
-    row->addWidget(pill);
-    return row;
 }
 
 QLayout* LaptopWindow::column() {

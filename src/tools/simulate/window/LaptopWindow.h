@@ -35,7 +35,6 @@ public:
     void setThreshold(double threshold); // g
 
 private:
-    QLayout* header();
     QLayout* column();
     QLayout* actions();
     void addSlapKeys();
