@@ -3,12 +3,9 @@
 #include <algorithm>
 
 #include <QFontMetrics>
-#include <QKeyEvent>
+#include <QPainter>
 
-#include "ui/Fonts.h"
 #include "ui/Theme.h"
-#include "ui/controls/FocusRing.h"
-#include "ui/controls/accessibility.h"
 #include "ui/controls/painting.h"
 
 namespace quiverly {
@@ -18,17 +15,9 @@ namespace {
 constexpr int faceInset = 1;    // from the widget's edge to what is filled
 constexpr int labelPadding = 9; // above and below: the label's own 4 and the large button's 5
 constexpr int leastFaceHeight = 34;
-constexpr double cornerRadius = 6;
 } // namespace
 
-PushButton::PushButton(const QString& label) : QPushButton(label), ring(new FocusRing(*this)) {
-    describeAs(*this, QAccessible::Button);
-    setAttribute(Qt::WA_LayoutUsesWidgetRect);
-    setAttribute(Qt::WA_Hover);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    setFont(fontFor(FontRole::headline));
-    connect(&Theme::current(), &Theme::changed, this, [this] { setFont(fontFor(FontRole::headline)); });
-}
+PushButton::PushButton(const QString& label) : Button(label, FontRole::headline) {}
 
 void PushButton::setTint(Tint next) {
     if (next == tint) return;
@@ -44,17 +33,6 @@ QSize PushButton::sizeHint() const {
 
 QRectF PushButton::face() const {
     return rect().adjusted(faceInset, faceInset, -faceInset, -faceInset);
-}
-
-void PushButton::keyPressEvent(QKeyEvent* event) {
-    const bool enters = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enters && !event->isAutoRepeat()) return click();
-    QPushButton::keyPressEvent(event);
-}
-
-void PushButton::resizeEvent(QResizeEvent* event) {
-    QPushButton::resizeEvent(event);
-    ring->surround(face(), scaled(cornerRadius));
 }
 
 void PushButton::paintEvent(QPaintEvent*) {

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <QPushButton>
+#include "ui/controls/Button.h"
 
 namespace quiverly {
 
-class FocusRing;
-
 // The prominent button: as wide as its layout allows, filled with its tint, with a white label.
-class PushButton : public QPushButton {
+class PushButton : public Button {
 public:
     explicit PushButton(const QString& label);
 
@@ -17,14 +15,11 @@ public:
     QSize sizeHint() const override;
 
 private:
-    void keyPressEvent(QKeyEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
-    QRectF face() const;
+    QRectF face() const override;
 
     Tint tint = Tint::accent;
-    FocusRing* ring;
 };
 
 } // namespace quiverly

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <QPushButton>
+#include "ui/controls/Button.h"
 
 namespace quiverly {
 
-class FocusRing;
-
 // A plain button beside others. A checkable one is filled with the accent while it is on.
-class ActionButton : public QPushButton {
+class ActionButton : public Button {
 public:
     explicit ActionButton(const QString& label);
 
@@ -15,11 +13,7 @@ public:
     QSize minimumSizeHint() const override { return sizeHint(); }
 
 private:
-    void keyPressEvent(QKeyEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-
-    FocusRing* ring;
 };
 
 } // namespace quiverly
